@@ -1,0 +1,25 @@
+// The toolkit's one lock, as every public function takes it. A public function is one line:
+// `return locked([&] { return ovxIntl...(...); });`. The lock itself lives with the toolkit's
+// lifecycle; this file only knows the way to use it, and is the only place that does.
+#pragma once
+
+#include <type_traits>
+
+bool ovxAPIMutexLock();
+void ovxAPIMutexUnlock();
+
+namespace olvex {
+
+// Runs `work` with the API mutex held; the type's empty value when the mutex cannot be taken.
+template <class Work>
+std::invoke_result_t<Work> locked(Work &&work)
+{
+    using Result = std::invoke_result_t<Work>;
+    if (!ovxAPIMutexLock()) return Result();
+    struct Unlock {
+        ~Unlock() { ovxAPIMutexUnlock(); }
+    } unlock;
+    return work();
+}
+
+} // namespace olvex
