@@ -22,4 +22,12 @@ std::invoke_result_t<Work> locked(Work &&work)
     return work();
 }
 
+// The same for a lookup that tells through `found` (optional) whether there was anything.
+template <class Work>
+std::invoke_result_t<Work> lockedLookup(bool *found, Work &&work)
+{
+    if (found) *found = false;
+    return locked(work);
+}
+
 } // namespace olvex

@@ -1,0 +1,13 @@
+// The basic formatter: one line for each event. Called with the API mutex held.
+#pragma once
+
+#include <olvex/StringBuff.h>
+
+#include "OvxObject.h"
+
+namespace olvex {
+
+// Appends the event's line to `buffer`; false when the formatter cannot format.
+bool appendBasicFormat(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer);
+
+} // namespace olvex

@@ -1,0 +1,268 @@
+// Events: their record, its accessors, and the reading of the typed parameter list.
+#include "OvxEvent.h"
+
+#include <olvex/Props.h>
+#include <olvex/System.h>
+
+#include <utility>
+
+#include "OvxI18Msg.h"
+#include "messages/Messages.h"
+#include "util/OvxParmList.h"
+#include "util/OvxStringToStringMap.h"
+
+using namespace olvex;
+
+namespace {
+
+// At most this many markers are read less one; a list that needs more lacks its end.
+constexpr int kMarkerLimit = 64;
+
+constexpr bool isLevelMarker(int marker)
+{
+    constexpr int kLevels[] = {OVX_LEVEL_NONE,      OVX_LEVEL_DEBUG_MAX, OVX_LEVEL_DEBUG_MID,
+                               OVX_LEVEL_DEBUG_MIN, OVX_LEVEL_INFO,      OVX_LEVEL_WARN,
+                               OVX_LEVEL_ERROR,     OVX_LEVEL_FATAL,     OVX_LEVEL_OFF};
+    for (const int level : kLevels)
+        if (marker == level) return true;
+    return false;
+}
+
+void setProperty(StringToStringMap *map, const char *name, const OvxParm &value)
+{
+    switch (value.type) {
+    case OVX_PARM_BOOL: return OvxSetMapPropBool(map, name, value.value.boolean);
+    case OVX_PARM_INT: return OvxSetMapPropInt(map, name, value.value.integer);
+    case OVX_PARM_LONG: return OvxSetMapPropLong(map, name, value.value.longInteger);
+    case OVX_PARM_FLOAT: return OvxSetMapPropFloat(map, name, value.value.floating);
+    case OVX_PARM_DOUBLE: return OvxSetMapPropDouble(map, name, value.value.doubleFloating);
+    case OVX_PARM_CHAR:
+        return OvxSetMapPropChar(map, name, static_cast<char>(value.value.character));
+    default: return OvxSetMapProp(map, name, value.value.string);
+    }
+}
+
+// Reads a typed parameter list into an event.
+class ParameterReader
+{
+  public:
+    ParameterReader(OvxEvent *event, va_list list) : event_(event) { va_copy(list_, list); }
+    ~ParameterReader() { va_end(list_); }
+    ParameterReader(const ParameterReader &) = delete;
+    ParameterReader &operator=(const ParameterReader &) = delete;
+
+    void readAll()
+    {
+        for (int entries = 1; entries < kMarkerLimit; ++entries) {
+            const int marker = va_arg(list_, int);
+            if (marker == 0) return;
+            const bool known = marker == OVX_PROP ? readProperty() : readParameter(marker);
+            if (!known) return report(OVX_LEVEL_ERROR, Message::kMissingMarkers);
+        }
+        report(OVX_LEVEL_ERROR, Message::kListNotEnded);
+    }
+
+  private:
+    // A name, then a marker with its value. Here 0 is a level, not the end of the list.
+    bool readProperty()
+    {
+        StringToStringMap *map = ovxFetchEventPropMap(event_);
+        const char *name = va_arg(list_, const char *);
+        const int marker = va_arg(list_, int);
+        if (marker == OVX_LEVEL_ALL || isLevelMarker(marker)) return takeLevel(marker);
+        OvxParm value;
+        if (!readValue(marker, value)) return false;
+        if (name) setProperty(map, name, value);
+        return true;
+    }
+
+    bool readParameter(int marker)
+    {
+        if (isLevelMarker(marker)) return takeLevel(marker);
+        OvxParm value;
+        if (!readValue(marker, value)) return false;
+        ovxIntlParmListAppend(ovxGetI18MsgParmList(event_->message), &value);
+        return true;
+    }
+
+    bool takeLevel(int level)
+    {
+        event_->level = level;
+        return true;
+    }
+
+    bool readValue(int marker, OvxParm &parm)
+    {
+        parm.type = marker;
+        switch (marker) {
+        case OVX_PARM_BOOL: parm.value.boolean = (va_arg(list_, int) & 0xFF) != 0; return true;
+        case OVX_PARM_INT: parm.value.integer = va_arg(list_, int); return true;
+        case OVX_PARM_LONG: parm.value.longInteger = va_arg(list_, long); return true;
+        case OVX_PARM_FLOAT:
+            parm.value.floating = static_cast<float>(va_arg(list_, double));
+            return true;
+        case OVX_PARM_DOUBLE: parm.value.doubleFloating = va_arg(list_, double); return true;
+        case OVX_PARM_CHAR:
+            parm.value.character = static_cast<signed char>(va_arg(list_, int));
+            return true;
+        case OVX_PARM_STRING: parm.value.string = va_arg(list_, char *); return true;
+        default: return false;
+        }
+    }
+
+    OvxEvent *event_;
+    va_list list_;
+};
+
+const StringToStringMap *mapOf(const OvxEvent *event)
+{
+    return event ? event->properties : nullptr;
+}
+
+} // namespace
+
+namespace olvex {
+
+OvxEvent *makeEvent(Memory memory, int level, const char *catalog, int set, int key,
+                    const char *text, va_list parameters)
+{
+    auto *event = memory.make<OvxEvent>();
+    if (!event) return nullptr;
+    event->isMessage = catalog != nullptr;
+    event->time = CxSystemGetTimestamp();
+    event->level = level;
+    event->message = makeMessage(memory, catalog, set, key, text);
+    event->memory = memory;
+    ParameterReader(event, parameters).readAll();
+    return event;
+}
+
+const char *peekProperty(const OvxEvent *event, const char *name)
+{
+    const StringToStringMap *map = mapOf(event);
+    const StringToStringMapNode *node = map ? map->find(name) : nullptr;
+    return node ? node->value() : nullptr;
+}
+
+} // namespace olvex
+
+OvxEvent *OvxVaAllocEvent(int level, const char *catalog, int set, int key, const char *text,
+                          va_list parameters)
+{
+    return makeEvent(Memory(), level, catalog, set, key, text, parameters);
+}
+
+void OvxFreeEvent(OvxEvent *event)
+{
+    if (!event) return;
+    const Memory memory = event->memory;
+    ovxIntlFreeI18Msg(event->message);
+    ovxIntlFreeStringToStringMap(event->properties);
+    memory.release(event->messageId);
+    memory.destroy(event);
+}
+
+int64_t OvxGetEventTime(const OvxEvent *event) { return event ? event->time : 0; }
+
+int32_t OvxGetEventLevel(const OvxEvent *event) { return event ? event->level : OVX_LEVEL_NONE; }
+
+bool OvxGetEventIsMessage(const OvxEvent *event) { return event && event->isMessage; }
+
+void OvxSetEventIsMessage(OvxEvent *event, bool isMessage)
+{
+    if (event) event->isMessage = isMessage;
+}
+
+char *OvxGetEventMessageId(const OvxEvent *event)
+{
+    return event ? BaxStringDup(event->messageId) : nullptr;
+}
+
+void OvxSetEventMessageId(OvxEvent *event, const char *id)
+{
+    if (!event) return;
+    char *copy = event->memory.duplicate(id);
+    event->memory.release(std::exchange(event->messageId, copy));
+}
+
+const char *ovxGetEventLocale(const OvxEvent *event) { return event ? event->locale : nullptr; }
+
+void ovxSetEventLocale(OvxEvent *event, const char *locale)
+{
+    if (event) event->locale = locale;
+}
+
+StringToStringMap *ovxFetchEventPropMap(OvxEvent *event)
+{
+    if (!event) return nullptr;
+    if (!event->properties)
+        event->properties = event->memory.make<StringToStringMap>(event->memory);
+    return event->properties;
+}
+
+char *OvxGetEventProp(const OvxEvent *event, const char *name, bool *found)
+{
+    return OvxGetMapProp(mapOf(event), name, found);
+}
+
+bool OvxGetEventPropBool(const OvxEvent *event, const char *name, bool *found)
+{
+    return OvxGetMapPropBool(mapOf(event), name, found);
+}
+
+int32_t OvxGetEventPropInt(const OvxEvent *event, const char *name, bool *found)
+{
+    return OvxGetMapPropInt(mapOf(event), name, found);
+}
+
+long OvxGetEventPropLong(const OvxEvent *event, const char *name, bool *found)
+{
+    return static_cast<long>(OvxGetMapPropLong(mapOf(event), name, found));
+}
+
+float OvxGetEventPropFloat(const OvxEvent *event, const char *name, bool *found)
+{
+    return OvxGetMapPropFloat(mapOf(event), name, found);
+}
+
+double OvxGetEventPropDouble(const OvxEvent *event, const char *name, bool *found)
+{
+    return OvxGetMapPropDouble(mapOf(event), name, found);
+}
+
+void OvxSetEventProp(OvxEvent *event, const char *name, const char *value)
+{
+    OvxSetMapProp(ovxFetchEventPropMap(event), name, value);
+}
+
+void OvxSetEventPropBool(OvxEvent *event, const char *name, bool value)
+{
+    OvxSetMapPropBool(ovxFetchEventPropMap(event), name, value);
+}
+
+void OvxSetEventPropInt(OvxEvent *event, const char *name, int32_t value)
+{
+    OvxSetMapPropInt(ovxFetchEventPropMap(event), name, value);
+}
+
+void OvxSetEventPropLong(OvxEvent *event, const char *name, long value)
+{
+    OvxSetMapPropLong(ovxFetchEventPropMap(event), name, value);
+}
+
+void OvxSetEventPropFloat(OvxEvent *event, const char *name, float value)
+{
+    OvxSetMapPropFloat(ovxFetchEventPropMap(event), name, value);
+}
+
+void OvxSetEventPropDouble(OvxEvent *event, const char *name, double value)
+{
+    OvxSetMapPropDouble(ovxFetchEventPropMap(event), name, value);
+}
+
+char *OvxBindEventMsg(OvxEvent *event, OvxFBindMsg bind)
+{
+    if (!event || !bind) return nullptr;
+    if (event->locale) ovxSetI18MsgLocale(event->message, event->locale);
+    return bind(event->message);
+}

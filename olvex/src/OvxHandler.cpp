@@ -1,0 +1,126 @@
+// Handlers as such: their formatter, and the basic functions of handler classes.
+#include "OvxHandler.h"
+
+#include <utility>
+
+#include "OvxBasicFormatter.h"
+#include "util/Locked.h"
+
+using namespace olvex;
+
+namespace {
+
+// The buffer that the built-in formatter writes into, handed from event to event.
+CxStringBuff sharedBuffer = {};
+bool sharedBufferInUse = false;
+
+// Buffers that a huge event has blown up are not kept.
+constexpr std::uint32_t kLargestKept = 64 * 1024;
+
+OvxObject *formatterOf(const OvxObject *handler)
+{
+    if (!isHandler(handler) || !isFormatter(handler->formatter)) return nullptr;
+    return handler->formatter;
+}
+
+} // namespace
+
+namespace olvex {
+
+EventText::EventText(OvxObject *handler, OvxEvent *event)
+{
+    OvxObject *formatter = formatterOf(handler);
+    if (!formatter || !formatter->cls->slots.format) return;
+    if (formatter->cls->slots.format != OvxBasicFormatterFFormat || sharedBufferInUse) {
+        owned_.reset(formatter->cls->slots.format(formatter, event));
+        text_ = owned_.get();
+        size_ = BaxStringLen(text_);
+        return;
+    }
+    sharedBufferInUse = usesSharedBuffer_ = true;
+    CxStringBuffRestart(&sharedBuffer);
+    if (!appendBasicFormat(formatter, event, &sharedBuffer)) return;
+    text_ = sharedBuffer.str;
+    size_ = sharedBuffer.length;
+}
+
+EventText::~EventText()
+{
+    if (!usesSharedBuffer_) return;
+    if (sharedBuffer.capacity > kLargestKept) CxStringBuffDiscard(&sharedBuffer);
+    sharedBufferInUse = false;
+}
+
+} // namespace olvex
+
+OvxObject *ovxIntlHandlerGetFormatter(OvxObject *handler)
+{
+    return isHandler(handler) ? ovxIntlAcquireObject(handler->formatter) : nullptr;
+}
+
+// The new formatter is stored before the old one is released, which may end it.
+void ovxIntlHandlerSetFormatter(OvxObject *handler, OvxObject *formatter)
+{
+    if (!isHandler(handler)) return;
+    ovxIntlAcquireObject(formatter);
+    ovxIntlReleaseObject(std::exchange(handler->formatter, formatter));
+}
+
+char *ovxIntlHandlerGetFmtHeader(OvxObject *handler)
+{
+    OvxObject *formatter = formatterOf(handler);
+    const OvxFGetHeader getHeader = formatter ? formatter->cls->slots.getHeader : nullptr;
+    return getHeader ? getHeader(formatter) : nullptr;
+}
+
+char *ovxIntlHandlerGetFmtTrailer(OvxObject *handler)
+{
+    OvxObject *formatter = formatterOf(handler);
+    const OvxFGetTrailer getTrailer = formatter ? formatter->cls->slots.getTrailer : nullptr;
+    return getTrailer ? getTrailer(formatter) : nullptr;
+}
+
+char *ovxIntlHandlerDoFmt(OvxObject *handler, OvxEvent *event)
+{
+    OvxObject *formatter = formatterOf(handler);
+    const OvxFFormat format = formatter ? formatter->cls->slots.format : nullptr;
+    return format ? format(formatter, event) : nullptr;
+}
+
+void OvxBasicHandlerFCfgChange(OvxObject *handler, const char *name)
+{
+    if (BaxStringCmp(name, "formatterName") != 0) return OvxBasicObjectFCfgChange(handler, name);
+    const Text formatterName(ovxIntlGetObjProp(handler, "formatterName", nullptr));
+    if (!formatterName) return;
+    const ObjectRef formatter(ovxIntlGetObject(formatterName.get(), nullptr));
+    ovxIntlHandlerSetFormatter(handler, formatter.get());
+}
+
+void OvxBasicHandlerFProcess(OvxObject *, OvxEvent *) {}
+void OvxBasicHandlerFOpen(OvxObject *) {}
+void OvxBasicHandlerFClose(OvxObject *) {}
+
+OvxObject *OvxHandlerGetFormatter(OvxObject *handler)
+{
+    return locked([&] { return ovxIntlHandlerGetFormatter(handler); });
+}
+
+void OvxHandlerSetFormatter(OvxObject *handler, OvxObject *formatter)
+{
+    locked([&] { ovxIntlHandlerSetFormatter(handler, formatter); });
+}
+
+char *OvxHandlerGetFmtHeader(OvxObject *handler)
+{
+    return locked([&] { return ovxIntlHandlerGetFmtHeader(handler); });
+}
+
+char *OvxHandlerGetFmtTrailer(OvxObject *handler)
+{
+    return locked([&] { return ovxIntlHandlerGetFmtTrailer(handler); });
+}
+
+char *OvxHandlerDoFmt(OvxObject *handler, OvxEvent *event)
+{
+    return locked([&] { return ovxIntlHandlerDoFmt(handler, event); });
+}

@@ -1,0 +1,318 @@
+// Internationalised messages: the record, its parameters, its binding, and the code-set utilities
+// of the message layer.
+#include "OvxI18Msg.h"
+
+#include <olvex/Catalog.h>
+
+#include <utility>
+
+#include "OvxPrintf.h"
+#include "messages/Messages.h"
+#include "util/Locked.h"
+#include "util/OvxParmList.h"
+#include "util/OvxStringGroup.h"
+
+using namespace olvex;
+
+namespace {
+
+// The message layer's code-set handles, set while the toolkit is open. Nobody makes the EBCDIC ones
+// or the spare one; they are freed like the first all the same.
+struct CodeSets {
+    uc_ch_t *utf8;
+    uc_ch_t *cs1047;
+    uc_ch_t *cs37;
+    uc_ch_t *spare;
+} codeSets = {};
+
+// The parsed form of a message's text, its memory kept from one message to the next.
+PrintScratch bindScratch;
+
+void replaceText(const Memory &memory, const char *&text, const char *value)
+{
+    const char *copy = memory.duplicate(value);
+    memory.release(const_cast<char *>(std::exchange(text, copy)));
+}
+
+bool addParameter(OvxI18Msg *msg, const OvxParm &parm)
+{
+    return ovxIntlParmListAppend(ovxGetI18MsgParmList(msg), &parm);
+}
+
+// Appends `format` printed over the parameters; what cannot be printed appends the default text.
+bool printOrDefault(const OvxI18Msg *msg, const char *format, CxStringBuff *buffer)
+{
+    const auto before = buffer->length;
+    printParms(buffer, format, msg->parameters, bindScratch);
+    if (buffer->length > before) return true;
+    return msg->text && CxStringBuffAppendStr(buffer, msg->text) == 1;
+}
+
+bool bindFromCatalog(const OvxI18Msg *msg, CxStringBuff *buffer)
+{
+    ucv_cat_t *catalog = ucv_catopen(msg->catalog, 0, msg->locale);
+    const char *format = ucv_catgets(catalog, msg->set, msg->key, msg->text, codeSets.utf8);
+    const bool bound = printOrDefault(msg, format, buffer);
+    ucv_catclose(catalog);
+    return bound;
+}
+
+// Converts a whole text in one direction, through a string buffer.
+char *convertText(const char *text, uc_ch_t *codeSet, int (*change)(uc_ch_t *, CxStringBuff *))
+{
+    CxStringBuff buffer = {};
+    CxStringBuffAppendStr(&buffer, text);
+    change(codeSet, &buffer);
+    return CxStringBuffTakeStr(&buffer);
+}
+
+// Never freed: see keepLocaleName.
+StringGroup *localeNames = nullptr;
+
+void freeCodeSet(uc_ch_t *&codeSet)
+{
+    if (codeSet) ucv_cs_free(std::exchange(codeSet, nullptr));
+}
+
+} // namespace
+
+namespace olvex {
+
+OvxI18Msg *makeMessage(Memory memory, const char *catalog, int set, int key, const char *text)
+{
+    auto *msg = memory.make<OvxI18Msg>();
+    if (!msg) return nullptr;
+    *msg = {catalog, set, key, text, nullptr, nullptr, memory};
+    return msg;
+}
+
+bool bindMessage(const OvxI18Msg *msg, CxStringBuff *buffer)
+{
+    if (!msg) return false;
+    return msg->catalog ? bindFromCatalog(msg, buffer) : printOrDefault(msg, msg->text, buffer);
+}
+
+const char *keepLocaleName(const char *name)
+{
+    char *canonical = name ? ucv_loc_new(name) : nullptr;
+    if (!canonical) return nullptr;
+    if (!localeNames) localeNames = ovxIntlAllocStringGroup();
+    ovxIntlStringGroupAdd(localeNames, canonical);
+    const StringGroupNode *node = OvxStringGroupGetLink(localeNames, canonical);
+    ucv_loc_free(canonical);
+    return node ? node->element() : nullptr;
+}
+
+} // namespace olvex
+
+OvxI18Msg *ovxIntlAllocI18Msg(const char *catalog, int set, int key, const char *text)
+{
+    const Memory heap;
+    const char *catalogCopy = heap.duplicate(catalog);
+    const char *textCopy = heap.duplicate(text);
+    OvxI18Msg *msg = makeMessage(heap, catalogCopy, set, key, textCopy);
+    if (msg && (catalogCopy || !catalog) && (textCopy || !text)) return msg;
+    BaxMemoryFree(msg);
+    BaxMemoryFree(const_cast<char *>(catalogCopy));
+    BaxMemoryFree(const_cast<char *>(textCopy));
+    return nullptr;
+}
+
+OvxI18Msg *ovxIntlCopyI18Msg(const OvxI18Msg *msg)
+{
+    if (!msg) return nullptr;
+    OvxI18Msg *copy = ovxIntlAllocI18Msg(msg->catalog, msg->set, msg->key, msg->text);
+    if (!copy) return nullptr;
+    copy->parameters = ovxIntlCopyParmList(msg->parameters);
+    copy->locale = msg->locale;
+    if (copy->parameters || !msg->parameters) return copy;
+    ovxIntlFreeI18Msg(copy);
+    return nullptr;
+}
+
+void ovxIntlFreeI18Msg(OvxI18Msg *msg)
+{
+    if (!msg) return;
+    const Memory memory = msg->memory;
+    memory.release(const_cast<char *>(msg->catalog));
+    memory.release(const_cast<char *>(msg->text));
+    ovxIntlFreeParmList(msg->parameters);
+    memory.destroy(msg);
+}
+
+ParmList *ovxGetI18MsgParmList(OvxI18Msg *msg)
+{
+    if (!msg) return nullptr;
+    if (!msg->parameters) msg->parameters = msg->memory.make<ParmList>(msg->memory);
+    return msg->parameters;
+}
+
+bool ovxIntlAddI18MsgParmBool(OvxI18Msg *msg, bool value)
+{
+    return addParameter(msg, {OVX_PARM_BOOL, {.boolean = value}});
+}
+
+bool ovxIntlAddI18MsgParmChar(OvxI18Msg *msg, char value)
+{
+    return addParameter(msg, {OVX_PARM_CHAR, {.character = static_cast<signed char>(value)}});
+}
+
+bool ovxIntlAddI18MsgParmInt(OvxI18Msg *msg, int value)
+{
+    return addParameter(msg, {OVX_PARM_INT, {.integer = value}});
+}
+
+bool ovxIntlAddI18MsgParmLong(OvxI18Msg *msg, long value)
+{
+    return addParameter(msg, {OVX_PARM_LONG, {.longInteger = value}});
+}
+
+bool ovxIntlAddI18MsgParmFloat(OvxI18Msg *msg, float value)
+{
+    return addParameter(msg, {OVX_PARM_FLOAT, {.floating = value}});
+}
+
+bool ovxIntlAddI18MsgParmDouble(OvxI18Msg *msg, double value)
+{
+    return addParameter(msg, {OVX_PARM_DOUBLE, {.doubleFloating = value}});
+}
+
+bool ovxIntlAddI18MsgParmString(OvxI18Msg *msg, const char *value)
+{
+    return addParameter(msg, {OVX_PARM_STRING, {.string = const_cast<char *>(value)}});
+}
+
+const char *ovxSetI18MsgLocale(OvxI18Msg *msg, const char *locale)
+{
+    if (!msg) return nullptr;
+    msg->locale = locale;
+    return locale;
+}
+
+char *ovxIntlBindI18Msg(OvxI18Msg *msg)
+{
+    CxStringBuff buffer = {};
+    bindMessage(msg, &buffer);
+    char *text = CxStringBuffTakeStr(&buffer);
+    return text || !msg ? text : BaxStringDup(msg->text);
+}
+
+int ovxI18PrintUTF8AsLocal(FILE *stream, const char *utf8)
+{
+    if (!stream || !utf8) return -1;
+    char local[4096];
+    const int size = ucv_from_utf8(nullptr, utf8, -1, local, sizeof local);
+    const auto length = static_cast<std::size_t>(size > 0 ? size - 1 : 0);
+    return std::fwrite(local, 1, length, stream) == length ? static_cast<int>(length) : -1;
+}
+
+void ovxI18InitUcv()
+{
+    ucv_init();
+    codeSets = {ucv_cs_new("UTF8"), nullptr, nullptr, nullptr};
+}
+
+int ovxI18UninitUcv()
+{
+    freeCodeSet(codeSets.utf8);
+    freeCodeSet(codeSets.cs1047);
+    freeCodeSet(codeSets.cs37);
+    freeCodeSet(codeSets.spare);
+    bindScratch.discard();
+    return ucv_uninit();
+}
+
+uc_ch_t *ovxI18GetCs1047() { return codeSets.cs1047; }
+uc_ch_t *ovxI18GetCs37() { return codeSets.cs37; }
+
+char *ovxI18Str1047ToUTF8(const char *text)
+{
+    return convertText(text, codeSets.cs1047, CxStringBuffChangeToUTF8);
+}
+
+char *ovxI18Str37ToUTF8(const char *text)
+{
+    return convertText(text, codeSets.cs37, CxStringBuffChangeToUTF8);
+}
+
+char *ovxI18StrUTF8To1047(const char *text)
+{
+    return convertText(text, codeSets.cs1047, CxStringBuffChangeFromUTF8);
+}
+
+char *ovxI18StrUTF8To37(const char *text)
+{
+    return convertText(text, codeSets.cs37, CxStringBuffChangeFromUTF8);
+}
+
+OvxI18Msg *OvxAllocI18Msg(const char *catalog, int set, int key, const char *text)
+{
+    return locked([&] { return ovxIntlAllocI18Msg(catalog, set, key, text); });
+}
+
+OvxI18Msg *OvxCopyI18Msg(const OvxI18Msg *msg)
+{
+    return locked([&] { return ovxIntlCopyI18Msg(msg); });
+}
+
+void OvxFreeI18Msg(OvxI18Msg *msg) { locked([&] { ovxIntlFreeI18Msg(msg); }); }
+
+void OvxAddI18MsgParmBool(OvxI18Msg *msg, bool value)
+{
+    locked([&] { ovxIntlAddI18MsgParmBool(msg, value); });
+}
+
+void OvxAddI18MsgParmChar(OvxI18Msg *msg, char value)
+{
+    locked([&] { ovxIntlAddI18MsgParmChar(msg, value); });
+}
+
+void OvxAddI18MsgParmInt(OvxI18Msg *msg, int value)
+{
+    locked([&] { ovxIntlAddI18MsgParmInt(msg, value); });
+}
+
+void OvxAddI18MsgParmLong(OvxI18Msg *msg, long value)
+{
+    locked([&] { ovxIntlAddI18MsgParmLong(msg, value); });
+}
+
+void OvxAddI18MsgParmFloat(OvxI18Msg *msg, float value)
+{
+    locked([&] { ovxIntlAddI18MsgParmFloat(msg, value); });
+}
+
+void OvxAddI18MsgParmDouble(OvxI18Msg *msg, double value)
+{
+    locked([&] { ovxIntlAddI18MsgParmDouble(msg, value); });
+}
+
+void OvxAddI18MsgParmString(OvxI18Msg *msg, const char *value)
+{
+    locked([&] { ovxIntlAddI18MsgParmString(msg, value); });
+}
+
+char *OvxBindI18Msg(OvxI18Msg *msg)
+{
+    return locked([&] { return ovxIntlBindI18Msg(msg); });
+}
+
+void OvxSetI18MsgCat(OvxI18Msg *msg, const char *catalog)
+{
+    if (msg) replaceText(msg->memory, msg->catalog, catalog);
+}
+
+void OvxSetI18MsgTxt(OvxI18Msg *msg, const char *text)
+{
+    if (msg) replaceText(msg->memory, msg->text, text);
+}
+
+void OvxSetI18MsgSet(OvxI18Msg *msg, int set)
+{
+    if (msg) msg->set = set;
+}
+
+void OvxSetI18MsgKey(OvxI18Msg *msg, int key)
+{
+    if (msg) msg->key = key;
+}

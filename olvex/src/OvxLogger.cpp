@@ -1,0 +1,177 @@
+// The logging calls and the basic logger. The path of one event begins here: the public call tests
+// the logger's gate without the lock, takes the lock, builds the event in the arena and hands it to
+// the logger's FLog.
+#include "OvxLogger.h"
+
+#include "OvxEvent.h"
+#include "OvxToolkit.h"
+#include "messages/Messages.h"
+#include "util/Locked.h"
+
+using namespace olvex;
+
+namespace {
+
+// Where events of logging calls live, one inside the other when a report is logged on the way.
+Arena eventArena;
+
+// An event of one logging call: made in the arena, gone with its scope.
+class CallEvent
+{
+  public:
+    CallEvent(int level, const char *catalog, int set, int key, const char *text, va_list list)
+        : mark_(eventArena.mark()),
+          event_(makeEvent(Memory(&eventArena), level, catalog, set, key, text, list))
+    {
+    }
+    ~CallEvent()
+    {
+        OvxFreeEvent(event_);
+        eventArena.release(mark_);
+    }
+    CallEvent(const CallEvent &) = delete;
+    CallEvent &operator=(const CallEvent &) = delete;
+
+    OvxEvent *get() const { return event_; }
+
+  private:
+    Arena::Mark mark_;
+    OvxEvent *event_;
+};
+
+// Hands the event to the logger. A logger that is at work already, because it or one of its
+// handlers reports a failure of its own, is left out: its other listeners still get the report.
+void hand(OvxObject *logger, OvxFLog log, OvxEvent *event)
+{
+    if (!event) return;
+    if (logger->running) return OvxBasicObjectFLog(logger, event);
+    const ObjectRef reference(ovxIntlAcquireObject(logger));
+    const Running running(logger);
+    log(logger, event);
+}
+
+void logMessage(OvxObject *logger, int level, const char *catalog, int set, int key,
+                const char *text, va_list parameters)
+{
+    if (!OvxWouldLog(logger, level)) return;
+    locked([&] { ovxLogMessageEntry(logger, level, catalog, set, key, text, parameters); });
+}
+
+void logDebug(OvxObject *logger, int level, const char *srcFile, const char *srcFunction,
+              int srcLine, const char *text, va_list parameters)
+{
+    if (!OvxWouldLog(logger, level)) return;
+    locked([&] {
+        ovxLogDebugEntry(logger, level, srcFile, srcFunction, srcLine, text, parameters);
+    });
+}
+
+} // namespace
+
+bool OvxIsLoggable(const OvxObject *logger, int level) { return OvxWouldLog(logger, level); }
+
+bool ovxIntlIsLoggable() { return false; }
+
+OvxFLog ovxIntlLoggerGetFLog(OvxObject *logger)
+{
+    return isLogger(logger) && logger->enabled ? logger->cls->slots.log : nullptr;
+}
+
+OvxFLog OvxLoggerGetFLog(OvxObject *logger)
+{
+    return locked([&] { return ovxIntlLoggerGetFLog(logger); });
+}
+
+void ovxLogMessageEntry(OvxObject *logger, int level, const char *catalog, int set, int key,
+                        const char *text, va_list parameters)
+{
+    const OvxFLog log = ovxIntlLoggerGetFLog(logger);
+    if (!log) return;
+    const CallEvent event(level, catalog, set, key, text, parameters);
+    OvxSetEventIsMessage(event.get(), true);
+    hand(logger, log, event.get());
+}
+
+void ovxLogDebugEntry(OvxObject *logger, int level, const char *srcFile, const char *srcFunction,
+                      int srcLine, const char *text, va_list parameters)
+{
+    const OvxFLog log = ovxIntlLoggerGetFLog(logger);
+    if (!log) return;
+    const CallEvent event(level, nullptr, 0, 0, text, parameters);
+    OvxSetEventIsMessage(event.get(), false);
+    if (srcFile) {
+        OvxSetEventProp(event.get(), "ovx_prop_srcfile", srcFile);
+        OvxSetEventPropInt(event.get(), "ovx_prop_srcline", srcLine);
+    }
+    if (srcFunction) OvxSetEventProp(event.get(), "ovx_prop_srcfunction", srcFunction);
+    hand(logger, log, event.get());
+}
+
+void ovxIntlLogVA(int level, int key, const char *text, ...)
+{
+    OvxObject *logger = ovxToolkitLogger();
+    if (!OvxIsLoggable(logger, level)) return;
+    va_list parameters;
+    va_start(parameters, text);
+    ovxLogMessageEntry(logger, level, textOf(Message::kCatalog), kMessageSet, key, text,
+                       parameters);
+    va_end(parameters);
+}
+
+void OvxBasicLoggerFCfgChange(OvxObject *logger, const char *name)
+{
+    if (isLogger(logger) && BaxStringCmp(name, "level") == 0) return applyLevelProperty(logger);
+    OvxBasicObjectFCfgChange(logger, name);
+}
+
+// Each logging call has a form with "..." and one with a va_list; only names and levels differ.
+#define DEFINE_MESSAGE_CALL(Name, level)                                                           \
+    void Name(OvxObject *logger, const char *catalog, int set, int key, const char *text, ...)     \
+    {                                                                                              \
+        va_list parameters;                                                                        \
+        va_start(parameters, text);                                                                \
+        logMessage(logger, level, catalog, set, key, text, parameters);                            \
+        va_end(parameters);                                                                        \
+    }                                                                                              \
+    void Name##VA(OvxObject *logger, const char *catalog, int set, int key, const char *text,      \
+                  va_list parameters)                                                              \
+    {                                                                                              \
+        logMessage(logger, level, catalog, set, key, text, parameters);                            \
+    }
+
+#define DEFINE_DEBUG_CALL(Name, level)                                                             \
+    void Name(OvxObject *logger, const char *srcFile, const char *srcFunction, int srcLine,        \
+              const char *text, ...)                                                               \
+    {                                                                                              \
+        va_list parameters;                                                                        \
+        va_start(parameters, text);                                                                \
+        logDebug(logger, level, srcFile, srcFunction, srcLine, text, parameters);                  \
+        va_end(parameters);                                                                        \
+    }                                                                                              \
+    void Name##VA(OvxObject *logger, const char *srcFile, const char *srcFunction, int srcLine,    \
+                  const char *text, va_list parameters)                                            \
+    {                                                                                              \
+        logDebug(logger, level, srcFile, srcFunction, srcLine, text, parameters);                  \
+    }
+
+DEFINE_MESSAGE_CALL(OvxLogMsg, OVX_LEVEL_NONE)
+DEFINE_MESSAGE_CALL(OvxLogInfo, OVX_LEVEL_INFO)
+DEFINE_MESSAGE_CALL(OvxLogWarn, OVX_LEVEL_WARN)
+DEFINE_MESSAGE_CALL(OvxLogError, OVX_LEVEL_ERROR)
+DEFINE_MESSAGE_CALL(OvxLogFatal, OVX_LEVEL_FATAL)
+DEFINE_DEBUG_CALL(OvxLogDebugMin, OVX_LEVEL_DEBUG_MIN)
+DEFINE_DEBUG_CALL(OvxLogDebugMid, OVX_LEVEL_DEBUG_MID)
+DEFINE_DEBUG_CALL(OvxLogDebugMax, OVX_LEVEL_DEBUG_MAX)
+
+void OvxLogText(OvxObject *logger, const char *text, ...)
+{
+    va_list parameters;
+    va_start(parameters, text);
+    OvxLogTextVA(logger, text, parameters);
+    va_end(parameters);
+}
+
+void OvxLogTextVA(OvxObject *logger, const char *text, va_list parameters)
+{
+    logDebug(logger, OVX_LEVEL_NONE, nullptr, nullptr, 0, text, parameters);
+}

@@ -1,0 +1,119 @@
+// Printing with typed parameters, on the formatted-output engine.
+#include "OvxPrintf.h"
+
+#include "util/CxPrintUtil.h"
+#include "util/OvxParmList.h"
+
+using namespace olvex;
+
+namespace {
+
+// Puts a parameter's value into an argument slot; an unknown type leaves the slot as it is.
+void fillSlot(CxPrintfArg &slot, const OvxParm &parm)
+{
+    switch (parm.type) {
+    case OVX_PARM_BOOL: return setInt(slot, kInt, parm.value.boolean);
+    case OVX_PARM_INT: return setInt(slot, kInt, parm.value.integer);
+    case OVX_PARM_LONG: return setInt(slot, kLong, parm.value.longInteger);
+    case OVX_PARM_FLOAT: return setDouble(slot, static_cast<long double>(parm.value.floating));
+    case OVX_PARM_DOUBLE:
+        return setDouble(slot, static_cast<long double>(parm.value.doubleFloating));
+    case OVX_PARM_CHAR: return setInt(slot, kUnsignedChar, parm.value.character);
+    case OVX_PARM_STRING: return setString(slot, parm.value.string);
+    default: return;
+    }
+}
+
+// Slots beyond the parameters make the whole fail; parameters beyond the slots are not used.
+bool fillSlots(CxPrintfArgs &arguments, const ParmList *parms)
+{
+    const ParmListNode *node = parms ? parms->first() : nullptr;
+    for (int index = 0; index < arguments.count; ++index) {
+        if (!node) return false;
+        fillSlot(arguments.items[index], *node->element());
+        node = node->next();
+    }
+    return true;
+}
+
+constexpr struct {
+    int type;
+    const char *format;
+} kDefaultFormats[] = {
+    {OVX_PARM_BOOL, "%c"},  {OVX_PARM_INT, "%d"},    {OVX_PARM_LONG, "%ld"},
+    {OVX_PARM_FLOAT, "%f"}, {OVX_PARM_DOUBLE, "%f"}, {OVX_PARM_CHAR, "%c"},
+    {OVX_PARM_STRING, "%s"},
+};
+
+const char *defaultFormatOf(int type)
+{
+    for (const auto &entry : kDefaultFormats)
+        if (entry.type == type) return entry.format;
+    return nullptr;
+}
+
+void printOne(CxStringBuff *buffer, const char *format, const OvxParm &parm)
+{
+    switch (parm.type) {
+    case OVX_PARM_BOOL: CxStringBuffPrintf(nullptr, buffer, format, parm.value.boolean); return;
+    case OVX_PARM_INT: CxStringBuffPrintf(nullptr, buffer, format, parm.value.integer); return;
+    case OVX_PARM_LONG: CxStringBuffPrintf(nullptr, buffer, format, parm.value.longInteger); return;
+    case OVX_PARM_FLOAT:
+        CxStringBuffPrintf(nullptr, buffer, format, static_cast<double>(parm.value.floating));
+        return;
+    case OVX_PARM_DOUBLE:
+        CxStringBuffPrintf(nullptr, buffer, format, parm.value.doubleFloating);
+        return;
+    case OVX_PARM_CHAR: CxStringBuffPrintf(nullptr, buffer, format, parm.value.character); return;
+    default: CxStringBuffPrintf(nullptr, buffer, format, parm.value.string); return;
+    }
+}
+
+} // namespace
+
+namespace olvex {
+
+void PrintScratch::discard()
+{
+    CxListDiscard(reinterpret_cast<void **>(&formats.items), &formats.capacity, &formats.count);
+    CxListDiscard(reinterpret_cast<void **>(&arguments.items), &arguments.capacity,
+                  &arguments.count);
+}
+
+void printParms(CxStringBuff *buffer, const char *format, const ParmList *parms,
+                PrintScratch &scratch)
+{
+    cxPrintfReset(&scratch.formats, &scratch.arguments);
+    if (CxPrintfProcessFmts(format, &scratch.formats, &scratch.arguments) != 0) return;
+    if (!fillSlots(scratch.arguments, parms)) return;
+    char error = 0;
+    cxPrintfEmitAll(nullptr, buffer, &scratch.formats, &scratch.arguments, &error);
+}
+
+} // namespace olvex
+
+char *OvxAprintf(const char *format, const ParmList *parms)
+{
+    PrintScratch scratch;
+    CxStringBuff buffer = {};
+    printParms(&buffer, format, parms, scratch);
+    scratch.discard();
+    if (buffer.length == 0) CxStringBuffDiscard(&buffer);
+    return CxStringBuffTakeStr(&buffer);
+}
+
+char *ovxParmToUTF8Str(const char *format, const OvxParm *parm)
+{
+    const char *known = parm ? defaultFormatOf(parm->type) : nullptr;
+    if (!known) return nullptr;
+    CxStringBuff buffer = {};
+    printOne(&buffer, format ? format : known, *parm);
+    return CxStringBuffTakeStr(&buffer);
+}
+
+char *ovxParmToLocalStr(const char *format, const OvxParm *parm)
+{
+    return ovxParmToUTF8Str(format, parm);
+}
+
+int ovxPrintfParm() { return 0; }

@@ -1,0 +1,71 @@
+// The toolkit's own messages by name, and the one way to report them. Reports go to the logger
+// "olvex.errorLogger"; the caller holds the API mutex.
+#pragma once
+
+#include <olvex/Message.h>
+#include <olvex/class.h>
+
+namespace olvex {
+
+enum class Message : int {
+#define OVX_MESSAGE(key, name, text) name = key,
+#define OVX_UNUSED(key, text)
+#include "messages/ovxmsg.def"
+#undef OVX_MESSAGE
+#undef OVX_UNUSED
+};
+
+inline constexpr int kMessageSet = 1;
+
+constexpr int keyOf(Message message) { return static_cast<int>(message); }
+inline const char *textOf(Message message) { return ovxmsg[keyOf(message)]; }
+
+constexpr int markerOf(const char *) { return OVX_PARM_STRING; }
+constexpr int markerOf(int) { return OVX_PARM_INT; }
+constexpr int markerOf(long) { return OVX_PARM_LONG; }
+constexpr int markerOf(double) { return OVX_PARM_DOUBLE; }
+
+// Logs `message` at `level` with up to five parameters, each behind its type marker.
+inline void report(int level, Message message)
+{
+    ovxIntlLogVA(level, keyOf(message), textOf(message), 0);
+}
+
+template <class A>
+void report(int level, Message message, A a)
+{
+    ovxIntlLogVA(level, keyOf(message), textOf(message), markerOf(a), a, 0);
+}
+
+template <class A, class B>
+void report(int level, Message message, A a, B b)
+{
+    ovxIntlLogVA(level, keyOf(message), textOf(message), markerOf(a), a, markerOf(b), b, 0);
+}
+
+template <class A, class B, class C>
+void report(int level, Message message, A a, B b, C c)
+{
+    ovxIntlLogVA(level, keyOf(message), textOf(message), markerOf(a), a, markerOf(b), b,
+                 markerOf(c), c, 0);
+}
+
+template <class A, class B, class C, class D>
+void report(int level, Message message, A a, B b, C c, D d)
+{
+    ovxIntlLogVA(level, keyOf(message), textOf(message), markerOf(a), a, markerOf(b), b,
+                 markerOf(c), c, markerOf(d), d, 0);
+}
+
+template <class A, class B, class C, class D, class E>
+void report(int level, Message message, A a, B b, C c, D d, E e)
+{
+    ovxIntlLogVA(level, keyOf(message), textOf(message), markerOf(a), a, markerOf(b), b,
+                 markerOf(c), c, markerOf(d), d, markerOf(e), e, 0);
+}
+
+// Prints a message of the table, with one string parameter or none, and a line end to standard
+// error: for what goes wrong before there is an error logger.
+void printToStderr(Message message, const char *parameter);
+
+} // namespace olvex
