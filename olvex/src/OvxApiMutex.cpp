@@ -1,6 +1,6 @@
-// The API mutex: made at load time, never destroyed, so that no call can find it missing. It notices
-// when its holder asks for it again, which is a public call from inside a class function. Held over
-// a fork, so that a child finds everything in order.
+// The API mutex: made at load time, never destroyed, so that no call can find it missing. It
+// notices when its holder asks for it again, which is a public call from inside a class function.
+// Held over a fork, so that a child finds everything in order.
 #include "util/Locked.h"
 
 #include <olvex/class.h>
@@ -8,7 +8,8 @@
 #include <cerrno>
 #include <pthread.h>
 
-namespace {
+namespace
+{
 
 pthread_mutex_t apiMutex = PTHREAD_ERRORCHECK_MUTEX_INITIALIZER_NP;
 bool heldByForker = false;
@@ -20,7 +21,10 @@ bool heldByForker = false;
     return false;
 }
 
-void beforeFork() { heldByForker = pthread_mutex_lock(&apiMutex) == EDEADLK; }
+void beforeFork()
+{
+    heldByForker = pthread_mutex_lock(&apiMutex) == EDEADLK;
+}
 
 void afterForkInParent()
 {

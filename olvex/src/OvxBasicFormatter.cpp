@@ -17,7 +17,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 constexpr std::int64_t kMillisecondsPerSecond = 1000;
 constexpr std::size_t kDateSize = 128;
@@ -157,7 +158,8 @@ void replace(char *&text, const OvxObject *formatter, const char *name)
 
 } // namespace
 
-namespace olvex {
+namespace olvex
+{
 
 bool appendBasicFormat(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer)
 {
@@ -189,8 +191,14 @@ char *OvxBasicFormatterFormatDate(OvxObject *formatter, int64_t milliseconds)
     return text ? text : BaxStringDup("");
 }
 
-char *OvxBasicFormatterFGetHeader(OvxObject *) { return nullptr; }
-char *OvxBasicFormatterFGetTrailer(OvxObject *) { return nullptr; }
+char *OvxBasicFormatterFGetHeader(OvxObject *)
+{
+    return nullptr;
+}
+char *OvxBasicFormatterFGetTrailer(OvxObject *)
+{
+    return nullptr;
+}
 
 void OvxBasicFormatterFCfgChange(OvxObject *formatter, const char *name)
 {

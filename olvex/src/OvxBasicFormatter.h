@@ -5,7 +5,8 @@
 
 #include "OvxObject.h"
 
-namespace olvex {
+namespace olvex
+{
 
 // Appends the event's line to `buffer`; false when the formatter cannot format.
 bool appendBasicFormat(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer);

@@ -8,7 +8,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 struct CategoryDefaults {
     int category;
@@ -118,10 +119,9 @@ void ovxIntlAddFilterClass(const char *name, const OvxI18Msg *description, OvxFA
                      .isLoggable = isLoggable});
 }
 
-void ovxIntlAddHandlerClass(const char *name, const OvxI18Msg *description,
-                            OvxFAllocVars allocVars, OvxFFreeVars freeVars,
-                            OvxFCfgChange cfgChange, OvxFProcess process, OvxFOpen open,
-                            OvxFClose close)
+void ovxIntlAddHandlerClass(const char *name, const OvxI18Msg *description, OvxFAllocVars allocVars,
+                            OvxFFreeVars freeVars, OvxFCfgChange cfgChange, OvxFProcess process,
+                            OvxFOpen open, OvxFClose close)
 {
     ovxIntlAddClass(name, OVX_CLASS_HANDLER, description,
                     {.allocVars = allocVars,
@@ -150,9 +150,7 @@ void ovxIntlAddFormatterClass(const char *name, const OvxI18Msg *description,
 void OvxAddLoggerClass(const char *name, const OvxI18Msg *description, OvxFAllocVars allocVars,
                        OvxFFreeVars freeVars, OvxFCfgChange cfgChange, OvxFLog log)
 {
-    locked([&] {
-        ovxIntlAddLoggerClass(name, description, allocVars, freeVars, cfgChange, log);
-    });
+    locked([&] { ovxIntlAddLoggerClass(name, description, allocVars, freeVars, cfgChange, log); });
 }
 
 void OvxAddFilterClass(const char *name, const OvxI18Msg *description, OvxFAllocVars allocVars,

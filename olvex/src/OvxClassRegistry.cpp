@@ -9,7 +9,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 constexpr int kFirstCategory = OVX_CLASS_LOGGER;
 constexpr int kCategories = OVX_CLASS_FORMATTER - OVX_CLASS_LOGGER + 1;
@@ -91,8 +92,10 @@ void ovxToolkitInitObjClasses()
     if (classes) return;
     classes = ovxIntlAllocStringToObjClassMap();
     if (!classes) return printToStderr(Message::kInitFailed, nullptr);
-    for (StringGroup *&names : classNames) names = ovxIntlAllocStringGroup();
-    for (const BuiltInClass &row : kBuiltInClasses) addBuiltInClass(row);
+    for (StringGroup *&names : classNames)
+        names = ovxIntlAllocStringGroup();
+    for (const BuiltInClass &row : kBuiltInClasses)
+        addBuiltInClass(row);
 }
 
 void ovxToolkitAddClassDef(const char *name, OvxObjClass *cls)
@@ -118,5 +121,6 @@ void ovxFreeObjClasses()
     for (const auto *node = classes ? classes->first() : nullptr; node; node = node->next())
         ovxFreeObjClass(node->value());
     ovxIntlFreeStringToObjClassMap(std::exchange(classes, nullptr));
-    for (StringGroup *&names : classNames) ovxIntlFreeStringGroup(std::exchange(names, nullptr));
+    for (StringGroup *&names : classNames)
+        ovxIntlFreeStringGroup(std::exchange(names, nullptr));
 }

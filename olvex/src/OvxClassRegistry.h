@@ -8,5 +8,8 @@
 void ovxFreeObjClasses();
 
 // What the class map does with its values: they belong to the registry.
-inline OvxObjClass *ovxReturnObjClass(OvxObjClass *cls) { return cls; }
+inline OvxObjClass *ovxReturnObjClass(OvxObjClass *cls)
+{
+    return cls;
+}
 inline void ovxIgnoreObjClass(OvxObjClass *) {}

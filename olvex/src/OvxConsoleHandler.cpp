@@ -6,7 +6,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 struct ConsoleVars {
     bool open;
@@ -36,9 +37,15 @@ void process(OvxObject *handler, OvxEvent *event, FILE *stream)
 
 } // namespace
 
-void *OvxConsoleHandlerFAllocVars(void) { return Memory().make<ConsoleVars>(); }
+void *OvxConsoleHandlerFAllocVars(void)
+{
+    return Memory().make<ConsoleVars>();
+}
 
-void OvxConsoleHandlerFFreeVars(void *variables) { BaxMemoryFree(variables); }
+void OvxConsoleHandlerFFreeVars(void *variables)
+{
+    BaxMemoryFree(variables);
+}
 
 void OvxConsoleHandlerFProcess(OvxObject *handler, OvxEvent *event)
 {

@@ -13,7 +13,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 // At most this many markers are read less one; a list that needs more lacks its end.
 constexpr int kMarkerLimit = 64;
@@ -121,7 +122,8 @@ const StringToStringMap *mapOf(const OvxEvent *event)
 
 } // namespace
 
-namespace olvex {
+namespace olvex
+{
 
 OvxEvent *makeEvent(Memory memory, int level, const char *catalog, int set, int key,
                     const char *text, va_list parameters)
@@ -162,11 +164,20 @@ void OvxFreeEvent(OvxEvent *event)
     memory.destroy(event);
 }
 
-int64_t OvxGetEventTime(const OvxEvent *event) { return event ? event->time : 0; }
+int64_t OvxGetEventTime(const OvxEvent *event)
+{
+    return event ? event->time : 0;
+}
 
-int32_t OvxGetEventLevel(const OvxEvent *event) { return event ? event->level : OVX_LEVEL_NONE; }
+int32_t OvxGetEventLevel(const OvxEvent *event)
+{
+    return event ? event->level : OVX_LEVEL_NONE;
+}
 
-bool OvxGetEventIsMessage(const OvxEvent *event) { return event && event->isMessage; }
+bool OvxGetEventIsMessage(const OvxEvent *event)
+{
+    return event && event->isMessage;
+}
 
 void OvxSetEventIsMessage(OvxEvent *event, bool isMessage)
 {
@@ -185,7 +196,10 @@ void OvxSetEventMessageId(OvxEvent *event, const char *id)
     event->memory.release(std::exchange(event->messageId, copy));
 }
 
-const char *ovxGetEventLocale(const OvxEvent *event) { return event ? event->locale : nullptr; }
+const char *ovxGetEventLocale(const OvxEvent *event)
+{
+    return event ? event->locale : nullptr;
+}
 
 void ovxSetEventLocale(OvxEvent *event, const char *locale)
 {

@@ -14,7 +14,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 // The message layer's code-set handles, set while the toolkit is open. Nobody makes the EBCDIC ones
 // or the spare one; they are freed like the first all the same.
@@ -76,7 +77,8 @@ void freeCodeSet(uc_ch_t *&codeSet)
 
 } // namespace
 
-namespace olvex {
+namespace olvex
+{
 
 OvxI18Msg *makeMessage(Memory memory, const char *catalog, int set, int key, const char *text)
 {
@@ -222,8 +224,14 @@ int ovxI18UninitUcv()
     return ucv_uninit();
 }
 
-uc_ch_t *ovxI18GetCs1047() { return codeSets.cs1047; }
-uc_ch_t *ovxI18GetCs37() { return codeSets.cs37; }
+uc_ch_t *ovxI18GetCs1047()
+{
+    return codeSets.cs1047;
+}
+uc_ch_t *ovxI18GetCs37()
+{
+    return codeSets.cs37;
+}
 
 char *ovxI18Str1047ToUTF8(const char *text)
 {
@@ -255,7 +263,10 @@ OvxI18Msg *OvxCopyI18Msg(const OvxI18Msg *msg)
     return locked([&] { return ovxIntlCopyI18Msg(msg); });
 }
 
-void OvxFreeI18Msg(OvxI18Msg *msg) { locked([&] { ovxIntlFreeI18Msg(msg); }); }
+void OvxFreeI18Msg(OvxI18Msg *msg)
+{
+    locked([&] { ovxIntlFreeI18Msg(msg); });
+}
 
 void OvxAddI18MsgParmBool(OvxI18Msg *msg, bool value)
 {

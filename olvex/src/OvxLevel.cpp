@@ -7,10 +7,10 @@
 #include "OvxProps.h"
 #include "messages/Messages.h"
 
-
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 struct LevelName {
     const char *name;
@@ -19,12 +19,18 @@ struct LevelName {
 
 // In the order in which they are tried; each matches any word that begins with it.
 constexpr LevelName kLevelNames[] = {
-    {"FATAL", OVX_LEVEL_FATAL},         {"ERROR", OVX_LEVEL_ERROR},
-    {"WARN", OVX_LEVEL_WARN},           {"INFO", OVX_LEVEL_INFO},
-    {"DEBUG_MIN", OVX_LEVEL_DEBUG_MIN}, {"MIN", OVX_LEVEL_DEBUG_MIN},
-    {"DEBUG_MID", OVX_LEVEL_DEBUG_MID}, {"MID", OVX_LEVEL_DEBUG_MID},
-    {"DEBUG_MAX", OVX_LEVEL_DEBUG_MAX}, {"MAX", OVX_LEVEL_DEBUG_MAX},
-    {"ALL", OVX_LEVEL_ALL},             {"OFF", OVX_LEVEL_OFF},
+    {"FATAL", OVX_LEVEL_FATAL},
+    {"ERROR", OVX_LEVEL_ERROR},
+    {"WARN", OVX_LEVEL_WARN},
+    {"INFO", OVX_LEVEL_INFO},
+    {"DEBUG_MIN", OVX_LEVEL_DEBUG_MIN},
+    {"MIN", OVX_LEVEL_DEBUG_MIN},
+    {"DEBUG_MID", OVX_LEVEL_DEBUG_MID},
+    {"MID", OVX_LEVEL_DEBUG_MID},
+    {"DEBUG_MAX", OVX_LEVEL_DEBUG_MAX},
+    {"MAX", OVX_LEVEL_DEBUG_MAX},
+    {"ALL", OVX_LEVEL_ALL},
+    {"OFF", OVX_LEVEL_OFF},
 };
 
 bool isBlank(const char *text)
@@ -41,7 +47,8 @@ std::int32_t levelFromName(const char *text)
 
 } // namespace
 
-namespace olvex {
+namespace olvex
+{
 
 void applyLevelProperty(OvxObject *object)
 {

@@ -10,7 +10,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 // Where events of logging calls live, one inside the other when a report is logged on the way.
 Arena eventArena;
@@ -61,16 +62,21 @@ void logDebug(OvxObject *logger, int level, const char *srcFile, const char *src
               int srcLine, const char *text, va_list parameters)
 {
     if (!OvxWouldLog(logger, level)) return;
-    locked([&] {
-        ovxLogDebugEntry(logger, level, srcFile, srcFunction, srcLine, text, parameters);
-    });
+    locked(
+        [&] { ovxLogDebugEntry(logger, level, srcFile, srcFunction, srcLine, text, parameters); });
 }
 
 } // namespace
 
-bool OvxIsLoggable(const OvxObject *logger, int level) { return OvxWouldLog(logger, level); }
+bool OvxIsLoggable(const OvxObject *logger, int level)
+{
+    return OvxWouldLog(logger, level);
+}
 
-bool ovxIntlIsLoggable() { return false; }
+bool ovxIntlIsLoggable()
+{
+    return false;
+}
 
 OvxFLog ovxIntlLoggerGetFLog(OvxObject *logger)
 {

@@ -15,9 +15,11 @@ const char *const ovxmsg[166] = {
 #undef OVX_UNUSED
 };
 
-namespace olvex {
+namespace olvex
+{
 
-namespace {
+namespace
+{
 
 constexpr int kKeys[] = {
 #define OVX_MESSAGE(key, name, text) key,

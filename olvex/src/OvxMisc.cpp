@@ -8,7 +8,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 struct Joined {
     char *at; // null while only the length is wanted

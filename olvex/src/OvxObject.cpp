@@ -12,7 +12,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 constexpr char kDefaultFormatter[] = "olvex.defaultFormatter";
 constexpr char kDefaultFormatterClass[] = "ovx_basicformatter";
@@ -52,8 +53,8 @@ OvxObjClass *findConfiguredClass(const char *name)
     }
     OvxObjClass *cls = ovxToolkitGetClassDef(className.get());
     if (!cls)
-        report(OVX_LEVEL_ERROR, Message::kUnknownClass,
-               static_cast<const char *>(className.get()), name);
+        report(OVX_LEVEL_ERROR, Message::kUnknownClass, static_cast<const char *>(className.get()),
+               name);
     return cls;
 }
 
@@ -160,7 +161,8 @@ void freeShell(OvxObject *object)
 
 } // namespace
 
-namespace olvex {
+namespace olvex
+{
 
 void setThreshold(OvxObject *object, int level)
 {
@@ -216,7 +218,10 @@ char *ovxIntlGetObjectDesc(const OvxObject *object)
     return object && object->cls ? ovxIntlBindI18Msg(object->cls->description) : nullptr;
 }
 
-bool ovxIntlIsObjectEnabled(const OvxObject *object) { return object && object->enabled; }
+bool ovxIntlIsObjectEnabled(const OvxObject *object)
+{
+    return object && object->enabled;
+}
 
 void ovxIntlSetObjectEnabled(OvxObject *object, bool enabled)
 {
@@ -267,7 +272,10 @@ char *OvxGetObjectDesc(const OvxObject *object)
     return locked([&] { return ovxIntlGetObjectDesc(object); });
 }
 
-bool OvxAreObjectsEqual(const OvxObject *a, const OvxObject *b) { return a == b; }
+bool OvxAreObjectsEqual(const OvxObject *a, const OvxObject *b)
+{
+    return a == b;
+}
 
 bool OvxIsObjectEnabled(const OvxObject *object)
 {

@@ -61,16 +61,29 @@ struct OvxObject {
 
 static_assert(std::is_standard_layout_v<OvxObject> && offsetof(OvxObject, gate) == 0);
 
-namespace olvex {
+namespace olvex
+{
 
 inline bool isCategory(const OvxObject *object, int category)
 {
     return object && object->cls && object->cls->category == category;
 }
-inline bool isLogger(const OvxObject *object) { return isCategory(object, OVX_CLASS_LOGGER); }
-inline bool isFilter(const OvxObject *object) { return isCategory(object, OVX_CLASS_FILTER); }
-inline bool isHandler(const OvxObject *object) { return isCategory(object, OVX_CLASS_HANDLER); }
-inline bool isFormatter(const OvxObject *object) { return isCategory(object, OVX_CLASS_FORMATTER); }
+inline bool isLogger(const OvxObject *object)
+{
+    return isCategory(object, OVX_CLASS_LOGGER);
+}
+inline bool isFilter(const OvxObject *object)
+{
+    return isCategory(object, OVX_CLASS_FILTER);
+}
+inline bool isHandler(const OvxObject *object)
+{
+    return isCategory(object, OVX_CLASS_HANDLER);
+}
+inline bool isFormatter(const OvxObject *object)
+{
+    return isCategory(object, OVX_CLASS_FORMATTER);
+}
 
 // Sets the threshold of a logger or filter.
 void setThreshold(OvxObject *object, int level);

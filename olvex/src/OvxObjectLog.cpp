@@ -13,9 +13,11 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
-// Set while a logger without listeners is being reported: that report may reach such a logger again.
+// Set while a logger without listeners is being reported: that report may reach such a logger
+// again.
 bool reportingNoListeners = false;
 
 void reportNoListeners(const OvxObject *logger)
@@ -90,7 +92,8 @@ void changeLogging(OvxObject *object)
 void removeAllListeners(OvxObject *object)
 {
     ListenerGroup *group = ovxFetchListenerGroup(object, false);
-    while (group && group->first()) ovxIntlListenerGroupIterRem(group->first());
+    while (group && group->first())
+        ovxIntlListenerGroupIterRem(group->first());
 }
 
 // The property is copied first: finding a listener can run code that sets it again.
@@ -112,9 +115,12 @@ struct PropertyChange {
 };
 
 constexpr PropertyChange kChanges[] = {
-    {"description", changeDescription},       {"descriptionFile", changeDescriptionFile},
-    {"descriptionSet", changeDescriptionSet}, {"descriptionKey", changeDescriptionKey},
-    {"logging", changeLogging},               {"listenerNames", changeListenerNames},
+    {"description", changeDescription},
+    {"descriptionFile", changeDescriptionFile},
+    {"descriptionSet", changeDescriptionSet},
+    {"descriptionKey", changeDescriptionKey},
+    {"logging", changeLogging},
+    {"listenerNames", changeListenerNames},
 };
 
 } // namespace

@@ -9,7 +9,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 const StringToStringMap *mapOf(const OvxObject *object)
 {
@@ -29,7 +30,8 @@ void setProperty(OvxObject *object, const char *name, Value value,
 
 } // namespace
 
-namespace olvex {
+namespace olvex
+{
 
 const char *peekProperty(const OvxObject *object, const char *name)
 {

@@ -6,7 +6,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 // Puts a parameter's value into an argument slot; an unknown type leaves the slot as it is.
 void fillSlot(CxPrintfArg &slot, const OvxParm &parm)
@@ -40,9 +41,8 @@ constexpr struct {
     int type;
     const char *format;
 } kDefaultFormats[] = {
-    {OVX_PARM_BOOL, "%c"},  {OVX_PARM_INT, "%d"},    {OVX_PARM_LONG, "%ld"},
-    {OVX_PARM_FLOAT, "%f"}, {OVX_PARM_DOUBLE, "%f"}, {OVX_PARM_CHAR, "%c"},
-    {OVX_PARM_STRING, "%s"},
+    {OVX_PARM_BOOL, "%c"},   {OVX_PARM_INT, "%d"},  {OVX_PARM_LONG, "%ld"},  {OVX_PARM_FLOAT, "%f"},
+    {OVX_PARM_DOUBLE, "%f"}, {OVX_PARM_CHAR, "%c"}, {OVX_PARM_STRING, "%s"},
 };
 
 const char *defaultFormatOf(int type)
@@ -71,7 +71,8 @@ void printOne(CxStringBuff *buffer, const char *format, const OvxParm &parm)
 
 } // namespace
 
-namespace olvex {
+namespace olvex
+{
 
 void PrintScratch::discard()
 {
@@ -116,4 +117,7 @@ char *ovxParmToLocalStr(const char *format, const OvxParm *parm)
     return ovxParmToUTF8Str(format, parm);
 }
 
-int ovxPrintfParm() { return 0; }
+int ovxPrintfParm()
+{
+    return 0;
+}

@@ -4,10 +4,10 @@
 
 #include <utility>
 
+#include "OvxClassRegistry.h"
 #include "OvxI18Msg.h"
 #include "OvxLogManager.h"
 #include "OvxReadProps.h"
-#include "OvxClassRegistry.h"
 #include "messages/Messages.h"
 #include "util/OvxStringToObjMap.h"
 
@@ -15,7 +15,8 @@
 
 using namespace olvex;
 
-namespace {
+namespace
+{
 
 std::atomic<bool> toolkitOpen = false;
 StringToObjMap *instances = nullptr;
@@ -132,11 +133,20 @@ bool OvxLoadAdditionalProperties(const char *propertiesFile)
     return locked([&] { return loadHoldingLock(propertiesFile); });
 }
 
-void OvxCloseToolkit(void) { locked([] { closeHoldingLock(); }); }
+void OvxCloseToolkit(void)
+{
+    locked([] { closeHoldingLock(); });
+}
 
-bool OvxIsToolkitOpen(void) { return toolkitOpen.load(std::memory_order_relaxed); }
+bool OvxIsToolkitOpen(void)
+{
+    return toolkitOpen.load(std::memory_order_relaxed);
+}
 
-OvxObject *ovxToolkitLogger() { return OvxIsToolkitOpen() ? errorChain.logger : nullptr; }
+OvxObject *ovxToolkitLogger()
+{
+    return OvxIsToolkitOpen() ? errorChain.logger : nullptr;
+}
 
 void ovxToolkitAddObjInstance(const char *name, OvxObject *object)
 {

@@ -5,7 +5,8 @@
 #include <olvex/Message.h>
 #include <olvex/class.h>
 
-namespace olvex {
+namespace olvex
+{
 
 enum class Message : int {
 #define OVX_MESSAGE(key, name, text) name = key,
@@ -17,13 +18,31 @@ enum class Message : int {
 
 inline constexpr int kMessageSet = 1;
 
-constexpr int keyOf(Message message) { return static_cast<int>(message); }
-inline const char *textOf(Message message) { return ovxmsg[keyOf(message)]; }
+constexpr int keyOf(Message message)
+{
+    return static_cast<int>(message);
+}
+inline const char *textOf(Message message)
+{
+    return ovxmsg[keyOf(message)];
+}
 
-constexpr int markerOf(const char *) { return OVX_PARM_STRING; }
-constexpr int markerOf(int) { return OVX_PARM_INT; }
-constexpr int markerOf(long) { return OVX_PARM_LONG; }
-constexpr int markerOf(double) { return OVX_PARM_DOUBLE; }
+constexpr int markerOf(const char *)
+{
+    return OVX_PARM_STRING;
+}
+constexpr int markerOf(int)
+{
+    return OVX_PARM_INT;
+}
+constexpr int markerOf(long)
+{
+    return OVX_PARM_LONG;
+}
+constexpr int markerOf(double)
+{
+    return OVX_PARM_DOUBLE;
+}
 
 // Logs `message` at `level` with up to five parameters, each behind its type marker.
 inline void report(int level, Message message)

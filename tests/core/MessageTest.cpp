@@ -1,0 +1,172 @@
+// Messages and parameters: binding, copying, comparing, the built-in table.
+#include "Toolkit.h"
+
+#include "OvxI18Msg.h"
+#include "OvxPrintf.h"
+
+#include <cmath>
+#include <cstring>
+
+using namespace olvex::test;
+
+namespace
+{
+
+class Messages : public OpenToolkit
+{
+};
+
+OvxParm intParm(int value)
+{
+    return {OVX_PARM_INT, {.integer = value}};
+}
+OvxParm longParm(long value)
+{
+    return {OVX_PARM_LONG, {.longInteger = value}};
+}
+OvxParm doubleParm(double value)
+{
+    return {OVX_PARM_DOUBLE, {.doubleFloating = value}};
+}
+OvxParm stringParm(const char *value)
+{
+    return {OVX_PARM_STRING, {.string = const_cast<char *>(value)}};
+}
+
+struct ParmListOwner {
+    ParmList *list = OvxAllocParmList();
+    ParmListOwner(std::initializer_list<OvxParm> parms)
+    {
+        for (const OvxParm &parm : parms)
+            OvxParmListAppend(list, &parm);
+    }
+    ~ParmListOwner() { OvxFreeParmList(list); }
+};
+
+TEST_F(Messages, PrintPositionally)
+{
+    const ParmListOwner two{intParm(5), stringParm("x")};
+    const ParmListOwner none{};
+    const struct {
+        const char *format;
+        const ParmListOwner &parms;
+        const char *text;
+    } cases[] = {
+        {"%2$s then %1$d", two, "x then 5"},
+        {"%d and %s", two, "5 and x"},
+        {"%1$s and %3$s", two, "(none)"},  // too few parameters
+        {"%s", two, "(none)"},             // an int cannot serve: nothing stands before it
+        {"at %s end", two, "at "},         // what stands before it stays
+        {"plain text", two, "plain text"}, // parameters left over
+        {"plain text", none, "plain text"},
+        {"%2$s", two, "x"}, // slots are filled by position: a gap in the format is none here
+        {"100%", none, "(none)"},
+        {"", two, "(none)"},
+    };
+    for (const auto &entry : cases)
+        EXPECT_EQ(take(OvxAprintf(entry.format, entry.parms.list)), entry.text) << entry.format;
+    EXPECT_EQ(OvxAprintf(nullptr, two.list), nullptr);
+}
+
+TEST_F(Messages, AnAbsentStringStopsThePrinting)
+{
+    const ParmListOwner parms{stringParm("a"), stringParm(nullptr)};
+    EXPECT_EQ(take(OvxAprintf("%1$s-%2$s-", parms.list)), "a-");
+}
+
+TEST_F(Messages, BindToTheirTextOrItsRawForm)
+{
+    OvxI18Msg *msg = OvxAllocI18Msg(nullptr, 0, 0, "Value %1$d");
+    EXPECT_EQ(take(OvxBindI18Msg(msg)), "Value %1$d");
+    OvxAddI18MsgParmInt(msg, 7);
+    EXPECT_EQ(take(OvxBindI18Msg(msg)), "Value 7");
+    OvxSetI18MsgTxt(msg, "%1$s");
+    EXPECT_EQ(take(OvxBindI18Msg(msg)), "%1$s"); // nothing printed: the text as it stands
+    OvxSetI18MsgTxt(msg, "");
+    EXPECT_EQ(take(OvxBindI18Msg(msg)), "");
+    OvxSetI18MsgTxt(msg, nullptr);
+    EXPECT_EQ(OvxBindI18Msg(msg), nullptr);
+    OvxSetI18MsgCat(msg, "ovxmsg");
+    EXPECT_EQ(OvxBindI18Msg(msg), nullptr);
+    OvxFreeI18Msg(msg);
+}
+
+TEST_F(Messages, CopiesStandAlone)
+{
+    OvxI18Msg *msg = OvxAllocI18Msg("cat", 1, 2, "%1$s %2$ld %3$.1f %4$c");
+    OvxAddI18MsgParmString(msg, "text");
+    OvxAddI18MsgParmLong(msg, 5000000000);
+    OvxAddI18MsgParmFloat(msg, 2.5f);
+    OvxAddI18MsgParmChar(msg, 'c');
+    OvxI18Msg *copy = OvxCopyI18Msg(msg);
+    OvxFreeI18Msg(msg);
+    EXPECT_EQ(take(OvxBindI18Msg(copy)), "text 5000000000 2.5 c");
+    OvxFreeI18Msg(copy);
+}
+
+TEST_F(Messages, ParametersCompareByTypeAndValue)
+{
+    const double nan = std::nan("");
+    const struct {
+        OvxParm a;
+        OvxParm b;
+        bool equal;
+    } cases[] = {
+        {intParm(1), intParm(1), true},
+        {intParm(1), intParm(2), false},
+        {intParm(1), longParm(1), false},
+        {longParm(1L << 40), longParm(0), false},
+        {stringParm("a"), stringParm("a"), true},
+        {stringParm("a"), stringParm("A"), false},
+        {doubleParm(2.5), doubleParm(2.5), true},
+        {doubleParm(nan), doubleParm(nan), false},
+        {{600, {.integer = 1}}, {600, {.integer = 1}}, false},
+    };
+    for (const auto &entry : cases)
+        EXPECT_EQ(OvxCmpParms(&entry.a, &entry.b), entry.equal) << entry.a.type;
+    EXPECT_TRUE(OvxCmpParms(nullptr, nullptr));
+    EXPECT_FALSE(OvxCmpParms(&cases[0].a, nullptr));
+}
+
+TEST_F(Messages, OneParameterPrintsByItsType)
+{
+    const struct {
+        OvxParm parm;
+        const char *format;
+        const char *text;
+    } cases[] = {
+        {intParm(42), nullptr, "42"},
+        {doubleParm(2.5), nullptr, "2.500000"},
+        {stringParm("abc"), nullptr, "abc"},
+        {intParm(255), "<%x>", "<ff>"},
+        {longParm(-5000000000), nullptr, "-5000000000"},
+        {{600, {.integer = 1}}, nullptr, "(none)"},
+        {{OVX_PARM_BOOL, {.boolean = true}}, nullptr, "\1"},
+        {{OVX_PARM_FLOAT, {.floating = 0.5f}}, nullptr, "0.500000"},
+    };
+    for (const auto &entry : cases)
+        EXPECT_EQ(take(ovxParmToUTF8Str(entry.format, &entry.parm)), entry.text);
+}
+
+TEST_F(Messages, TheTableHoldsWhatTheToolkitSays)
+{
+    EXPECT_STREQ(ovxmsg[0], "ovxmsg");
+    EXPECT_STREQ(ovxmsg[5], "unused000");
+    EXPECT_STREQ(ovxmsg[92], "unused058");
+    EXPECT_STREQ(ovxmsg[159], "unused107");
+    EXPECT_STREQ(ovxmsg[33], "OVXBC0033E A \"NULL\" value for parameter %1$s was passed to the "
+                             "function %2$s. The function call will be ignored.");
+    OvxI18Msg *msg = OvxAllocI18Msg("ovxmsg", 1, 20, ovxmsg[20]);
+    EXPECT_EQ(take(OvxBindI18Msg(msg)), "OVXBC0020E Out of memory.");
+    OvxFreeI18Msg(msg);
+}
+
+TEST_F(Messages, PlatformErrorsAreReportedByTheirText)
+{
+    OvxReportPlatformErr('-', 2);
+    OvxReportPlatformErr('p', 2);
+    EXPECT_EQ(reports(), std::vector<std::string>{std::strerror(2)});
+    EXPECT_EQ(records[0].level, 5000);
+}
+
+} // namespace

@@ -1,0 +1,215 @@
+// Objects: found or made by name, counted, configured, torn down with the toolkit.
+#include "Toolkit.h"
+
+#include "OvxObject.h"
+#include "OvxToolkit.h"
+
+using namespace olvex::test;
+
+namespace
+{
+
+using Strings = std::vector<std::string>;
+
+class Objects : public OpenToolkit
+{
+};
+
+int varsMade = 0;
+int varsFreed = 0;
+int closed = 0;
+
+void *makeVars(void)
+{
+    ++varsMade;
+    return BaxMemoryMalloc(8);
+}
+
+void freeVars(void *variables)
+{
+    if (variables) ++varsFreed;
+    BaxMemoryFree(variables);
+}
+
+void countClose(OvxObject *)
+{
+    ++closed;
+}
+
+void addCountingClass()
+{
+    varsMade = varsFreed = closed = 0;
+    OvxAddHandlerClass("test_counting", nullptr, makeVars, freeVars, OvxBasicHandlerFCfgChange,
+                       nullptr, nullptr, countClose);
+}
+
+TEST_F(Objects, AreFoundAgainUntilTheLastReferenceGoes)
+{
+    addCountingClass();
+    OvxObject *first = OvxGetObject("one", "test_counting");
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(OvxGetObject("one", nullptr), first);
+    EXPECT_EQ(first->references, 3u);
+    OvxReleaseObject(first);
+    EXPECT_EQ(varsFreed, 0);
+    OvxReleaseObject(first);
+    EXPECT_EQ(varsFreed, 1);
+    EXPECT_EQ(closed, 1);
+    OvxReleaseObject(OvxGetObject("one", "test_counting"));
+    EXPECT_EQ(varsMade, 2);
+}
+
+TEST_F(Objects, TellWhyTheyCannotBeHad)
+{
+    get("one", "ovx_consolehandler");
+    EXPECT_EQ(OvxGetObject("one", "ovx_basiclogger"), nullptr);
+    EXPECT_EQ(OvxGetObject("two", "no_such_class"), nullptr);
+    EXPECT_EQ(OvxGetObject("three", nullptr), nullptr);
+    EXPECT_TRUE(OvxLogMgrHasCfg("three"));
+    EXPECT_EQ(OvxGetObject(nullptr, "ovx_basiclogger"), nullptr);
+    EXPECT_EQ(reports(),
+              (Strings{"OVXBC0061W Object 'one' exists but is of class 'ovx_consolehandler' "
+                       "instead of 'ovx_basiclogger' .",
+                       "OVXBC0062W Class 'no_such_class' must be defined before object 'two' can "
+                       "be created.",
+                       "OVXBC0063W A class must be specified before object 'three' can be "
+                       "created."}));
+}
+
+TEST_F(Objects, TakeClassAndPropertiesFromConfigurationsAboveThem)
+{
+    OvxObjCfg *cfg = OvxLogMgrGetCfg("app");
+    OvxSetObjCfgProp(cfg, "className", "ovx_basiclogger");
+    OvxSetObjCfgProp(cfg, "level", "FATAL");
+    OvxReleaseObjCfg(cfg);
+    OvxObject *logger = get("app.net.http");
+    ASSERT_NE(logger, nullptr);
+    EXPECT_FALSE(OvxIsLoggable(logger, OVX_LEVEL_ERROR));
+    EXPECT_TRUE(OvxIsLoggable(logger, OVX_LEVEL_FATAL));
+}
+
+TEST_F(Objects, AHandlerComesWithTheDefaultFormatter)
+{
+    OvxObject *handler = get("console", "ovx_consolehandler");
+    OvxObject *formatter = OvxHandlerGetFormatter(handler);
+    EXPECT_EQ(take(OvxGetObjectName(formatter)), "olvex.defaultFormatter");
+    OvxReleaseObject(formatter);
+    EXPECT_EQ(OvxHandlerGetFormatter(get("log", "ovx_basiclogger")), nullptr);
+}
+
+// The default formatter, made for the handler, takes the name of the handler that is being made.
+TEST_F(Objects, TwoOfOneNameAreRefusedWhileOneIsMade)
+{
+    OvxCloseToolkit();
+    held_.clear();
+    OvxAddLoggerClass("any", nullptr, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(OvxGetObject("olvex.defaultFormatter", "ovx_consolehandler"), nullptr);
+    OvxObject *formatter = OvxGetObject("olvex.defaultFormatter", "ovx_basicformatter");
+    EXPECT_EQ(take(OvxGetObjectName(formatter)), "olvex.defaultFormatter");
+    OvxReleaseObject(formatter);
+}
+
+TEST_F(Objects, ListenerNamesReplaceAllListeners)
+{
+    OvxObject *logger = loggerWithRecorder("log");
+    get("a", "test_recorder");
+    get("b", "test_recorder");
+    OvxSetObjProp(logger, "listenerNames", " a \t missing  b ");
+    OvxLogText(logger, "first", 0);
+    OvxSetObjProp(logger, "listenerNames", "b");
+    OvxLogText(logger, "second", 0);
+    EXPECT_EQ(recordedBy("a"), Strings{"first"});
+    EXPECT_EQ(recordedBy("b"), (Strings{"first", "second"}));
+    EXPECT_EQ(recordedBy("logRecorder"), Strings{});
+    EXPECT_EQ(reports().size(), 1u); // "missing" has no class
+}
+
+TEST_F(Objects, LoggingPropertyKnowsFourWordsInAnyCase)
+{
+    OvxObject *logger = loggerWithRecorder("log");
+    const struct {
+        const char *word;
+        bool enabled;
+    } cases[] = {{"OFF", false}, {"maybe", false}, {"True", true},
+                 {"", true},     {"false", false}, {"on", true}};
+    for (const auto &entry : cases) {
+        OvxSetObjProp(logger, "logging", entry.word);
+        EXPECT_EQ(OvxIsObjectEnabled(logger), entry.enabled) << entry.word;
+        EXPECT_EQ(OvxIsLoggable(logger, OVX_LEVEL_FATAL), entry.enabled) << entry.word;
+    }
+}
+
+TEST_F(Objects, DescriptionsBelongToTheClass)
+{
+    OvxObject *one = get("one", "ovx_basiclogger");
+    OvxObject *two = get("two", "ovx_basiclogger");
+    EXPECT_EQ(take(OvxGetObjectDesc(one)), "Logger for basic messages");
+    OvxSetObjProp(one, "description", "Mine");
+    OvxSetObjPropInt(one, "descriptionKey", 7);
+    EXPECT_EQ(take(OvxGetObjectDesc(two)), "Mine");
+    OvxObject *handler = get("err", "ovx_stderrhandler");
+    EXPECT_EQ(take(OvxGetObjectDesc(handler)), "(none)");
+    OvxSetObjProp(handler, "description", "Errors");
+    EXPECT_EQ(take(OvxGetObjectDesc(handler)), "Errors");
+}
+
+TEST_F(Objects, PropertiesKeepTypedValuesAsText)
+{
+    OvxObject *logger = get("log", "ovx_basiclogger");
+    bool found = false;
+    OvxSetObjPropDouble(logger, "d", 2.5);
+    EXPECT_EQ(take(OvxGetObjProp(logger, "d", &found)), "2.500000");
+    OvxSetObjPropLong(logger, "l", 5000000000);
+    EXPECT_EQ(OvxGetObjPropLong(logger, "l", &found), 5000000000);
+    EXPECT_TRUE(found);
+    OvxSetObjProp(logger, "none", nullptr);
+    EXPECT_EQ(OvxGetObjProp(logger, "none", &found), nullptr);
+    EXPECT_TRUE(found);
+    EXPECT_EQ(OvxGetObjPropInt(logger, "absent", &found), 0);
+    EXPECT_FALSE(found);
+}
+
+TEST_F(Objects, WhatTheHostHoldsAfterCloseIsAnEmptyShell)
+{
+    addCountingClass();
+    OvxObject *handler = OvxGetObject("held", "test_counting");
+    OvxObject *logger = OvxGetObject("log", "ovx_basiclogger");
+    OvxAddListener(logger, handler);
+    OvxObjCfg *cfg = OvxLogMgrGetCfg("held");
+    for (OvxObject *object : held_)
+        OvxReleaseObject(object);
+    held_.clear();
+    OvxCloseToolkit();
+    EXPECT_EQ(varsFreed, 1);
+    EXPECT_FALSE(OvxIsLoggable(logger, OVX_LEVEL_FATAL));
+    OvxLogText(logger, "nobody hears", 0);
+    OvxSetObjProp(logger, "level", "ALL");
+    OvxAddListener(logger, handler);
+    EXPECT_EQ(OvxGetObjectName(logger), nullptr);
+    EXPECT_EQ(OvxGetListeners(logger), nullptr);
+    EXPECT_FALSE(OvxIsObjectEnabled(handler));
+    ASSERT_TRUE(OvxOpenToolkit(nullptr));
+    OvxObject *anew = OvxGetObject("log", "ovx_basiclogger");
+    EXPECT_NE(anew, logger);
+    OvxReleaseObject(anew);
+    OvxReleaseObject(logger);
+    OvxReleaseObject(handler);
+    OvxReleaseObjCfg(cfg);
+}
+
+TEST_F(Objects, CirclesOfListenersAreFreedAtClose)
+{
+    addCountingClass();
+    OvxObject *a = OvxGetObject("a", "test_counting");
+    OvxObject *b = OvxGetObject("b", "test_counting");
+    OvxAddListener(a, b);
+    OvxAddListener(b, a);
+    OvxReleaseObject(a);
+    OvxReleaseObject(b);
+    EXPECT_EQ(varsFreed, 0);
+    OvxCloseToolkit();
+    EXPECT_EQ(varsFreed, 2);
+    held_.clear();
+}
+
+} // namespace

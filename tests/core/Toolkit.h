@@ -1,0 +1,120 @@
+// What the tests of the core share: an open toolkit, a handler that records what reaches it, and
+// the reports that the toolkit makes about itself.
+#pragma once
+
+#include <olvex/class.h>
+#include <olvex/olvex.h>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace olvex::test
+{
+
+// Takes over a string of the library.
+inline std::string take(char *text)
+{
+    std::string copy = text ? text : "(none)";
+    BaxMemoryFree(text);
+    return copy;
+}
+
+struct Record {
+    std::string handler;
+    std::string text; // the bound message
+    int level;
+    bool isMessage;
+};
+
+inline std::vector<Record> records;
+
+inline void record(OvxObject *handler, OvxEvent *event)
+{
+    if (!ovxIntlIsObjectEnabled(handler)) return;
+    records.push_back({ovxIntlGetObjectName(handler),
+                       take(OvxBindEventMsg(event, ovxIntlBindI18Msg)), OvxGetEventLevel(event),
+                       OvxGetEventIsMessage(event)});
+    OvxBasicObjectFLog(handler, event);
+}
+
+inline std::vector<std::string> recordedBy(const std::string &handler)
+{
+    std::vector<std::string> texts;
+    for (const Record &entry : records)
+        if (entry.handler == handler) texts.push_back(entry.text);
+    return texts;
+}
+
+// A file that goes away with its scope.
+class TemporaryFile
+{
+  public:
+    explicit TemporaryFile(const std::string &content)
+    {
+        char name[] = "/tmp/olvex-test-XXXXXX";
+        const int descriptor = mkstemp(name);
+        close(descriptor);
+        path_ = name;
+        std::ofstream(path_, std::ios::binary) << content;
+    }
+    ~TemporaryFile() { unlink(path_.c_str()); }
+    const char *path() const { return path_.c_str(); }
+
+  private:
+    std::string path_;
+};
+
+class OpenToolkit : public ::testing::Test
+{
+  protected:
+    void SetUp() override
+    {
+        records.clear();
+        ASSERT_TRUE(OvxOpenToolkit(nullptr));
+        OvxAddHandlerClass("test_recorder", nullptr, nullptr, nullptr, OvxBasicHandlerFCfgChange,
+                           record, nullptr, nullptr);
+        divertReports();
+    }
+
+    void TearDown() override
+    {
+        for (OvxObject *object : held_)
+            OvxReleaseObject(object);
+        OvxCloseToolkit();
+    }
+
+    // An object, released at the end of the test.
+    OvxObject *get(const char *name, const char *className = nullptr)
+    {
+        OvxObject *object = OvxGetObject(name, className);
+        if (object) held_.push_back(object);
+        return object;
+    }
+
+    // A logger with a recorder of its own, called like it with "Recorder" behind.
+    OvxObject *loggerWithRecorder(const std::string &name)
+    {
+        OvxObject *logger = get(name.c_str(), "ovx_basiclogger");
+        OvxAddListener(logger, get((name + "Recorder").c_str(), "test_recorder"));
+        return logger;
+    }
+
+    static std::vector<std::string> reports() { return recordedBy("reports"); }
+
+    // What the toolkit says of itself goes to the recorder "reports" instead of standard error.
+    void divertReports()
+    {
+        OvxObject *logger = get("olvex.errorLogger");
+        OvxRemListener(logger, get("olvex.stderrHandler"));
+        OvxAddListener(logger, get("reports", "test_recorder"));
+    }
+
+    std::vector<OvxObject *> held_;
+};
+
+} // namespace olvex::test

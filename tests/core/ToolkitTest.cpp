@@ -1,0 +1,144 @@
+// Opening and closing: the error logger, properties files, the registry of classes.
+#include "Toolkit.h"
+
+#include "OvxToolkit.h"
+
+#include <sys/wait.h>
+
+using namespace olvex::test;
+
+namespace
+{
+
+using Strings = std::vector<std::string>;
+
+Strings names(StringGroupNode *node)
+{
+    Strings result;
+    for (; OvxStringGroupIterHasNext(node); node = OvxStringGroupIterNext(node))
+        result.push_back(take(OvxStringGroupIterGet(node)));
+    return result;
+}
+
+Strings listenersOf(const char *name)
+{
+    Strings result;
+    OvxObject *object = OvxGetObject(name, nullptr);
+    for (auto *node = OvxGetListeners(object); node; node = OvxListenerGroupIterNext(node)) {
+        OvxObject *listener = OvxListenerGroupIterGet(node);
+        result.push_back(take(OvxGetObjectName(listener)));
+        OvxReleaseObject(listener);
+    }
+    OvxReleaseObject(object);
+    return result;
+}
+
+class Toolkit : public testing::Test
+{
+  protected:
+    void TearDown() override { OvxCloseToolkit(); }
+};
+
+TEST_F(Toolkit, OpensWithItsErrorLogger)
+{
+    EXPECT_FALSE(OvxIsToolkitOpen());
+    EXPECT_EQ(ovxToolkitLogger(), nullptr);
+    ASSERT_TRUE(OvxOpenToolkit(nullptr));
+    EXPECT_TRUE(OvxIsToolkitOpen());
+    EXPECT_EQ(listenersOf("olvex.errorLogger"), Strings{"olvex.stderrHandler"});
+    OvxObject *handler = OvxGetObject("olvex.stderrHandler", "ovx_stderrhandler");
+    OvxObject *formatter = OvxHandlerGetFormatter(handler);
+    EXPECT_EQ(take(OvxGetObjectName(formatter)), "olvex.defaultFormatter");
+    OvxReleaseObject(formatter);
+    OvxReleaseObject(handler);
+    OvxCloseToolkit();
+    EXPECT_FALSE(OvxIsToolkitOpen());
+    EXPECT_EQ(ovxToolkitLogger(), nullptr);
+}
+
+TEST_F(Toolkit, TakesListenersOfTheErrorLoggerFromTheFile)
+{
+    const TemporaryFile file("olvex.errorLogger.listenerNames = mine\n"
+                             "mine.className = ovx_consolehandler\n");
+    ASSERT_TRUE(OvxOpenToolkit(file.path()));
+    EXPECT_EQ(listenersOf("olvex.errorLogger"), (Strings{"mine", "olvex.stderrHandler"}));
+}
+
+TEST_F(Toolkit, ReadsAFileOnceAndFurtherOnesOnDemand)
+{
+    const TemporaryFile first("a.x = 1\n");
+    const TemporaryFile second("a.x = 2\n");
+    const TemporaryFile broken("a.y = 3\nno separator\n");
+    ASSERT_TRUE(OvxLoadAdditionalProperties(first.path()));
+    ASSERT_TRUE(OvxOpenToolkit(second.path()));
+    OvxObjCfg *cfg = OvxLogMgrGetCfg("a");
+    EXPECT_EQ(OvxGetObjCfgPropInt(cfg, "x", nullptr), 1);
+    ASSERT_TRUE(OvxLoadAdditionalProperties(second.path()));
+    EXPECT_EQ(OvxGetObjCfgPropInt(cfg, "x", nullptr), 2);
+    EXPECT_FALSE(OvxLoadAdditionalProperties(broken.path()));
+    EXPECT_TRUE(OvxIsToolkitOpen());
+    EXPECT_EQ(OvxGetObjCfgPropInt(cfg, "y", nullptr), 3);
+    OvxReleaseObjCfg(cfg);
+}
+
+TEST_F(Toolkit, AnUnreadableFileLeavesItClosed)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(OvxOpenToolkit("/nonexistent/file"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "OVX0051E The log manager could not read the properties file /nonexistent/file.\n");
+    EXPECT_FALSE(OvxIsToolkitOpen());
+    EXPECT_TRUE(OvxOpenToolkit(nullptr));
+}
+
+TEST_F(Toolkit, ListsClassesInOrderOfRegistration)
+{
+    OvxAddHandlerClass("mine", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_TRUE(OvxOpenToolkit(nullptr));
+    const Strings handlers = names(OvxGetHandlerClasses());
+    ASSERT_GE(handlers.size(), 3u);
+    EXPECT_EQ(handlers[0], "ovx_consolehandler");
+    EXPECT_EQ(handlers[1], "ovx_stderrhandler");
+    EXPECT_EQ(handlers.back(), "mine");
+    EXPECT_EQ(names(OvxGetLoggerClasses())[0], "ovx_basiclogger");
+    EXPECT_EQ(names(OvxGetFilterClasses())[0], "ovx_levelfilter");
+    EXPECT_EQ(names(OvxGetFormatterClasses())[0], "ovx_basicformatter");
+    const std::size_t count = handlers.size();
+    OvxAddHandlerClass("mine", nullptr, nullptr, nullptr, nullptr, record, nullptr, nullptr);
+    EXPECT_EQ(names(OvxGetHandlerClasses()).size(), count);
+}
+
+TEST_F(Toolkit, OpensAndClosesManyTimes)
+{
+    const TemporaryFile file("log.className = ovx_basiclogger\nlog.level = WARN\n");
+    for (int round = 0; round < 50; ++round) {
+        ASSERT_TRUE(OvxOpenToolkit(file.path()));
+        OvxObject *logger = OvxGetObject("log", nullptr);
+        EXPECT_FALSE(OvxIsLoggable(logger, OVX_LEVEL_INFO));
+        OvxReleaseObject(logger);
+        OvxCloseToolkit();
+        OvxCloseToolkit();
+    }
+}
+
+TEST_F(Toolkit, AChildProcessMayLog)
+{
+    ASSERT_TRUE(OvxOpenToolkit(nullptr));
+    OvxObject *logger = OvxGetObject("log", "ovx_basiclogger");
+    OvxObject *handler = OvxGetObject("out", "ovx_consolehandler");
+    OvxAddListener(logger, handler);
+    const pid_t child = fork();
+    if (child == 0) {
+        if (!freopen("/dev/null", "w", stdout)) _exit(2);
+        OvxLogText(logger, "from the child", 0);
+        OvxCloseToolkit();
+        _exit(OvxIsToolkitOpen() ? 1 : 0);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    OvxReleaseObject(handler);
+    OvxReleaseObject(logger);
+}
+
+} // namespace
