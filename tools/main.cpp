@@ -1,0 +1,71 @@
+// The `olvex` command: finds the verb and runs it.
+#include <cstdio>
+#include <cstring>
+
+#include "Verbs.h"
+
+namespace
+{
+
+using tools::Verb;
+
+constexpr Verb kVerbs[] = {
+    {"log", "Log lines of text as events", tools::runLog},
+};
+
+const Verb *findVerb(const char *name)
+{
+    for (const Verb &verb : kVerbs)
+        if (std::strcmp(name, verb.name) == 0) return &verb;
+    return nullptr;
+}
+
+void printUsage(FILE *stream)
+{
+    std::fputs("Usage: olvex VERB [ARGUMENTS]\n\nVerbs:\n", stream);
+    for (const Verb &verb : kVerbs)
+        std::fprintf(stream, "  %-10s %s\n", verb.name, verb.help);
+    std::fputs("\n  olvex VERB --help    what the verb does and takes\n"
+               "  olvex --help         this text\n"
+               "  olvex --version      the version\n",
+               stream);
+}
+
+bool isOneOf(const char *argument, const char *shortForm, const char *longForm)
+{
+    return std::strcmp(argument, shortForm) == 0 || std::strcmp(argument, longForm) == 0;
+}
+
+int refuse(const char *argument)
+{
+    if (argument)
+        std::fprintf(stderr, "olvex: there is no verb '%s'\n\n", argument);
+    else
+        std::fputs("olvex: a verb is missing\n\n", stderr);
+    printUsage(stderr);
+    return tools::kUsage;
+}
+
+int finish(int code)
+{
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return code;
+    std::fputs("olvex: standard output could not be written\n", stderr);
+    return code == tools::kOk ? tools::kTrouble : code;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc < 2) return refuse(nullptr);
+    if (isOneOf(argv[1], "-h", "--help")) {
+        printUsage(stdout);
+        return finish(tools::kOk);
+    }
+    if (isOneOf(argv[1], "-V", "--version")) {
+        std::puts("olvex " OLVEX_VERSION);
+        return finish(tools::kOk);
+    }
+    const Verb *verb = findVerb(argv[1]);
+    return verb ? finish(verb->run(argc - 1, argv + 1)) : refuse(argv[1]);
+}
