@@ -8,8 +8,7 @@
 
 #include "Verbs.h"
 
-namespace tools
-{
+namespace tools {
 
 // Reads a verb's arguments. A value is the exit code with which the verb ends at once: after
 // --help, or after a mistake, which has been explained on standard error by then.

@@ -7,8 +7,7 @@
 
 #include <unistd.h>
 
-namespace tools
-{
+namespace tools {
 
 bool LineReader::next(std::string_view &line)
 {

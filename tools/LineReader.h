@@ -6,11 +6,9 @@
 #include <string_view>
 #include <vector>
 
-namespace tools
-{
+namespace tools {
 
-class LineReader
-{
+class LineReader {
   public:
     explicit LineReader(int descriptor) : descriptor_(descriptor), buffer_(kBlock + 1) {}
 

@@ -18,11 +18,9 @@
 #include "Tally.h"
 #include "Verbs.h"
 
-namespace tools
-{
+namespace tools {
 
-namespace
-{
+namespace {
 
 constexpr const char *kStandardInput = "-";
 constexpr const char *kDefaultLogger = "olvex.log";
@@ -158,8 +156,7 @@ auto argumentOf(const Property *properties)
 }
 
 // What every line of this run is logged with.
-class EventMaker
-{
+class EventMaker {
   public:
     EventMaker(OvxObject *logger, const Options &options) : logger_(logger), level_(options.level)
     {
@@ -228,13 +225,11 @@ struct Counts {
     long stoppedByLogger = 0;
 };
 
-class Run
-{
+class Run {
   public:
     Run(OvxObject *logger, const Options &options)
         : logger_(logger), options_(options), maker_(logger, options)
-    {
-    }
+    {}
 
     // Logs every line of a file; false when it could not be read to its end.
     bool readInput(const std::string &name)

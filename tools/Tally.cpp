@@ -3,11 +3,9 @@
 
 #include <set>
 
-namespace tools
-{
+namespace tools {
 
-namespace
-{
+namespace {
 
 long reports = 0;
 long records = 0;

@@ -4,8 +4,7 @@
 
 #include <olvex/olvex.h>
 
-namespace tools
-{
+namespace tools {
 
 // Counts from now on what is reported to the toolkit's error logger.
 void watchReports();

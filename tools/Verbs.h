@@ -2,8 +2,7 @@
 // in main.cpp; main dispatches on the first argument and prints the table for `--help`.
 #pragma once
 
-namespace tools
-{
+namespace tools {
 
 // How the command ends, whatever the verb.
 enum ExitCode : int { kOk = 0, kTrouble = 1, kUsage = 2 };

@@ -4,8 +4,7 @@
 
 #include "Verbs.h"
 
-namespace
-{
+namespace {
 
 using tools::Verb;
 

@@ -8,8 +8,7 @@
 #include <cerrno>
 #include <pthread.h>
 
-namespace
-{
+namespace {
 
 pthread_mutex_t apiMutex = PTHREAD_ERRORCHECK_MUTEX_INITIALIZER_NP;
 bool heldByForker = false;

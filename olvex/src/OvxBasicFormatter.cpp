@@ -17,8 +17,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 constexpr std::int64_t kMillisecondsPerSecond = 1000;
 constexpr std::size_t kDateSize = 128;
@@ -158,8 +157,7 @@ void replace(char *&text, const OvxObject *formatter, const char *name)
 
 } // namespace
 
-namespace olvex
-{
+namespace olvex {
 
 bool appendBasicFormat(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer)
 {

@@ -5,8 +5,7 @@
 
 #include "OvxObject.h"
 
-namespace olvex
-{
+namespace olvex {
 
 // Appends the event's line to `buffer`; false when the formatter cannot format.
 bool appendBasicFormat(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer);

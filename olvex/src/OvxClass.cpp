@@ -8,8 +8,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 struct CategoryDefaults {
     int category;

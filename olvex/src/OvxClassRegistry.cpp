@@ -9,8 +9,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 constexpr int kFirstCategory = OVX_CLASS_LOGGER;
 constexpr int kCategories = OVX_CLASS_FORMATTER - OVX_CLASS_LOGGER + 1;

@@ -6,8 +6,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 struct ConsoleVars {
     bool open;

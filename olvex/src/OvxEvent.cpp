@@ -13,8 +13,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 // At most this many markers are read less one; a list that needs more lacks its end.
 constexpr int kMarkerLimit = 64;
@@ -44,8 +43,7 @@ void setProperty(StringToStringMap *map, const char *name, const OvxParm &value)
 }
 
 // Reads a typed parameter list into an event.
-class ParameterReader
-{
+class ParameterReader {
   public:
     ParameterReader(OvxEvent *event, va_list list) : event_(event) { va_copy(list_, list); }
     ~ParameterReader() { va_end(list_); }
@@ -122,8 +120,7 @@ const StringToStringMap *mapOf(const OvxEvent *event)
 
 } // namespace
 
-namespace olvex
-{
+namespace olvex {
 
 OvxEvent *makeEvent(Memory memory, int level, const char *catalog, int set, int key,
                     const char *text, va_list parameters)

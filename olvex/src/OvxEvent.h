@@ -18,8 +18,7 @@ struct OvxEvent {
     olvex::Memory memory;
 };
 
-namespace olvex
-{
+namespace olvex {
 
 // Makes an event in `memory`; the parameter list is read to its end. Null when memory runs out. An
 // event in an arena borrows catalog and text.

@@ -8,8 +8,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 // The buffer that the built-in formatter writes into, handed from event to event.
 CxStringBuff sharedBuffer = {};
@@ -26,8 +25,7 @@ OvxObject *formatterOf(const OvxObject *handler)
 
 } // namespace
 
-namespace olvex
-{
+namespace olvex {
 
 EventText::EventText(OvxObject *handler, OvxEvent *event)
 {

@@ -8,14 +8,12 @@
 #include "OvxObject.h"
 #include "util/Memory.h"
 
-namespace olvex
-{
+namespace olvex {
 
 // The text of one event: in a buffer that is reused from event to event, or in the block that a
 // formatter of a host's own returned. Lives for one scope; texts of nested events do not disturb
 // it.
-class EventText
-{
+class EventText {
   public:
     EventText(OvxObject *handler, OvxEvent *event);
     ~EventText();

@@ -14,8 +14,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 // The message layer's code-set handles, set while the toolkit is open. Nobody makes the EBCDIC ones
 // or the spare one; they are freed like the first all the same.
@@ -77,8 +76,7 @@ void freeCodeSet(uc_ch_t *&codeSet)
 
 } // namespace
 
-namespace olvex
-{
+namespace olvex {
 
 OvxI18Msg *makeMessage(Memory memory, const char *catalog, int set, int key, const char *text)
 {

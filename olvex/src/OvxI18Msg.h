@@ -19,8 +19,7 @@ struct OvxI18Msg {
     olvex::Memory memory;
 };
 
-namespace olvex
-{
+namespace olvex {
 
 // Makes a message in `memory`. In an arena it borrows catalog and text, which outlive the call that
 // the arena serves.

@@ -9,8 +9,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 struct LevelName {
     const char *name;
@@ -47,8 +46,7 @@ std::int32_t levelFromName(const char *text)
 
 } // namespace
 
-namespace olvex
-{
+namespace olvex {
 
 void applyLevelProperty(OvxObject *object)
 {

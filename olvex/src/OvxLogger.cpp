@@ -10,21 +10,18 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 // Where events of logging calls live, one inside the other when a report is logged on the way.
 Arena eventArena;
 
 // An event of one logging call: made in the arena, gone with its scope.
-class CallEvent
-{
+class CallEvent {
   public:
     CallEvent(int level, const char *catalog, int set, int key, const char *text, va_list list)
         : mark_(eventArena.mark()),
           event_(makeEvent(Memory(&eventArena), level, catalog, set, key, text, list))
-    {
-    }
+    {}
     ~CallEvent()
     {
         OvxFreeEvent(event_);

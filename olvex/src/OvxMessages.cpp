@@ -15,11 +15,9 @@ const char *const ovxmsg[166] = {
 #undef OVX_UNUSED
 };
 
-namespace olvex
-{
+namespace olvex {
 
-namespace
-{
+namespace {
 
 constexpr int kKeys[] = {
 #define OVX_MESSAGE(key, name, text) key,

@@ -8,8 +8,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 struct Joined {
     char *at; // null while only the length is wanted

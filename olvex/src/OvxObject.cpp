@@ -12,8 +12,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 constexpr char kDefaultFormatter[] = "olvex.defaultFormatter";
 constexpr char kDefaultFormatterClass[] = "ovx_basicformatter";
@@ -161,8 +160,7 @@ void freeShell(OvxObject *object)
 
 } // namespace
 
-namespace olvex
-{
+namespace olvex {
 
 void setThreshold(OvxObject *object, int level)
 {

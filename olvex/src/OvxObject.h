@@ -61,8 +61,7 @@ struct OvxObject {
 
 static_assert(std::is_standard_layout_v<OvxObject> && offsetof(OvxObject, gate) == 0);
 
-namespace olvex
-{
+namespace olvex {
 
 inline bool isCategory(const OvxObject *object, int category)
 {
@@ -95,8 +94,7 @@ const char *peekProperty(const OvxObject *object, const char *name);
 void applyLevelProperty(OvxObject *object);
 
 // Marks an object as running for the length of a call into it.
-class Running
-{
+class Running {
   public:
     explicit Running(OvxObject *object) : object_(object) { object_->running = true; }
     ~Running() { object_->running = false; }
@@ -108,8 +106,7 @@ class Running
 };
 
 // A counted reference, given back at the end of its scope.
-class ObjectRef
-{
+class ObjectRef {
   public:
     explicit ObjectRef(OvxObject *owned = nullptr) : object_(owned) {}
     ~ObjectRef() { ovxIntlReleaseObject(object_); }

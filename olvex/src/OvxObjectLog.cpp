@@ -13,8 +13,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 // Set while a logger without listeners is being reported: that report may reach such a logger
 // again.
@@ -140,7 +139,9 @@ void OvxBasicObjectFLog(OvxObject *object, OvxEvent *event)
         if (isLogger(object)) reportNoListeners(object);
         return;
     }
-    group->walk([event](OvxObject *listener) { deliver(listener, event); });
+    ListenerGroup::Walk walk(group);
+    while (const ListenerGroupNode *node = walk.next())
+        deliver(node->element(), event);
 }
 
 ListenerGroup *ovxFetchListenerGroup(OvxObject *object, bool create)

@@ -9,8 +9,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 const StringToStringMap *mapOf(const OvxObject *object)
 {
@@ -30,8 +29,7 @@ void setProperty(OvxObject *object, const char *name, Value value,
 
 } // namespace
 
-namespace olvex
-{
+namespace olvex {
 
 const char *peekProperty(const OvxObject *object, const char *name)
 {

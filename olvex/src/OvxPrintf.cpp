@@ -6,8 +6,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 // Puts a parameter's value into an argument slot; an unknown type leaves the slot as it is.
 void fillSlot(CxPrintfArg &slot, const OvxParm &parm)
@@ -71,8 +70,7 @@ void printOne(CxStringBuff *buffer, const char *format, const OvxParm &parm)
 
 } // namespace
 
-namespace olvex
-{
+namespace olvex {
 
 void PrintScratch::discard()
 {

@@ -5,8 +5,7 @@
 #include <olvex/Printf.h>
 #include <olvex/StringBuff.h>
 
-namespace olvex
-{
+namespace olvex {
 
 // The parsed form of a format; its memory is kept from one use to the next.
 struct PrintScratch {

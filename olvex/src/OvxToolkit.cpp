@@ -15,8 +15,7 @@
 
 using namespace olvex;
 
-namespace
-{
+namespace {
 
 std::atomic<bool> toolkitOpen = false;
 StringToObjMap *instances = nullptr;

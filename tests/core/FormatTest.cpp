@@ -11,8 +11,7 @@
 
 using namespace olvex::test;
 
-namespace
-{
+namespace {
 
 using Strings = std::vector<std::string>;
 using testing::internal::CaptureStderr;
@@ -20,8 +19,7 @@ using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStderr;
 using testing::internal::GetCapturedStdout;
 
-class Format : public OpenToolkit
-{
+class Format : public OpenToolkit {
   protected:
     void TearDown() override
     {

@@ -6,12 +6,9 @@
 
 using namespace olvex::test;
 
-namespace
-{
+namespace {
 
-class LockThreads : public OpenToolkit
-{
-};
+class LockThreads : public OpenToolkit {};
 
 std::atomic<int> received;
 

@@ -3,14 +3,11 @@
 
 using namespace olvex::test;
 
-namespace
-{
+namespace {
 
 using Strings = std::vector<std::string>;
 
-class Logging : public OpenToolkit
-{
-};
+class Logging : public OpenToolkit {};
 
 std::string lastProperty; // of the event that the handler below saw last
 

@@ -9,12 +9,9 @@
 
 using namespace olvex::test;
 
-namespace
-{
+namespace {
 
-class Messages : public OpenToolkit
-{
-};
+class Messages : public OpenToolkit {};
 
 OvxParm intParm(int value)
 {

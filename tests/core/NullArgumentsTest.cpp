@@ -7,8 +7,7 @@
 #include <string_view>
 #include <type_traits>
 
-namespace
-{
+namespace {
 
 // Calls that mean something without arguments, or must not be made at all.
 constexpr std::string_view kLeftOut[] = {
@@ -87,9 +86,7 @@ void callWithNothing(const char *name, Result (*function)(Arguments..., ...))
         check(name, function(Arguments{}..., 0));
 }
 
-class NullArguments : public olvex::test::OpenToolkit
-{
-};
+class NullArguments : public olvex::test::OpenToolkit {};
 
 TEST_F(NullArguments, GiveTheNeutralResultEverywhere)
 {

@@ -6,14 +6,11 @@
 
 using namespace olvex::test;
 
-namespace
-{
+namespace {
 
 using Strings = std::vector<std::string>;
 
-class Objects : public OpenToolkit
-{
-};
+class Objects : public OpenToolkit {};
 
 int varsMade = 0;
 int varsFreed = 0;

@@ -13,8 +13,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace olvex::test
-{
+namespace olvex::test {
 
 // Takes over a string of the library.
 inline std::string take(char *text)
@@ -51,8 +50,7 @@ inline std::vector<std::string> recordedBy(const std::string &handler)
 }
 
 // A file that goes away with its scope.
-class TemporaryFile
-{
+class TemporaryFile {
   public:
     explicit TemporaryFile(const std::string &content)
     {
@@ -69,8 +67,7 @@ class TemporaryFile
     std::string path_;
 };
 
-class OpenToolkit : public ::testing::Test
-{
+class OpenToolkit : public ::testing::Test {
   protected:
     void SetUp() override
     {

@@ -7,8 +7,7 @@
 
 using namespace olvex::test;
 
-namespace
-{
+namespace {
 
 using Strings = std::vector<std::string>;
 
@@ -33,8 +32,7 @@ Strings listenersOf(const char *name)
     return result;
 }
 
-class Toolkit : public testing::Test
-{
+class Toolkit : public testing::Test {
   protected:
     void TearDown() override { OvxCloseToolkit(); }
 };

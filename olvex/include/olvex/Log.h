@@ -18,33 +18,33 @@ OVX_API bool OvxIsLoggable(const OvxObject *logger, int level);
 OVX_API void OvxLogMsg(OvxObject *logger, const char *catalog, int set, int key, const char *text,
                        ...);
 /** OvxLogMsg with the list as a va_list. */
-OVX_API void OvxLogMsgVA(OvxObject *logger, const char *catalog, int set, int key,
-                         const char *text, va_list parameters);
+OVX_API void OvxLogMsgVA(OvxObject *logger, const char *catalog, int set, int key, const char *text,
+                         va_list parameters);
 
 /** Logs a message at OVX_LEVEL_INFO. */
-OVX_API void OvxLogInfo(OvxObject *logger, const char *catalog, int set, int key,
-                        const char *text, ...);
+OVX_API void OvxLogInfo(OvxObject *logger, const char *catalog, int set, int key, const char *text,
+                        ...);
 /** OvxLogInfo with the list as a va_list. */
 OVX_API void OvxLogInfoVA(OvxObject *logger, const char *catalog, int set, int key,
                           const char *text, va_list parameters);
 
 /** Logs a message at OVX_LEVEL_WARN. */
-OVX_API void OvxLogWarn(OvxObject *logger, const char *catalog, int set, int key,
-                        const char *text, ...);
+OVX_API void OvxLogWarn(OvxObject *logger, const char *catalog, int set, int key, const char *text,
+                        ...);
 /** OvxLogWarn with the list as a va_list. */
 OVX_API void OvxLogWarnVA(OvxObject *logger, const char *catalog, int set, int key,
                           const char *text, va_list parameters);
 
 /** Logs a message at OVX_LEVEL_ERROR. */
-OVX_API void OvxLogError(OvxObject *logger, const char *catalog, int set, int key,
-                         const char *text, ...);
+OVX_API void OvxLogError(OvxObject *logger, const char *catalog, int set, int key, const char *text,
+                         ...);
 /** OvxLogError with the list as a va_list. */
 OVX_API void OvxLogErrorVA(OvxObject *logger, const char *catalog, int set, int key,
                            const char *text, va_list parameters);
 
 /** Logs a message at OVX_LEVEL_FATAL. */
-OVX_API void OvxLogFatal(OvxObject *logger, const char *catalog, int set, int key,
-                         const char *text, ...);
+OVX_API void OvxLogFatal(OvxObject *logger, const char *catalog, int set, int key, const char *text,
+                         ...);
 /** OvxLogFatal with the list as a va_list. */
 OVX_API void OvxLogFatalVA(OvxObject *logger, const char *catalog, int set, int key,
                            const char *text, va_list parameters);

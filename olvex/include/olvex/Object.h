@@ -11,8 +11,9 @@ OVX_BEGIN_DECLS
 
 /*
  * Registering classes. Names and descriptions are copied; functions left NULL get the basic one of
- * the category (FAllocVars, FFreeVars, FCfgChange: none). A name that is taken stays as it is. Class
- * functions run with the toolkit's lock held: they call the ovxIntl functions of <olvex/class.h>.
+ * the category (FAllocVars, FFreeVars, FCfgChange: none). A name that is taken stays as it is.
+ * Class functions run with the toolkit's lock held: they call the ovxIntl functions of
+ * <olvex/class.h>.
  */
 
 /** Registers a logger class; FLog defaults to OvxBasicObjectFLog. */

@@ -96,16 +96,16 @@ enum {
 
 /** Levels: greater is more severe. Any other 32-bit integer is a level as well. */
 enum {
-    OVX_LEVEL_NONE = -9999,      /**< no level: passes every threshold; as a threshold, none */
-    OVX_LEVEL_ALL = 0,           /**< a threshold that lets everything pass */
-    OVX_LEVEL_DEBUG_MAX = 1000,  /**< most detailed debugging */
-    OVX_LEVEL_DEBUG_MID = 2000,  /**< medium debugging */
-    OVX_LEVEL_DEBUG_MIN = 3000,  /**< least detailed debugging; threshold of a new logger */
-    OVX_LEVEL_INFO = 4000,       /**< information */
-    OVX_LEVEL_WARN = 5000,       /**< warning */
-    OVX_LEVEL_ERROR = 6000,      /**< error */
-    OVX_LEVEL_FATAL = 7000,      /**< fatal error */
-    OVX_LEVEL_OFF = 9999         /**< a threshold that only events without a level pass */
+    OVX_LEVEL_NONE = -9999,     /**< no level: passes every threshold; as a threshold, none */
+    OVX_LEVEL_ALL = 0,          /**< a threshold that lets everything pass */
+    OVX_LEVEL_DEBUG_MAX = 1000, /**< most detailed debugging */
+    OVX_LEVEL_DEBUG_MID = 2000, /**< medium debugging */
+    OVX_LEVEL_DEBUG_MIN = 3000, /**< least detailed debugging; threshold of a new logger */
+    OVX_LEVEL_INFO = 4000,      /**< information */
+    OVX_LEVEL_WARN = 5000,      /**< warning */
+    OVX_LEVEL_ERROR = 6000,     /**< error */
+    OVX_LEVEL_FATAL = 7000,     /**< fatal error */
+    OVX_LEVEL_OFF = 9999        /**< a threshold that only events without a level pass */
 };
 
 /**

@@ -110,7 +110,8 @@ OVX_API void ovxIntlAddListener(OvxObject *object, OvxObject *listener);
 /** Removes a listener and releases it. */
 OVX_API void ovxIntlRemListener(OvxObject *object, OvxObject *listener);
 
-/** The group of listeners of a logger, filter or handler, borrowed; `create` makes a missing one. */
+/** The group of listeners of a logger, filter or handler, borrowed; `create` makes a missing one.
+ */
 OVX_API ListenerGroup *ovxFetchListenerGroup(OvxObject *object, bool create);
 
 /*

@@ -5,8 +5,7 @@
 #include <olvex/Message.h>
 #include <olvex/class.h>
 
-namespace olvex
-{
+namespace olvex {
 
 enum class Message : int {
 #define OVX_MESSAGE(key, name, text) name = key,

@@ -26,8 +26,7 @@ using Owned = std::unique_ptr<T, BaxDelete>;
 
 // A stack of memory: allocations are bumps, and releasing a mark gives back all that came after it.
 // Blocks beyond the first are kept until the arena dies, up to kKeep bytes each.
-class Arena
-{
+class Arena {
   public:
     struct Mark {
         std::size_t block = 0;
@@ -55,13 +54,15 @@ class Arena
 
     void release(Mark mark)
     {
-        while (depth_ > mark.block) dropBlock();
+        while (depth_ > mark.block)
+            dropBlock();
         used_ = mark.used;
     }
 
     void discard()
     {
-        while (current_) dropBlock();
+        while (current_)
+            dropBlock();
         BaxMemoryFree(std::exchange(spare_, nullptr));
     }
 
@@ -117,8 +118,7 @@ class Arena
 };
 
 // The heap (BaxMemoryMalloc) or an arena. A value of one pointer, copied freely.
-class Memory
-{
+class Memory {
   public:
     constexpr Memory() = default;
     constexpr explicit Memory(Arena *arena) : arena_(arena) {}
