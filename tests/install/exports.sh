@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# Checks the library as the linker sees it: it exports what the public headers declare, nothing less
+# and nothing more, under its versioned name, and needs no C++ runtime.
+# Usage: exports.sh LIBRARY INCLUDE_DIR ABI_MAJOR CC
+set -euo pipefail
+library=$1 include=$2 major=$3 cc=$4
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+failures=0
+
+fail() {
+    echo "FAILED: $*" >&2
+    failures=1
+}
+
+# Functions: the compiler lists every prototype with the place of its declaration. Variables stand in
+# the headers as "extern OVX_API".
+declared() {
+    printf '#include <olvex/olvex.h>\n#include <olvex/class.h>\n' >"$work/all.c"
+    "$cc" -std=c11 -I"$include" -fsyntax-only -aux-info "$work/prototypes" "$work/all.c"
+    grep -F "/* $include/olvex/" "$work/prototypes" | grep -v ' static ' |
+        sed -E 's/^\/\*[^*]*\*\/ //; s/\(\*([A-Za-z0-9_]+) \(/\1 (/; s/^([^(]*[^A-Za-z0-9_(])?([A-Za-z0-9_]+) \(.*$/\2/'
+    sed -nE 's/^extern OVX_API .*[^A-Za-z0-9_]([A-Za-z0-9_]+)(\[[^]]*\])*;.*/\1/p' \
+        "$include"/olvex/*.h
+}
+
+exported() { nm -D --defined-only "$library" | awk '$2 != "A" { sub(/@.*/, "", $3); print $3 }'; }
+
+declared | sort -u >"$work/declared"
+exported | sort -u >"$work/exported"
+missing=$(comm -23 "$work/declared" "$work/exported")
+surplus=$(comm -13 "$work/declared" "$work/exported")
+[[ -s $work/declared ]] || fail "no declarations were found in $include"
+[[ -z $missing ]] || fail "declared but not exported: $missing"
+[[ -z $surplus ]] || fail "exported but not declared: $surplus"
+echo "$(wc -l <"$work/exported") names are exported, $(wc -l <"$work/declared") declared"
+
+unversioned=$(nm -D --defined-only --with-symbol-versions "$library" |
+    awk '$2 != "A" && $3 !~ /@@OLVEX_/ { print $3 }')
+[[ -z $unversioned ]] || fail "exported without a version: $unversioned"
+
+soname=$(readelf -d "$library" | sed -nE 's/.*\(SONAME\).*\[(.*)\]/\1/p')
+[[ $soname == libolvex.so.$major ]] || fail "the SONAME is $soname"
+needed=$(readelf -d "$library" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p')
+strangers=$(grep -Ev '^(libc|libm|ld-linux[^.]*)\.so\.[0-9]+$' <<<"$needed" || true)
+[[ -z $strangers ]] || fail "the library needs more than the C library: $strangers"
+exit "$failures"

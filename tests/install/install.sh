@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# Installs a build into an empty prefix, moves that prefix, and uses it as programs outside the tree
+# do: through the CMake package, through pkg-config, and with a handler class of the host's own.
+# Usage: install.sh BUILD_DIR WORK_DIR CC CXX
+set -euo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+build=$1 work=$2 cc=$3 cxx=$4
+flags=(-Wall -Wextra -Wpedantic -Werror)
+
+fail() {
+    echo "FAILED: $*" >&2
+    exit 1
+}
+
+# Runs a program and looks for a line that matches in what it prints.
+expect() {
+    local pattern=$1 output
+    shift
+    output=$("$@" 2>&1) || fail "$* ended with $?: $output"
+    grep -Eq "$pattern" <<<"$output" || fail "$* printed no '$pattern' but: $output"
+    echo "ok: $* printed $pattern"
+}
+
+check_programs() {
+    local folder=$1 stamp='^[0-9-]{10} [0-9:.]{12}[+-][0-9:]{5}'
+    expect "$stamp Hello from C 11\$" "$folder/hello_c"
+    expect "$stamp Hello from C\\+\\+ 17\$" "$folder/hello_cpp"
+    expect '^counter got level 5000: 1 of 2$' "$folder/own_handler"
+    expect "^as a record: ${stamp#^} the last\$" "$folder/own_handler"
+    expect '^received 2 events$' "$folder/own_handler"
+}
+
+rm -rf "$work"
+mkdir -p "$work/installed" "$work/pkg-config"
+cmake --install "$build" --prefix "$work/installed" >"$work/install.log"
+mv "$work/installed" "$work/moved"
+prefix=$work/moved
+expect '^olvex [0-9]+\.[0-9]+\.[0-9]+$' "$prefix/bin/olvex" --version
+expect '^Usage: olvex' "$prefix/bin/olvex" --help
+
+cmake -S "$here/consumer" -B "$work/cmake" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
+    -DCMAKE_C_COMPILER="$cc" -DCMAKE_CXX_COMPILER="$cxx" >"$work/cmake.log"
+cmake --build "$work/cmake" >"$work/build.log" || fail "$(cat "$work/build.log")"
+check_programs "$work/cmake"
+
+pc=$(find "$prefix" -name olvex.pc)
+PKG_CONFIG_PATH=$(dirname "$pc")
+export PKG_CONFIG_PATH
+read -ra options <<<"$(pkg-config --cflags --libs olvex)"
+LD_LIBRARY_PATH=$(pkg-config --variable=libdir olvex)
+export LD_LIBRARY_PATH
+for source in hello own_handler; do
+    program=${source/hello/hello_c}
+    "$cc" -std=c11 "${flags[@]}" "$here/consumer/$source.c" -o "$work/pkg-config/$program" \
+        "${options[@]}"
+done
+"$cxx" -std=c++17 "${flags[@]}" "$here/consumer/hello.cpp" -o "$work/pkg-config/hello_cpp" \
+    "${options[@]}"
+check_programs "$work/pkg-config"
