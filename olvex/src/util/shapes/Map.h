@@ -1,0 +1,136 @@
+// The map: string keys in order of insertion. A node's block holds the key and, where values are
+// strings, the value it was made with; a value that replaces it has a block of its own.
+#pragma once
+
+#include "util/shapes/Policies.h"
+
+#include <utility>
+
+namespace olvex {
+
+template <class Node, class Policy>
+class MapNode : public Link<Node> {
+  public:
+    using Stored = typename Policy::Stored;
+
+    // Borrowed: valid while the node is in its map and, for the value, until it is replaced.
+    const char *key() const { return reinterpret_cast<const char *>(block() + 1); }
+    Stored value() const { return value_; }
+    bool matches(const char *sought) const { return std::strcmp(key(), sought) == 0; }
+    char *handOutKey() const { return Memory().duplicate(key()); }
+    auto handOut() const { return Policy::handOut(value_); }
+
+  private:
+    template <class, class, class>
+    friend class MapShape;
+
+    const Node *block() const { return static_cast<const Node *>(this); }
+
+    Stored value_{};
+};
+
+template <class Map, class Node, class Policy>
+class MapShape : public NamedChain<Node> {
+  public:
+    using Given = typename Policy::Given;
+    using Stored = typename Policy::Stored;
+
+    explicit MapShape(Memory memory = {}) : NamedChain<Node>(memory) {}
+    ~MapShape() { clear(); }
+
+    // A null value is stored as such.
+    bool put(const char *key, Given value)
+    {
+        if (!key) return false;
+        Node *node = this->find(key);
+        return node ? replace(node, value) : insert(key, value);
+    }
+
+    auto get(const char *key) const
+    {
+        const Node *node = key ? this->find(key) : nullptr;
+        return node ? node->handOut() : nullptr;
+    }
+
+    bool has(const char *key) const { return key && this->find(key); }
+
+    void remove(const char *key)
+    {
+        if (Node *node = key ? this->find(key) : nullptr) remove(node);
+    }
+
+    // Dropping a value can run foreign code that changes this very map, so it comes last.
+    void remove(Node *node)
+    {
+        const Memory memory = this->memory();
+        this->unlink(node);
+        dropValue(memory, node, node->value_);
+        memory.release(node);
+    }
+
+    void clear()
+    {
+        while (Node *node = this->first())
+            remove(node);
+    }
+
+    // A map of the same pairs in `memory`; null when memory runs out.
+    Map *copy(Memory memory = {}) const
+    {
+        auto *twin = memory.make<Map>(memory);
+        const Node *node = this->first();
+        while (twin && node && twin->put(node->key(), node->value()))
+            node = node->next();
+        if (node) memory.destroy(std::exchange(twin, nullptr));
+        return twin;
+    }
+
+  private:
+    static char *behindKey(Node *node)
+    {
+        auto *key = reinterpret_cast<char *>(node + 1);
+        return key + std::strlen(key) + 1;
+    }
+
+    bool insert(const char *key, Given value)
+    {
+        const std::size_t keyRoom = std::strlen(key) + 1;
+        Node *node = this->makeNode(keyRoom + Policy::room(value));
+        if (!node) return false;
+        std::memcpy(node + 1, key, keyRoom);
+        if (value) node->value_ = Policy::keep(value, behindKey(node));
+        this->append(node);
+        return true;
+    }
+
+    // The node may be gone when the old value has been dropped.
+    bool replace(Node *node, Given value)
+    {
+        const std::size_t room = Policy::room(value);
+        void *place = room ? this->memory().allocate(room) : nullptr;
+        if (room && !place) return false;
+        const bool ownBlock = hasOwnBlock(node);
+        Stored old = std::exchange(node->value_, value ? Policy::keep(value, place) : nullptr);
+        release(this->memory(), old, ownBlock);
+        return true;
+    }
+
+    static bool hasOwnBlock(Node *node)
+    {
+        return Policy::room(node->value_) && static_cast<void *>(node->value_) != behindKey(node);
+    }
+
+    static void dropValue(Memory memory, Node *node, Stored value)
+    {
+        release(memory, value, hasOwnBlock(node));
+    }
+
+    static void release(Memory memory, Stored value, bool ownBlock)
+    {
+        if (!value) return;
+        Policy::drop(value);
+        if (ownBlock) memory.release(value);
+    }
+};
+
+} // namespace olvex

@@ -1,0 +1,116 @@
+// A hash index over the names of a chain's nodes, by open addressing. It exists only while a chain
+// is long enough to gain by it and memory is there for it; without it lookups walk the chain.
+#pragma once
+
+#include "util/Memory.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <utility>
+
+namespace olvex {
+
+template <class Node>
+class Chain;
+
+inline std::uint32_t hashName(const char *name)
+{
+    std::uint64_t hash = 0xcbf29ce484222325U;
+    for (; *name; ++name)
+        hash = (hash ^ static_cast<unsigned char>(*name)) * 0x100000001b3U;
+    return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+}
+
+template <class Node>
+class NameIndex {
+  public:
+    bool built() const { return slots_; }
+
+    Node *find(const char *name) const
+    {
+        const std::uint32_t hash = hashName(name);
+        std::size_t place = hash & mask_;
+        for (; slots_[place].node; place = after(place)) {
+            const Slot &slot = slots_[place];
+            if (slot.hash == hash && std::strcmp(slot.node->key(), name) == 0) return slot.node;
+        }
+        return nullptr;
+    }
+
+    // Takes note of a node that was just appended to the chain.
+    void added(Node *node, const Chain<Node> &chain)
+    {
+        if (!built() && chain.size() <= kWalked) return;
+        if (built() && chain.size() * 4 <= capacity() * 3)
+            insert(node, hashName(node->key()));
+        else
+            rebuild(chain);
+    }
+
+    // Takes note of a node that is about to leave the chain.
+    void removed(const Node *node)
+    {
+        if (!built()) return;
+        std::size_t place = hashName(node->key()) & mask_;
+        while (slots_[place].node != node)
+            place = after(place);
+        closeHole(place);
+    }
+
+    void discard(Memory memory)
+    {
+        if (built()) memory.release(std::exchange(slots_, nullptr));
+    }
+
+  private:
+    static constexpr std::size_t kWalked = 16;
+
+    struct Slot {
+        Node *node;
+        std::uint32_t hash;
+    };
+
+    std::size_t capacity() const { return mask_ + 1; }
+    std::size_t after(std::size_t place) const { return (place + 1) & mask_; }
+
+    void insert(Node *node, std::uint32_t hash)
+    {
+        std::size_t place = hash & mask_;
+        while (slots_[place].node)
+            place = after(place);
+        slots_[place] = {node, hash};
+    }
+
+    // A table four times as large as the chain; none when there is no memory for it.
+    void rebuild(const Chain<Node> &chain)
+    {
+        discard(chain.memory());
+        std::size_t slots = kWalked * 4;
+        while (slots < chain.size() * 2)
+            slots *= 2;
+        slots_ = static_cast<Slot *>(chain.memory().allocate(slots * sizeof(Slot)));
+        if (!slots_) return;
+        std::memset(slots_, 0, slots * sizeof(Slot));
+        mask_ = slots - 1;
+        for (Node *node = chain.first(); node; node = node->next())
+            insert(node, hashName(node->key()));
+    }
+
+    // Moves back what probing would no longer reach past an empty slot.
+    void closeHole(std::size_t hole)
+    {
+        for (std::size_t place = after(hole); slots_[place].node; place = after(place)) {
+            const std::size_t home = slots_[place].hash & mask_;
+            if (((place - home) & mask_) < ((place - hole) & mask_)) continue;
+            slots_[hole] = slots_[place];
+            hole = place;
+        }
+        slots_[hole] = {};
+    }
+
+    Slot *slots_ = nullptr;
+    std::size_t mask_ = 0;
+};
+
+} // namespace olvex
