@@ -6,6 +6,7 @@
 #include "OvxObject.h"
 #include "OvxProps.h"
 #include "messages/Messages.h"
+#include "util/Memory.h"
 
 using namespace olvex;
 
