@@ -1,0 +1,121 @@
+// Runs the `olvex` command as a user does, and files for it to work on.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tools_test {
+
+// A file of the given contents without a name, at its beginning.
+inline int makeFile(const std::string &contents)
+{
+    const int file = memfd_create("olvex-test", MFD_CLOEXEC);
+    EXPECT_EQ(write(file, contents.data(), contents.size()), static_cast<ssize_t>(contents.size()));
+    lseek(file, 0, SEEK_SET);
+    return file;
+}
+
+inline std::string readAll(int file)
+{
+    std::string contents(static_cast<std::size_t>(lseek(file, 0, SEEK_END)), '\0');
+    EXPECT_EQ(pread(file, contents.data(), contents.size(), 0),
+              static_cast<ssize_t>(contents.size()));
+    return contents;
+}
+
+// Starts the command on three descriptors.
+inline pid_t start(std::vector<std::string> arguments, int in, int out, int err)
+{
+    arguments.insert(arguments.begin(), "olvex");
+    std::vector<char *> argv;
+    for (std::string &argument : arguments)
+        argv.push_back(argument.data());
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, in, 0);
+    posix_spawn_file_actions_adddup2(&actions, out, 1);
+    posix_spawn_file_actions_adddup2(&actions, err, 2);
+    pid_t child = -1;
+    EXPECT_EQ(posix_spawn(&child, OLVEX_COMMAND, &actions, nullptr, argv.data(), environ), 0);
+    posix_spawn_file_actions_destroy(&actions);
+    return child;
+}
+
+struct Outcome {
+    int code = -1; // exit code, or -1 when a signal ended it
+    std::string out;
+    std::string err;
+    long peakKilobytes = 0;
+};
+
+inline Outcome finish(pid_t child)
+{
+    Outcome outcome;
+    int status = 0;
+    rusage usage{};
+    EXPECT_EQ(wait4(child, &status, 0, &usage), child);
+    if (WIFEXITED(status)) outcome.code = WEXITSTATUS(status);
+    outcome.peakKilobytes = usage.ru_maxrss;
+    return outcome;
+}
+
+// Runs the command to its end with `input` as its standard input.
+inline Outcome run(const std::vector<std::string> &arguments, const std::string &input = {})
+{
+    const int in = makeFile(input), out = makeFile({}), err = makeFile({});
+    Outcome outcome = finish(start(arguments, in, out, err));
+    outcome.out = readAll(out);
+    outcome.err = readAll(err);
+    for (const int file : {in, out, err})
+        close(file);
+    return outcome;
+}
+
+// A folder of its own for each test, gone with it.
+class Folder {
+  public:
+    Folder()
+    {
+        char name[] = "/tmp/olvex-command-XXXXXX";
+        path_ = mkdtemp(name);
+    }
+    ~Folder()
+    {
+        for (const std::string &file : files_)
+            unlink(file.c_str());
+        rmdir(path_.c_str());
+    }
+    Folder(const Folder &) = delete;
+    Folder &operator=(const Folder &) = delete;
+
+    const std::string &path() const { return path_; }
+
+    std::string put(const std::string &name, const std::string &contents)
+    {
+        files_.push_back(path_ + "/" + name);
+        FILE *file = fopen(files_.back().c_str(), "we");
+        EXPECT_EQ(fwrite(contents.data(), 1, contents.size(), file), contents.size());
+        fclose(file);
+        return files_.back();
+    }
+
+  private:
+    std::string path_;
+    std::vector<std::string> files_;
+};
+
+} // namespace tools_test

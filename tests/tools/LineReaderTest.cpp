@@ -1,0 +1,63 @@
+// Reading lines: their ends, their lengths, and what happens at the borders of the buffer.
+#include "LineReader.h"
+
+#include "Command.h"
+
+using namespace tools_test;
+using Lines = std::vector<std::string>;
+
+namespace {
+
+Lines linesOf(const std::string &input)
+{
+    const int file = makeFile(input);
+    tools::LineReader reader(file);
+    Lines lines;
+    std::string_view line;
+    while (reader.next(line)) {
+        EXPECT_EQ(line.data()[line.size()], '\0');
+        lines.emplace_back(line);
+    }
+    EXPECT_EQ(reader.error(), 0);
+    close(file);
+    return lines;
+}
+
+} // namespace
+
+TEST(LineReader, DropsLineEnds)
+{
+    EXPECT_EQ(linesOf(""), Lines());
+    EXPECT_EQ(linesOf("one\ntwo\n"), Lines({"one", "two"}));
+    EXPECT_EQ(linesOf("one\r\ntwo\r\n"), Lines({"one", "two"}));
+    EXPECT_EQ(linesOf("no end"), Lines({"no end"}));
+    EXPECT_EQ(linesOf("\n\r\n\n"), Lines({"", "", ""}));
+    EXPECT_EQ(linesOf("a\rb\r\r\nc\r"), Lines({"a\rb\r", "c\r"}));
+    EXPECT_EQ(linesOf(std::string("a\0b\n", 4)), Lines({std::string("a\0b", 3)}));
+}
+
+// Lines that end just before, at and just behind the end of the first block, and ones that need the
+// buffer to grow, with both kinds of line end.
+TEST(LineReader, KeepsLinesWholeAcrossBlocks)
+{
+    constexpr std::size_t kBlock = 64 * 1024;
+    for (const char *lineEnd : {"\n", "\r\n"}) {
+        for (std::size_t length = kBlock - 3; length <= kBlock + 3; ++length) {
+            const Lines lines = {std::string(length, 'a'), "b", std::string(3 * length, 'c'), "d"};
+            std::string input;
+            for (const std::string &line : lines)
+                input += line + lineEnd;
+            EXPECT_EQ(linesOf(input), lines) << length;
+        }
+    }
+}
+
+TEST(LineReader, SaysWhyItCannotRead)
+{
+    const int folder = open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    tools::LineReader reader(folder);
+    std::string_view line;
+    EXPECT_FALSE(reader.next(line));
+    EXPECT_EQ(reader.error(), EISDIR);
+    close(folder);
+}
