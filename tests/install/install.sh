@@ -30,6 +30,18 @@ check_programs() {
     expect '^received 2 events$' "$folder/own_handler"
 }
 
+# The program and the properties file that the README shows.
+check_readme() {
+    local readme=$here/../../README.md
+    mkdir "$work/readme"
+    awk '/^```/ { inside = $0 == "```c"; next } inside' "$readme" >"$work/readme/app.c"
+    awk '/^```/ { inside = $0 == "```properties"; next } inside' "$readme" \
+        >"$work/readme/app.properties"
+    "$cc" -std=c11 "${flags[@]}" "$work/readme/app.c" -o "$work/readme/app" "${options[@]}"
+    cd "$work/readme"
+    expect 'Disk /var is 93 percent full$' ./app
+}
+
 rm -rf "$work"
 mkdir -p "$work/installed" "$work/pkg-config"
 cmake --install "$build" --prefix "$work/installed" >"$work/install.log"
@@ -57,3 +69,4 @@ done
 "$cxx" -std=c++17 "${flags[@]}" "$here/consumer/hello.cpp" -o "$work/pkg-config/hello_cpp" \
     "${options[@]}"
 check_programs "$work/pkg-config"
+check_readme
