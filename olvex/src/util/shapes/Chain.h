@@ -19,6 +19,7 @@ template <class Node>
 class Link {
   public:
     Node *next() const { return next_; }
+    Node *previous() const { return previous_; }
 
   private:
     friend class Chain<Node>;
@@ -37,6 +38,7 @@ class Chain {
     Chain &operator=(const Chain &) = delete;
 
     Node *first() const { return first_; }
+    Node *last() const { return last_; }
     Memory memory() const { return memory_; }
     std::size_t size() const { return count_; }
 

@@ -48,15 +48,13 @@ class MapShape : public NamedChain<Node> {
 
     auto get(const char *key) const
     {
-        const Node *node = key ? this->find(key) : nullptr;
+        const Node *node = this->find(key);
         return node ? node->handOut() : nullptr;
     }
 
-    bool has(const char *key) const { return key && this->find(key); }
-
     void remove(const char *key)
     {
-        if (Node *node = key ? this->find(key) : nullptr) remove(node);
+        if (Node *node = this->find(key)) remove(node);
     }
 
     // Dropping a value can run foreign code that changes this very map, so it comes last.
