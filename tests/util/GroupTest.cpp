@@ -1,0 +1,197 @@
+// Groups: each element once, in order of insertion, and walks that survive what listeners do.
+#include "util/OvxStringGroup.h"
+
+#include <olvex/ClassCollections.h>
+#include <olvex/Memory.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+Strings contents(const StringGroup &group)
+{
+    Strings result;
+    for (const StringGroupNode *node = group.first(); node; node = node->next())
+        result.push_back(node->element());
+    return result;
+}
+
+TEST(StringGroups, KeepEachStringOnceInOrder)
+{
+    StringGroup group;
+    std::string text = "b";
+    EXPECT_TRUE(group.add(text.c_str()));
+    text = "a";
+    EXPECT_TRUE(group.add(text.c_str()));
+    EXPECT_FALSE(group.add("b"));
+    EXPECT_TRUE(group.add("B"));
+    EXPECT_TRUE(group.add(""));
+    EXPECT_FALSE(group.add(nullptr));
+    EXPECT_EQ(contents(group), (Strings{"b", "a", "B", ""}));
+    EXPECT_TRUE(group.remove("a"));
+    EXPECT_FALSE(group.remove("a"));
+    EXPECT_TRUE(group.add("a"));
+    EXPECT_EQ(contents(group), (Strings{"b", "B", "", "a"}));
+}
+
+TEST(StringGroups, RemovingThroughTheIteratorWorksAtBothEndsAndInTheMiddle)
+{
+    StringGroup *group = OvxAllocStringGroup();
+    for (const char *text : {"1", "2", "3", "4"})
+        OvxStringGroupAdd(group, text);
+    StringGroupNode *place = OvxStringGroupIterRem(OvxStringGroupIterator(group));
+    EXPECT_STREQ(place->element(), "2");
+    place = OvxStringGroupIterRem(OvxStringGroupIterNext(place));
+    EXPECT_STREQ(place->element(), "4");
+    EXPECT_EQ(OvxStringGroupIterRem(place), nullptr);
+    OvxStringGroupAdd(group, "5");
+    EXPECT_EQ(contents(*group), (Strings{"2", "5"}));
+    EXPECT_EQ(group->last()->previous(), group->first());
+    while (StringGroupNode *first = OvxStringGroupIterator(group))
+        OvxStringGroupIterRem(first);
+    EXPECT_EQ(group->last(), nullptr);
+    OvxFreeStringGroup(group);
+}
+
+// Removal by a borrowed element frees the very text that it was asked for with.
+TEST(StringGroups, AnElementMayBeRemovedByItself)
+{
+    StringGroup group;
+    for (int i = 0; i < 40; ++i)
+        group.add(("name " + std::to_string(i)).c_str());
+    while (group.first())
+        EXPECT_TRUE(group.remove(group.last()->element()));
+}
+
+TEST(StringGroups, HandOutCopies)
+{
+    StringGroup *group = OvxAllocStringGroup();
+    OvxStringGroupAdd(group, "text");
+    char *copy = OvxStringGroupIterGet(OvxStringGroupIterator(group));
+    OvxFreeStringGroup(group);
+    EXPECT_STREQ(copy, "text");
+    BaxMemoryFree(copy);
+}
+
+// A stand-in for objects: counts its references and says when it is dropped.
+struct Element {
+    std::string name;
+    int references = 0;
+    std::function<void()> whenDropped{};
+};
+
+Strings dropped;
+
+Element *acquire(Element *element)
+{
+    ++element->references;
+    return element;
+}
+
+void release(Element *element)
+{
+    --element->references;
+    dropped.push_back(element->name);
+    if (element->whenDropped) element->whenDropped();
+}
+
+using ElementPolicy = olvex::ReferencePolicy<Element, acquire, release>;
+struct Elements;
+struct ElementNode : olvex::GroupNode<Elements, ElementNode, ElementPolicy> {};
+struct Elements : olvex::GroupShape<Elements, ElementNode, ElementPolicy> {};
+
+class SafeWalks : public ::testing::Test {
+  protected:
+    SafeWalks()
+    {
+        dropped.clear();
+        for (Element *element : {&a, &b, &c})
+            group->add(element);
+    }
+    ~SafeWalks() override { delete group; }
+
+    // Walks the group, doing something at each of the named elements.
+    Strings walk(const std::function<void(const std::string &)> &visit)
+    {
+        Strings visited;
+        Elements::Walk walk(group);
+        while (const ElementNode *node = walk.next()) {
+            visited.push_back(node->element()->name);
+            visit(visited.back());
+            if (visited.size() > 20) break;
+        }
+        return visited;
+    }
+
+    Elements *group = new Elements;
+    Element a{"a"}, b{"b"}, c{"c"}, d{"d"};
+};
+
+TEST_F(SafeWalks, GoOnAfterWhatIsRemovedAtAnyPlace)
+{
+    const auto removeAt = [&](const char *place, std::vector<Element *> removed) {
+        group->clear();
+        for (Element *element : {&a, &b, &c})
+            group->add(element);
+        return walk([=, this](const std::string &name) {
+            if (name == place)
+                for (Element *element : removed)
+                    group->remove(element);
+        });
+    };
+    EXPECT_EQ(removeAt("a", {&a}), (Strings{"a", "b", "c"}));
+    EXPECT_EQ(removeAt("b", {&b, &c}), (Strings{"a", "b"}));
+    EXPECT_EQ(removeAt("a", {&b, &a}), (Strings{"a", "c"}));
+    EXPECT_EQ(removeAt("a", {&a, &b}), (Strings{"a", "c"}));
+    EXPECT_EQ(removeAt("c", {&a, &b, &c}), (Strings{"a", "b", "c"}));
+    EXPECT_EQ(a.references + b.references, 0);
+}
+
+TEST_F(SafeWalks, VisitWhatIsAppendedButEndWhenEverythingIsReplaced)
+{
+    EXPECT_EQ(walk([&](const std::string &name) {
+                  if (name == "c") group->add(&d);
+              }),
+              (Strings{"a", "b", "c", "d"}));
+    // Each visit replaces all elements by the same ones, which must not go on for ever.
+    EXPECT_EQ(walk([&](const std::string &) {
+                  group->clear();
+                  group->add(&a);
+                  group->add(&b);
+              }),
+              Strings{"a"});
+}
+
+TEST_F(SafeWalks, AreIndependentWhenNestedAndEndWithTheGroup)
+{
+    Strings inner;
+    const Strings outer = walk([&](const std::string &name) {
+        if (name != "a") return;
+        inner = walk([&](const std::string &nested) {
+            if (nested == "b") group->remove(&b);
+        });
+        group->remove(&a);
+    });
+    EXPECT_EQ(inner, (Strings{"a", "b", "c"}));
+    EXPECT_EQ(outer, (Strings{"a", "c"}));
+    const Strings last = walk([&](const std::string &) { delete std::exchange(group, nullptr); });
+    EXPECT_EQ(last, Strings{"c"});
+    EXPECT_EQ(c.references, 0);
+}
+
+TEST_F(SafeWalks, DroppingAnElementMayRemoveOthers)
+{
+    a.whenDropped = [&] { group->remove(&b); };
+    group->remove(&a);
+    EXPECT_EQ(dropped, (Strings{"a", "b"}));
+    ASSERT_EQ(group->first(), group->last());
+    EXPECT_EQ(group->first()->element(), &c);
+}
+
+} // namespace

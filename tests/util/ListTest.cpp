@@ -1,0 +1,163 @@
+// Lists: repeats, positions, sorting that moves elements between places, and the parameters of one
+// event in an arena.
+#include "util/OvxParmList.h"
+#include "util/OvxStringList.h"
+
+#include <olvex/ClassCollections.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+Strings contents(const StringList &list)
+{
+    Strings result;
+    for (const StringListNode *node = list.first(); node; node = node->next())
+        result.push_back(node->element());
+    return result;
+}
+
+void fill(StringList &list, const Strings &texts)
+{
+    for (const std::string &text : texts)
+        EXPECT_TRUE(list.append(text.c_str()));
+}
+
+int compareTexts(const void *one, const void *other)
+{
+    return std::strcmp(*static_cast<const char *const *>(one),
+                       *static_cast<const char *const *>(other));
+}
+
+int compareParms(const void *one, const void *other)
+{
+    const auto *a = *static_cast<const OvxParm *const *>(one);
+    const auto *b = *static_cast<const OvxParm *const *>(other);
+    return std::strcmp(a->value.string, b->value.string);
+}
+
+OvxParm stringParm(const char *text)
+{
+    OvxParm parm{};
+    parm.type = OVX_PARM_STRING;
+    parm.value.string = const_cast<char *>(text);
+    return parm;
+}
+
+OvxParm intParm(int number)
+{
+    OvxParm parm{};
+    parm.type = OVX_PARM_INT;
+    parm.value.integer = number;
+    return parm;
+}
+
+TEST(StringLists, TakeRepeatsAndFindPositions)
+{
+    StringList list;
+    EXPECT_EQ(OvxStringListGetIndex(&list, 0), nullptr);
+    fill(list, {"a", "b", "a"});
+    EXPECT_EQ(list.size(), 3U);
+    EXPECT_FALSE(list.append(nullptr));
+    EXPECT_STREQ(OvxStringListGetIndex(&list, 0), "a");
+    EXPECT_STREQ(OvxStringListGetIndex(&list, 2), "a");
+    EXPECT_EQ(OvxStringListGetIndex(&list, 3), nullptr);
+    EXPECT_EQ(OvxStringListGetIndex(&list, -1), nullptr);
+    EXPECT_EQ(OvxStringListGetLink(&list, "a"), list.first());
+    OvxStringListRemLink(&list, list.first());
+    EXPECT_EQ(contents(list), (Strings{"b", "a"}));
+    EXPECT_EQ(OvxStringListIterRem(list.last()), nullptr);
+    EXPECT_EQ(list.size(), 1U);
+    EXPECT_EQ(list.first(), list.last());
+}
+
+TEST(StringLists, SortingMovesTheElementsAndLeavesThePlaces)
+{
+    StringList list;
+    OvxSortStringList(&list, compareTexts);
+    fill(list, {"c", "a", "b"});
+    const StringListNode *second = list.first()->next();
+    const char *c = list.at(0);
+    OvxSortStringList(&list, nullptr);
+    OvxSortStringList(&list, compareTexts);
+    EXPECT_EQ(contents(list), (Strings{"a", "b", "c"}));
+    EXPECT_STREQ(second->element(), "b");
+    EXPECT_EQ(list.at(2), c);
+}
+
+// A place and an element that were made together part ways by sorting; removing one must not take
+// away the other's memory.
+TEST(StringLists, PlacesAndElementsLiveOnAfterSortingAndRemoval)
+{
+    StringList list;
+    fill(list, {"d", "c", "b", "a"});
+    OvxSortStringList(&list, compareTexts);
+    OvxStringListRemLink(&list, list.first());
+    OvxStringListRemLink(&list, list.last());
+    EXPECT_EQ(contents(list), (Strings{"b", "c"}));
+    fill(list, {"a"});
+    OvxSortStringList(&list, compareTexts);
+    StringList *copy = OvxCopyStringList(&list);
+    list.clear();
+    EXPECT_EQ(contents(*copy), (Strings{"a", "b", "c"}));
+    OvxFreeStringList(copy);
+}
+
+TEST(ParmLists, KeepTheirOwnTexts)
+{
+    ParmList list;
+    char text[] = "x";
+    const OvxParm parms[] = {stringParm(text), intParm(7), stringParm(nullptr)};
+    for (const OvxParm &parm : parms)
+        EXPECT_TRUE(list.append(&parm));
+    text[0] = 'y';
+    EXPECT_STREQ(OvxParmListGetIndex(&list, 0)->value.string, "x");
+    EXPECT_EQ(OvxParmListGetIndex(&list, 2)->value.string, nullptr);
+    EXPECT_EQ(OvxParmListGetLink(&list, &parms[1]), list.first()->next());
+    OvxParm *copy = OvxParmListIterGet(list.first());
+    list.clear();
+    EXPECT_STREQ(copy->value.string, "x");
+    OvxFreeParm(copy);
+}
+
+TEST(ParmLists, SortWithTheirTexts)
+{
+    ParmList list;
+    for (const char *text : {"three", "one", "two"}) {
+        const OvxParm parm = stringParm(text);
+        list.append(&parm);
+    }
+    OvxSortParmList(&list, compareParms);
+    OvxParmListIterRem(list.first()->next());
+    EXPECT_STREQ(list.at(0)->value.string, "one");
+    EXPECT_STREQ(list.at(1)->value.string, "two");
+}
+
+// The list is left to the arena: what it had from the heap, a leak check would report.
+TEST(ParmLists, LiveInAnArenaWithAllParametersOfAnEvent)
+{
+    constexpr int kMost = 63;
+    olvex::Arena arena;
+    const olvex::Memory memory(&arena);
+    auto *list = memory.make<ParmList>(memory);
+    for (int i = 0; i < kMost; ++i) {
+        const std::string text(static_cast<std::size_t>(i) * 20, 'x');
+        const OvxParm parm = i % 2 ? intParm(i) : stringParm(text.c_str());
+        ASSERT_TRUE(ovxIntlParmListAppend(list, &parm));
+    }
+    ParmList *copy = ovxIntlCopyParmList(list);
+    arena.discard();
+    ASSERT_EQ(copy->size(), 63U);
+    EXPECT_EQ(std::strlen(copy->at(62)->value.string), 62U * 20);
+    EXPECT_EQ(copy->at(61)->value.integer, 61);
+    EXPECT_EQ(copy->at(kMost), nullptr);
+    ovxIntlFreeParmList(copy);
+}
+
+} // namespace
