@@ -74,9 +74,7 @@ namespace olvex {
 
 void PrintScratch::discard()
 {
-    CxListDiscard(reinterpret_cast<void **>(&formats.items), &formats.capacity, &formats.count);
-    CxListDiscard(reinterpret_cast<void **>(&arguments.items), &arguments.capacity,
-                  &arguments.count);
+    cxPrintfDiscard(&formats, &arguments);
 }
 
 void printParms(CxStringBuff *buffer, const char *format, const ParmList *parms,

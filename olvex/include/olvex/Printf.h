@@ -1,0 +1,83 @@
+/*
+ * Formatted output into a string buffer: printf with positional arguments ("%1$s") everywhere,
+ * 16-bit strings converted through a code set, and output of any length. A format is parsed into
+ * items and a table of the arguments it needs; the table is filled; then the items are printed. No
+ * function here takes a lock.
+ */
+#ifndef OLVEX_PRINTF_H
+#define OLVEX_PRINTF_H
+
+#include <olvex/StringBuff.h>
+#include <olvex/Types.h>
+
+OVX_BEGIN_DECLS
+
+/** An argument's value: a 64-bit integer or a pointer in the first bytes, or a long double. */
+typedef struct CxPrintfValue {
+    unsigned char bytes[12];
+} CxPrintfValue;
+
+/** One entry of the argument table. */
+typedef struct CxPrintfArg {
+    unsigned char type; /**< type code, 0 while no directive names this argument */
+    CxPrintfValue value;
+} CxPrintfArg;
+
+/** The argument table; begins as zeros. */
+typedef struct CxPrintfArgs {
+    int32_t count;      /**< highest argument named, plus one */
+    int32_t capacity;   /**< entries allocated */
+    CxPrintfArg *items; /**< block of BaxMemoryMalloc */
+} CxPrintfArgs;
+
+/** One item of a parsed format. */
+typedef struct CxPrintfFmt {
+    unsigned char kind; /**< 1 literal text, 0 conversion */
+    union {
+        int32_t argIndex;      /**< conversion: which argument, from 0 */
+        const char *textStart; /**< literal: first byte, borrowed from the format */
+    } from;
+    union {
+        unsigned char argType; /**< conversion: type code */
+        const char *textEnd;   /**< literal: last byte, included */
+    } to;
+    uint32_t flags;       /**< 0x01 "-", 0x02 "0", 0x04 "+", 0x08 " ", 0x10 "#", 0x20 "'" */
+    int32_t widthArg;     /**< argument that supplies the width, -1 for none */
+    int32_t width;        /**< -1 for none */
+    int32_t precisionArg; /**< argument that supplies the precision, -1 for none */
+    int32_t precision;    /**< -1 for none */
+    int32_t lengthMod;    /**< length modifier code, 0 for none */
+    char conversion;      /**< conversion character; "i" is kept as "d" */
+} CxPrintfFmt;
+
+/** A parsed format; begins as zeros. */
+typedef struct CxPrintfFmts {
+    int32_t nextArg;    /**< next argument for directives without a position */
+    int32_t positional; /**< 1 once a position was named */
+    int32_t count;      /**< items in use */
+    int32_t capacity;   /**< items allocated */
+    CxPrintfFmt *items; /**< block of BaxMemoryMalloc */
+} CxPrintfFmts;
+
+/**
+ * Appends formatted text and returns the number of bytes appended. A format that cannot be parsed
+ * appends nothing; an item that cannot be printed ends the text. The code set (NULL for the default
+ * one) is that of wide arguments. Wide conversions take char16_t, so the compiler cannot check
+ * them.
+ */
+OVX_API int CxStringBuffPrintf(uc_ch_t *codeSet, CxStringBuff *buffer, const char *format, ...);
+
+/** CxStringBuffPrintf with a va_list. */
+OVX_API int CxStringBuffPrintfV(uc_ch_t *codeSet, CxStringBuff *buffer, const char *format,
+                                va_list arguments);
+
+/** CxStringBuffPrintf with an array of values, one for each argument that the format names. */
+OVX_API int CxStringBuffPrintfA(uc_ch_t *codeSet, CxStringBuff *buffer, const char *format,
+                                const CxPrintfValue *values);
+
+/** Parses a format into `formats` and notes the argument types in `arguments`; 0, or 1 on error. */
+OVX_API int CxPrintfProcessFmts(const char *format, CxPrintfFmts *formats, CxPrintfArgs *arguments);
+
+OVX_END_DECLS
+
+#endif

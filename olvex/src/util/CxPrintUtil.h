@@ -1,0 +1,147 @@
+// The formatted-output engine inside the library: type codes, argument slots, and the steps that a
+// caller takes who fills the argument table itself.
+#pragma once
+
+#include <olvex/Printf.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace olvex {
+
+// How an argument is taken from a list, and what its slot holds.
+enum ArgType : unsigned char {
+    kUnset = 0,
+    kInt = 10,
+    kShort = 11,
+    kLong = 12,
+    kLongLong = 13,
+    kIntMax = 14,
+    kUnsignedInt = 20,
+    kUnsignedShort = 21,
+    kUnsignedLong = 22,
+    kUnsignedLongLong = 23,
+    kUintMax = 24,
+    kDouble = 30,
+    kLongDouble = 31,
+    kSignedChar = 40,
+    kUnsignedChar = 41,
+    kWideChar = 42,
+    kPointer = 50,
+    kIntPointer = 60,
+    kShortPointer = 61,
+    kLongPointer = 62,
+    kLongLongPointer = 63,
+    kString = 70,
+    kWideString = 71,
+    kSignedSize = 80,
+    kSize = 81,
+    kPtrDiff = 90,
+};
+
+enum LengthMod : std::int32_t {
+    kModNone = 0,
+    kModLong = 10,
+    kModLongLong = 11,
+    kModLongDouble = 12,
+    kModShort = 20,
+    kModChar = 21,
+    kModI64 = 30,
+    kModMax = 40,
+    kModQuad = 50,
+    kModPtrDiff = 60,
+    kModSize = 70,
+};
+
+enum FormatFlag : std::uint32_t {
+    kFlagLeft = 0x01,
+    kFlagZero = 0x02,
+    kFlagPlus = 0x04,
+    kFlagSpace = 0x08,
+    kFlagAlternate = 0x10,
+    kFlagGroup = 0x20,
+};
+
+// An extended value takes the first ten bytes of its slot; what lies beyond is padding.
+inline constexpr std::size_t kExtendedSize = sizeof(long double) < 10 ? sizeof(long double) : 10;
+
+template <class Value>
+void setSlot(CxPrintfArg &slot, ArgType type, const Value &value, std::size_t size = sizeof(Value))
+{
+    slot.type = type;
+    std::memcpy(slot.value.bytes, &value, size);
+}
+
+inline void setInt(CxPrintfArg &slot, ArgType type, std::int64_t value)
+{
+    setSlot(slot, type, value);
+}
+inline void setDouble(CxPrintfArg &slot, long double value)
+{
+    setSlot(slot, kDouble, value, kExtendedSize);
+}
+inline void setString(CxPrintfArg &slot, const char *value)
+{
+    setSlot(slot, kString, value);
+}
+
+template <class Value>
+Value slotAs(const CxPrintfArg &slot, std::size_t size = sizeof(Value))
+{
+    Value value{};
+    std::memcpy(&value, slot.value.bytes, size);
+    return value;
+}
+
+inline long double extendedOf(const CxPrintfArg &slot)
+{
+    return slotAs<long double>(slot, kExtendedSize);
+}
+
+// The kinds of value that a slot may hold.
+constexpr bool holdsInteger(unsigned char type)
+{
+    return (type >= kInt && type <= kIntMax) || (type >= kUnsignedInt && type <= kUintMax) ||
+           (type >= kSignedChar && type <= kWideChar) || type == kSignedSize || type == kSize ||
+           type == kPtrDiff;
+}
+constexpr bool holdsFloating(unsigned char type)
+{
+    return type == kDouble || type == kLongDouble;
+}
+
+// An item with its width and precision as they count in the end, and its argument.
+struct Directive {
+    const CxPrintfFmt &item;
+    const CxPrintfArg &slot;
+    std::int64_t width;     // 0 for none
+    std::int32_t precision; // -1 for none
+
+    bool has(FormatFlag flag) const { return item.flags & flag; }
+};
+
+// Each prints one conversion; false when its argument cannot serve or memory runs out.
+bool printInteger(const Directive &directive, CxStringBuff *buffer);
+bool printFloating(const Directive &directive, CxStringBuff *buffer);
+bool printNarrow(const Directive &directive, CxStringBuff *buffer);
+bool printWide(const Directive &directive, CxStringBuff *buffer, uc_ch_t *codeSet);
+
+// Appends `digits` grouped as the locale wants it.
+bool appendGrouped(CxStringBuff *buffer, const char *digits, std::size_t count);
+
+} // namespace olvex
+
+// Makes both lists ready for another format; their memory is kept.
+inline void cxPrintfReset(CxPrintfFmts *formats, CxPrintfArgs *arguments)
+{
+    formats->nextArg = formats->positional = formats->count = 0;
+    arguments->count = 0;
+}
+
+void cxPrintfDiscard(CxPrintfFmts *formats, CxPrintfArgs *arguments);
+
+// Prints all items with the values of the table; sets the error byte to 0 or 1 and returns the
+// number of bytes appended.
+int cxPrintfEmitAll(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmts *formats,
+                    const CxPrintfArgs *arguments, char *error);
