@@ -1,0 +1,12 @@
+// The environment as privileged processes may use it, and the trace texts for debugging.
+#pragma once
+
+#include <olvex/Export.h>
+#include <olvex/Process.h>
+
+// An environment variable that says where files are; null in a process with raised privileges.
+const char *cxTrustedEnv(const char *name);
+
+void cxIntlTraceEnter(const char *format, ...) OVX_PRINTF_LIKE(1, 2);
+void cxIntlTraceLeave(const char *format, ...) OVX_PRINTF_LIKE(1, 2);
+void cxIntlTracePoint(const char *format, ...) OVX_PRINTF_LIKE(1, 2);

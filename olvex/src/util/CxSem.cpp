@@ -1,0 +1,96 @@
+// Locks between processes: System V semaphore sets of one semaphore, undone by the system when
+// their holder ends. Trying some times without waiting first spares two busy processes the
+// hand-over.
+#include <olvex/Process.h>
+
+#include "util/CxResult.h"
+
+#include <sched.h>
+#include <sys/sem.h>
+#include <unistd.h>
+
+using namespace olvex;
+
+namespace {
+
+constexpr int kRetries = 10;
+constexpr int kTriesWithoutWaiting = 50;
+constexpr int kMode = 0666;
+
+union SemArgument {
+    int value;
+    semid_ds *status;
+};
+
+int operate(CxSem sem, int change, int flags)
+{
+    sembuf operation = {0, static_cast<short>(change), static_cast<short>(flags)};
+    return semop(sem, &operation, 1);
+}
+
+// The first operation of all marks the set as ready for those who wait in openExisting.
+CxResult prepareNew(CxSem sem)
+{
+    if (semctl(sem, 0, SETVAL, SemArgument{1}) < 0) return failure(errno);
+    if (operate(sem, 0, IPC_NOWAIT) == 0 || errno == EAGAIN) return success();
+    return failure(errno);
+}
+
+CxResult openExisting(CxSem *sem, int32_t key)
+{
+    *sem = semget(key, 1, 0);
+    if (*sem < 0) return failure(errno);
+    for (int reading = 1;; ++reading) {
+        semid_ds status = {};
+        SemArgument argument;
+        argument.status = &status;
+        if (semctl(*sem, 0, IPC_STAT, argument) < 0) return failure(errno);
+        if (status.sem_otime != 0) return success();
+        if (reading == kRetries) return failure(CX_ETIME);
+        sleep(1);
+    }
+}
+
+bool takeWithoutWaiting(CxSem sem)
+{
+    for (int i = 0; i < kTriesWithoutWaiting; ++i) {
+        if (operate(sem, -1, SEM_UNDO | IPC_NOWAIT) == 0) return true;
+        if (errno != EAGAIN) return false;
+        sched_yield();
+    }
+    return false;
+}
+
+} // namespace
+
+CxResult CxSemOpen(CxSem *sem, int32_t key)
+{
+    if (!sem) return badArgument();
+    *sem = semget(key, 1, IPC_CREAT | IPC_EXCL | kMode);
+    if (*sem >= 0) return prepareNew(*sem);
+    return errno == EEXIST ? openExisting(sem, key) : failure(errno);
+}
+
+CxResult CxSemLock(CxSem *sem)
+{
+    if (!sem) return badArgument();
+    if (takeWithoutWaiting(*sem)) return success();
+    for (int retry = 0; operate(*sem, -1, SEM_UNDO) != 0; ++retry) {
+        if (errno != EINTR && errno != ENOSPC) return failure(errno);
+        if (retry == kRetries) return failure(CX_ETIME);
+        sleep(1);
+    }
+    return success();
+}
+
+CxResult CxSemUnlock(CxSem *sem)
+{
+    return sem ? resultOf(operate(*sem, 1, SEM_UNDO)) : badArgument();
+}
+
+CxResult CxSemClose(CxSem *sem)
+{
+    if (!sem) return badArgument();
+    *sem = -1;
+    return success();
+}

@@ -1,0 +1,50 @@
+// The clock and the host's name.
+#include <olvex/System.h>
+
+#include "util/CxResult.h"
+
+#include <cstring>
+#include <netdb.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+using namespace olvex;
+
+namespace {
+
+// Puts the host's official name into the buffer if it is a qualified one; false when the name
+// service knows none at all.
+bool lookUpFullName(char *buffer, std::size_t length)
+{
+    addrinfo wanted = {};
+    wanted.ai_flags = AI_CANONNAME;
+    wanted.ai_socktype = SOCK_STREAM;
+    addrinfo *found = nullptr;
+    if (getaddrinfo(buffer, nullptr, &wanted, &found) != 0) return false;
+    const char *name = found ? found->ai_canonname : nullptr;
+    if (name && std::strchr(name, '.')) {
+        std::strncpy(buffer, name, length - 1);
+        buffer[length - 1] = '\0';
+    }
+    freeaddrinfo(found);
+    return true;
+}
+
+} // namespace
+
+int64_t CxSystemGetTimestamp(void)
+{
+    timeval now = {};
+    gettimeofday(&now, nullptr);
+    return std::int64_t{now.tv_sec} * 1000 + now.tv_usec / 1000;
+}
+
+CxResult CxSystemGetFQHostname(char *buffer, size_t length)
+{
+    if (!buffer || length == 0) return badArgument();
+    *buffer = '\0';
+    if (gethostname(buffer, length) != 0) return failure(CX_ENOSYS);
+    buffer[length - 1] = '\0';
+    if (std::strchr(buffer, '.')) return success();
+    return lookUpFullName(buffer, length) ? success() : failure(CX_ENOSYS);
+}
