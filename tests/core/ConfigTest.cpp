@@ -242,10 +242,13 @@ TEST_F(Configurations, EndWhereParentsFormACircle)
     }
     EXPECT_TRUE(OvxLogMgrApplyCfg(object_, "a"));
     EXPECT_EQ(seen, (Strings{"q=2", "p=1"}));
+    OvxLogMgrUpdateCfg(a.get());
+    EXPECT_EQ(childrenOf("b"), Strings{});
     for (OvxObjCfg *cfg : {self.get(), a.get(), b.get()}) {
         OvxLogMgrUpdateCfg(cfg);
-        EXPECT_TRUE(OvxLogMgrHasCfg(cfg->name.get()));
+        EXPECT_EQ(CfgHandle(OvxLogMgrGetCfg(cfg->name.get())).get(), cfg);
         OvxLogMgrRemCfg(cfg);
+        EXPECT_EQ(cfg->children.first(), nullptr);
         EXPECT_FALSE(OvxLogMgrHasCfg(cfg->name.get()));
     }
     EXPECT_EQ(added(), Strings{});

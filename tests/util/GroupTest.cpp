@@ -174,9 +174,10 @@ TEST_F(SafeWalks, AreIndependentWhenNestedAndEndWithTheGroup)
     const Strings outer = walk([&](const std::string &name) {
         if (name != "a") return;
         inner = walk([&](const std::string &nested) {
-            if (nested == "b") group->remove(&b);
+            if (nested != "b") return;
+            group->remove(&a);
+            group->remove(&b);
         });
-        group->remove(&a);
     });
     EXPECT_EQ(inner, (Strings{"a", "b", "c"}));
     EXPECT_EQ(outer, (Strings{"a", "c"}));
@@ -187,7 +188,10 @@ TEST_F(SafeWalks, AreIndependentWhenNestedAndEndWithTheGroup)
 
 TEST_F(SafeWalks, DroppingAnElementMayRemoveOthers)
 {
-    a.whenDropped = [&] { group->remove(&b); };
+    a.whenDropped = [&] {
+        EXPECT_FALSE(group->remove(&a));
+        group->remove(&b);
+    };
     group->remove(&a);
     EXPECT_EQ(dropped, (Strings{"a", "b"}));
     ASSERT_EQ(group->first(), group->last());
