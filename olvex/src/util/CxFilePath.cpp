@@ -2,6 +2,7 @@
 #include <olvex/File.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <sys/stat.h>
 

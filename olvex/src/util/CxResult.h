@@ -4,6 +4,7 @@
 #include <olvex/File.h>
 
 #include <cerrno>
+#include <cstdint>
 
 namespace olvex {
 
