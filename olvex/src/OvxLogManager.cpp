@@ -44,14 +44,15 @@ void moveChild(OvxObjCfg &from, OvxObjCfg *to, const char *name)
     from.removeChildName(name);
 }
 
-// Takes over the parent's children below the configuration's own name. Those directly below the
-// parent never are, which spares wide trees the walk.
+// Takes over the parent's children below the configuration's own name. When that name lies below
+// the parent's, the parent knows them; a parent of another name was set by a host.
 void adoptChildren(OvxObjCfg &cfg, OvxObjCfg &parent)
 {
     const char *name = cfg.name.get();
-    const StringGroup &group =
-        isBelow(name, parent.name.get()) ? parent.farChildren : parent.children;
-    for (const StringGroupNode *node = group.first(); node;) {
+    const bool isNested = isBelow(name, parent.name.get());
+    const NameGapsNode *gap = isNested ? parent.gaps.find(name) : nullptr;
+    if (isNested && !gap) return;
+    for (const auto *node = gap ? gap->value()->first() : parent.children.first(); node;) {
         const char *child = node->element();
         node = node->next();
         if (isBelow(child, name)) moveChild(parent, &cfg, child);

@@ -6,6 +6,7 @@
 #include "OvxLogManager.h"
 #include "OvxProps.h"
 
+#include <olvex/ClassCollections.h>
 #include <olvex/Props.h>
 
 #include "util/Locked.h"
@@ -16,15 +17,34 @@ using namespace olvex;
 
 namespace {
 
-// Says whether the child's name is more than one name longer than that of the configuration.
-bool isFar(const char *child, const char *ancestor)
+// Calls the action with each name between the configuration and a child below it.
+template <class Action>
+void forEachGap(const OvxObjCfg &cfg, const char *child, Action action)
 {
-    return isBelow(child, ancestor) && std::strchr(child + std::strlen(ancestor) + 1, '.');
+    const Text name(isBelow(child, cfg.name.get()) ? Memory().duplicate(child) : nullptr);
+    char *dot = name ? name.get() + std::strlen(cfg.name.get()) : nullptr;
+    while (dot && (dot = std::strchr(dot + 1, '.'))) {
+        *dot = '\0';
+        action(name.get());
+        *dot = '.';
+    }
 }
 
-void removeFrom(StringGroup &group, StringGroupNode *node)
+void addToGap(NameGaps &gaps, const char *gap, const char *child)
 {
-    if (node) group.remove(node);
+    const NameGapsNode *node = gaps.find(gap);
+    StringGroup *group = node ? node->value() : ovxIntlAllocStringGroup();
+    if (!group) return;
+    group->add(child);
+    if (!node && !gaps.put(gap, group)) ovxIntlFreeStringGroup(group);
+}
+
+void removeFromGap(NameGaps &gaps, const char *gap, const char *child)
+{
+    NameGapsNode *node = gaps.find(gap);
+    if (!node) return;
+    node->value()->remove(child);
+    if (!node->value()->first()) gaps.remove(node);
 }
 
 bool *cleared(bool *found)
@@ -71,14 +91,16 @@ void OvxObjCfg::setParentName(const char *newName)
 
 void OvxObjCfg::addChildName(const char *child)
 {
-    if (children.add(child) && isFar(child, name.get())) farChildren.add(child);
+    if (children.add(child))
+        forEachGap(*this, child, [&](const char *gap) { addToGap(gaps, gap, child); });
 }
 
 void OvxObjCfg::removeChildName(const char *child)
 {
     StringGroupNode *node = children.find(child);
-    removeFrom(farChildren, farChildren.find(child));
-    removeFrom(children, node);
+    if (!node) return;
+    forEachGap(*this, child, [&](const char *gap) { removeFromGap(gaps, gap, node->element()); });
+    children.remove(node);
 }
 
 OvxObjCfg *ovxIntlAllocObjCfg(const char *name)

@@ -5,6 +5,7 @@
 #include "util/Memory.h"
 #include "util/OvxStringGroup.h"
 #include "util/OvxStringToStringMap.h"
+#include "util/shapes/Map.h"
 
 #include <olvex/Config.h>
 
@@ -12,12 +13,33 @@
 #include <memory>
 #include <utility>
 
+namespace olvex {
+
+// A group that belongs to the map which holds it.
+struct OwnGroupPolicy {
+    using Given = StringGroup *;
+    using Stored = StringGroup *;
+
+    static std::size_t room(Given) { return 0; }
+    static Stored keep(Given group, void *) { return group; }
+    static void drop(Stored group) { Memory().destroy(group); }
+};
+
+} // namespace olvex
+
+struct NameGapsNode : olvex::MapNode<NameGapsNode, olvex::OwnGroupPolicy> {};
+
+// Names between a configuration and a child that is more than one name longer, each with the
+// children below it: with a and its child a.b.c, the name a.b. A configuration that is entered
+// under such a name takes these children over, and no others need be looked at.
+struct NameGaps : olvex::MapShape<NameGaps, NameGapsNode, olvex::OwnGroupPolicy> {};
+
 struct OvxObjCfg {
     std::uint32_t references = 1;
     olvex::Text name;
     olvex::Text parentName;
     StringGroup children;
-    StringGroup farChildren; // those whose names are more than one name longer
+    NameGaps gaps; // who would lose which children to a newcomer between
     StringToStringMap properties;
     bool fromFile = false;
     mutable std::uint64_t lastWalk = 0; // see olvex::CfgWalk
@@ -25,7 +47,7 @@ struct OvxObjCfg {
     // A null name clears it; without the memory for a copy it stays.
     void setParentName(const char *newName);
     void addChildName(const char *child);
-    void removeChildName(const char *child); // may be the name that a group here holds
+    void removeChildName(const char *child); // may be a text that is stored here
 };
 
 namespace olvex {

@@ -104,6 +104,35 @@ TEST_F(Configurations, ArePlacedBetweenAncestorsAndDescendants)
     EXPECT_EQ(added(), (Strings{"a", "a.b.c", "a.bc.d", "a.x", "a.b.d", "a.b"}));
 }
 
+TEST_F(Configurations, MayFillGapsOfSeveralNamesInAnyOrder)
+{
+    create({"a", "a.b.c.d", "a.b.e.f", "a.g.h"});
+    create({"a.b.e"});
+    EXPECT_EQ(childrenOf("a"), (Strings{"a.b.c.d", "a.g.h", "a.b.e"}));
+    const CfgHandle far(OvxLogMgrGetCfg("a.b.c.d"));
+    OvxLogMgrRemCfg(far.get());
+    create({"a.b.c"});
+    EXPECT_EQ(childrenOf("a.b.c"), Strings{});
+    OvxLogMgrAddCfg(far.get());
+    create({"a.b"});
+    EXPECT_EQ(childrenOf("a"), (Strings{"a.g.h", "a.b"}));
+    EXPECT_EQ(childrenOf("a.b"), (Strings{"a.b.e", "a.b.c"}));
+    EXPECT_EQ(childrenOf("a.b.c"), Strings{"a.b.c.d"});
+}
+
+TEST_F(Configurations, TakeOverOnlyWhatLiesBelowFromAParentOfAnotherName)
+{
+    create({"a", "a.b", "x.y"});
+    const CfgHandle parent(OvxLogMgrGetCfg("a")), child(OvxLogMgrGetCfg("x.y"));
+    OvxObjCfgAddChild(parent.get(), child.get());
+    const CfgHandle cfg(OvxAllocObjCfg("x"));
+    OvxObjCfgSetParent(cfg.get(), parent.get());
+    OvxLogMgrAddCfg(cfg.get());
+    EXPECT_EQ(childrenOf("a"), (Strings{"a.b", "x"}));
+    EXPECT_EQ(childrenOf("x"), Strings{"x.y"});
+    EXPECT_EQ(parentOf("x.y"), "x");
+}
+
 TEST_F(Configurations, PassTheirChildrenToTheirParentWhenRemoved)
 {
     create({"a", "a.b", "a.b.c", "a.b.c.d", "a.b.e"});
@@ -305,16 +334,18 @@ TEST_F(Configurations, AreQuickToMakeByTheThousand)
     constexpr int kCount = 20000;
     const auto start = Clock::now();
     create({"wide"});
-    for (int i = 0; i < kCount; ++i) {
-        const std::string name = "wide." + std::to_string(i);
-        create({name.c_str()});
-        ASSERT_TRUE(ovxLogMgrAddCfgFromFile(name.c_str(), "p", "1"));
-    }
+    // Twice as many: those far below come first, those between take them over one by one.
+    for (const char *end : {".far", ""})
+        for (int i = 0; i < kCount; ++i) {
+            const std::string name = "wide." + std::to_string(i) + end;
+            ASSERT_TRUE(ovxLogMgrAddCfgFromFile(name.c_str(), "p", "1"));
+        }
+    EXPECT_EQ(childrenOf("wide").size(), std::size_t{kCount});
     for (int i = 0; i < kCount; ++i) {
         const CfgHandle cfg(OvxLogMgrGetCfg(("wide." + std::to_string(i)).c_str()));
         OvxLogMgrRemCfg(cfg.get());
     }
-    EXPECT_EQ(added(), Strings{"wide"});
+    EXPECT_EQ(parentOf("wide.7.far"), "wide");
     EXPECT_LT(Clock::now() - start, std::chrono::seconds(2));
 }
 

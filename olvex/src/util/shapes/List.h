@@ -6,6 +6,7 @@
 #include "util/shapes/Policies.h"
 
 #include <cstdlib>
+#include <type_traits>
 #include <utility>
 
 namespace olvex {
@@ -49,6 +50,7 @@ class ListShape : public Chain<Node> {
 
     bool append(Given element)
     {
+        static_assert(sizeof(Node) % alignof(std::remove_pointer_t<Stored>) == 0);
         Node *node = element ? this->makeNode(Policy::room(element)) : nullptr;
         if (!node) return false;
         node->element_ = Policy::keep(element, node + 1);
