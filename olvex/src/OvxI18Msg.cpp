@@ -80,10 +80,15 @@ namespace olvex {
 
 OvxI18Msg *makeMessage(Memory memory, const char *catalog, int set, int key, const char *text)
 {
+    const char *keptCatalog = memory.isArena() ? catalog : memory.duplicate(catalog);
+    const char *keptText = memory.isArena() ? text : memory.duplicate(text);
     auto *msg = memory.make<OvxI18Msg>();
-    if (!msg) return nullptr;
-    *msg = {catalog, set, key, text, nullptr, nullptr, memory};
-    return msg;
+    if (msg) *msg = {keptCatalog, set, key, keptText, nullptr, nullptr, memory};
+    if (msg && (keptCatalog || !catalog) && (keptText || !text)) return msg;
+    memory.release(msg);
+    memory.release(const_cast<char *>(keptCatalog));
+    memory.release(const_cast<char *>(keptText));
+    return nullptr;
 }
 
 bool bindMessage(const OvxI18Msg *msg, CxStringBuff *buffer)
@@ -107,15 +112,7 @@ const char *keepLocaleName(const char *name)
 
 OvxI18Msg *ovxIntlAllocI18Msg(const char *catalog, int set, int key, const char *text)
 {
-    const Memory heap;
-    const char *catalogCopy = heap.duplicate(catalog);
-    const char *textCopy = heap.duplicate(text);
-    OvxI18Msg *msg = makeMessage(heap, catalogCopy, set, key, textCopy);
-    if (msg && (catalogCopy || !catalog) && (textCopy || !text)) return msg;
-    BaxMemoryFree(msg);
-    BaxMemoryFree(const_cast<char *>(catalogCopy));
-    BaxMemoryFree(const_cast<char *>(textCopy));
-    return nullptr;
+    return makeMessage(Memory(), catalog, set, key, text);
 }
 
 OvxI18Msg *ovxIntlCopyI18Msg(const OvxI18Msg *msg)

@@ -21,8 +21,8 @@ struct OvxI18Msg {
 
 namespace olvex {
 
-// Makes a message in `memory`. In an arena it borrows catalog and text, which outlive the call that
-// the arena serves.
+// Makes a message in `memory`. On the heap it copies catalog and text; in an arena it borrows them,
+// since they outlive the call that the arena serves. Null when memory runs out.
 OvxI18Msg *makeMessage(Memory memory, const char *catalog, int set, int key, const char *text);
 
 // Appends the bound text to `buffer`; false when there is none, or memory runs out.

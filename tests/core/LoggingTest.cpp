@@ -156,7 +156,7 @@ std::string logInts(OvxObject *logger, int count)
 TEST_F(Logging, ListsOfUpTo62EntriesAreComplete)
 {
     OvxObject *logger = loggerWithRecorder("log");
-    EXPECT_EQ(logInts(logger, 62), "%62$d"); // positions 1 to 61 are not named: a format error
+    EXPECT_EQ(logInts(logger, 62), "7");
     EXPECT_EQ(reports(), Strings{});
     const Strings notEnded{"OVXBC0070W The logging method parameter list did not end with a NULL."};
     EXPECT_EQ(logInts(logger, 63), "7");

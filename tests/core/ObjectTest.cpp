@@ -97,8 +97,7 @@ TEST_F(Objects, AHandlerComesWithTheDefaultFormatter)
 // The default formatter, made for the handler, takes the name of the handler that is being made.
 TEST_F(Objects, TwoOfOneNameAreRefusedWhileOneIsMade)
 {
-    OvxCloseToolkit();
-    held_.clear();
+    close();
     OvxAddLoggerClass("any", nullptr, nullptr, nullptr, nullptr, nullptr);
     EXPECT_EQ(OvxGetObject("olvex.defaultFormatter", "ovx_consolehandler"), nullptr);
     OvxObject *formatter = OvxGetObject("olvex.defaultFormatter", "ovx_basicformatter");
@@ -204,9 +203,8 @@ TEST_F(Objects, CirclesOfListenersAreFreedAtClose)
     OvxReleaseObject(a);
     OvxReleaseObject(b);
     EXPECT_EQ(varsFreed, 0);
-    OvxCloseToolkit();
+    close();
     EXPECT_EQ(varsFreed, 2);
-    held_.clear();
 }
 
 } // namespace

@@ -128,6 +128,8 @@ class Memory {
         return arena_ ? arena_->allocate(size) : BaxMemoryMalloc(size);
     }
 
+    bool isArena() const { return arena_ != nullptr; }
+
     // Gives a block back; an arena takes nothing back one by one.
     void release(void *block) const
     {
