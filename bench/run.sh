@@ -8,7 +8,7 @@ shift
 
 printf '\n== The path of an event, in nanoseconds; allocations for each event\n'
 "$build/bench/olvex_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
-    --benchmark_min_time=0.2 --benchmark_enable_random_interleaving=true "$@" |
+    --benchmark_min_time=0.2 "$@" |
     grep -v -E '_(mean|stddev|cv) '
 
 printf '\n== Start to first record: a whole process\n'
