@@ -1,0 +1,93 @@
+// The code-set handle, the process-wide handles, and the image of a table that handles share. No
+// locks: see <olvex/Ucv.h>.
+#pragma once
+
+#include <olvex/Ucv.h>
+
+#include <cstddef>
+#include <cstdint>
+
+namespace olvex::ucv {
+
+// Converter families.
+enum Family : std::uint16_t {
+    kAsciiSingleByte = 1,
+    kAsciiDoubleByte = 2,
+    kAsciiMultiByte = 3,
+    kEbcdicDoubleByte = 4,
+    kUtf8 = 6,
+    kEbcdicSingleByte = 8,
+    kBytes = 9,
+    kGb18030 = 10,
+};
+
+// A table file in memory, shared by the handles made from one another.
+struct TableImage {
+    std::uint32_t references;
+    std::uint32_t size;
+
+    const unsigned char *bytes() const { return reinterpret_cast<const unsigned char *>(this + 1); }
+    unsigned char *bytes() { return reinterpret_cast<unsigned char *>(this + 1); }
+};
+
+// Reads the table of a code set; null when there is none. `name` is a table name, or a path if it
+// holds a separator.
+TableImage *loadTable(const char *name);
+void releaseTable(TableImage *table);
+
+// Offsets of a table's header.
+inline constexpr std::size_t kMappingOffsetAt = 0;
+inline constexpr std::size_t kMagicAt = 8;
+inline constexpr std::size_t kNameAt = 16;
+inline constexpr std::size_t kNameSize = 32;
+inline constexpr std::size_t kFamilyAt = 48;
+inline constexpr std::size_t kEbcdicMarkAt = 50;
+inline constexpr std::size_t kValue56At = 56;
+inline constexpr std::size_t kValue62At = 62;
+inline constexpr std::size_t kValue64At = 64;
+inline constexpr std::size_t kHeaderSize = 1760;
+inline constexpr std::uint16_t kEbcdicMark = 0x1100;
+
+std::uint16_t table16(const TableImage &table, std::size_t offset);
+
+// "KEL-1047" is "1047", "utf-8" is "UTF8", "OS" the name of the platform locale's code set. False
+// when the name is too long.
+inline constexpr std::size_t kTableNameSize = 128;
+bool makeTableName(const char *name, char (&tableName)[kTableNameSize]);
+
+} // namespace olvex::ucv
+
+struct uc_ch_t {
+    olvex::ucv::TableImage *table; // none for the built-in handles
+    std::uint16_t type;            // a Family; any other value is treated as kBytes
+    char name[olvex::ucv::kNameSize];
+    std::uint16_t substCount;
+    bool sharedTable; // made by duplicating another handle
+    std::uint16_t tableValues[3];
+    unsigned char tableBytes[16];
+    bool inShift;
+    bool outShift;
+    std::uint32_t tableSize;
+};
+
+namespace olvex::ucv {
+
+extern uc_ch_t osHandle;
+extern uc_ch_t utf8Handle;
+extern uc_ch_t *defaultHandle;
+extern uc_ch_t *osLocaleHandle;
+
+inline bool isBuiltIn(const uc_ch_t *handle)
+{
+    return handle == &osHandle || handle == &utf8Handle;
+}
+
+// The handle itself, or the default one for none; initialises the services first.
+inline uc_ch_t *orDefault(uc_ch_t *handle)
+{
+    if (handle) return handle;
+    if (!ucv_initialized) ucv_init();
+    return defaultHandle;
+}
+
+} // namespace olvex::ucv
