@@ -18,7 +18,10 @@ inline std::optional<int> readArguments(CLI::App &app, int argc, char **argv)
         app.parse(argc, argv);
         return std::nullopt;
     } catch (const CLI::ParseError &error) {
-        return app.exit(error, std::cout, std::cerr) == 0 ? kOk : kUsage;
+        if (error.get_exit_code() == 0) return app.exit(error);
+        std::cerr << app.get_name() << ": " << error.what() << "\nTry '" << app.get_name()
+                  << " --help'.\n";
+        return kUsage;
     }
 }
 

@@ -26,8 +26,7 @@ constexpr const char *kStandardInput = "-";
 constexpr const char *kDefaultLogger = "olvex.log";
 constexpr const char *kConsoleHandler = "olvexConsole";
 
-constexpr const char *kFooter = R"(
-What becomes of a line:
+constexpr const char *kFooter = R"(What becomes of a line:
   The end of the line, LF or CR LF, is dropped; the last line needs none. Text is taken as UTF-8
   and never as a format. A NUL byte inside a line is logged as the two characters \0. The console
   handler writes at most 4095 bytes of a record.
@@ -112,19 +111,28 @@ std::string checkLine(const std::string &text)
 void describe(CLI::App &app, Options &options)
 {
     app.footer(kFooter);
-    app.add_option("--config", options.config, "Properties file that says where records go");
-    app.add_option("--logger", options.logger, "Name of the logger")->capture_default_str();
+    app.add_option("--config", options.config, "Properties file that says where records go")
+        ->type_name("FILE");
+    app.add_option("--logger", options.logger, "Name of the logger")
+        ->type_name("NAME")
+        ->capture_default_str();
     app.add_option("--level", options.levelText, "Level of the events, by name or number")
+        ->type_name("LEVEL")
         ->capture_default_str()
         ->check(checkLevel);
-    app.add_option("--file", options.file, "Source file that the events name");
-    app.add_option("--function", options.function, "Source function that the events name");
-    app.add_option("--line", options.line, "Source line that the events name")->check(checkLine);
-    app.add_option("--prop", options.properties, "Property NAME=VALUE of the events; repeatable")
+    app.add_option("--file", options.file, "Source file that the events name")->type_name("NAME");
+    app.add_option("--function", options.function, "Source function that the events name")
+        ->type_name("NAME");
+    app.add_option("--line", options.line, "Source line that the events name")
+        ->type_name("NUMBER")
+        ->check(checkLine);
+    app.add_option("--prop", options.properties, "Property of the events; repeatable")
+        ->type_name("NAME=VALUE")
         ->check(checkProperty)
         ->allow_extra_args(false);
     app.add_flag("--stats", options.stats, "Say at the end how many lines were logged");
-    app.add_option("INPUT", options.inputs, "Files to read; - and none are standard input");
+    app.add_option("INPUT", options.inputs, "Files to read; - and none are standard input")
+        ->type_name("");
 }
 
 // Events
