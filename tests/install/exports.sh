@@ -43,5 +43,6 @@ soname=$(readelf -d "$library" | sed -nE 's/.*\(SONAME\).*\[(.*)\]/\1/p')
 [[ $soname == libolvex.so.$major ]] || fail "the SONAME is $soname"
 needed=$(readelf -d "$library" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p')
 strangers=$(grep -Ev '^(libc|libm|ld-linux[^.]*)\.so\.[0-9]+$' <<<"$needed" || true)
-[[ -z $strangers ]] || fail "the library needs more than the C library: $strangers"
+[[ -z $strangers ]] ||
+    fail "the library needs $strangers for: $(nm -D -u "$library" | grep -E ' _Z|__cxa|__gxx' || true)"
 exit "$failures"
