@@ -60,10 +60,14 @@ bool hasOtherResult(std::string_view name)
 template <class Result>
 void check(const char *name, const Result &result)
 {
-    if constexpr (std::is_arithmetic_v<Result> || std::is_pointer_v<Result>)
-        if (!hasOtherResult(name)) EXPECT_EQ(result, Result{}) << name;
-    if constexpr (std::is_same_v<Result, char *>)
+    if constexpr (std::is_arithmetic_v<Result> || std::is_pointer_v<Result>) {
+        if (!hasOtherResult(name)) {
+            EXPECT_EQ(result, Result{}) << name;
+        }
+    }
+    if constexpr (std::is_same_v<Result, char *>) {
         if (!std::string_view(name).starts_with("Cx")) BaxMemoryFree(result);
+    }
 }
 
 template <class Result, class... Arguments>

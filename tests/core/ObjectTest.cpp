@@ -97,7 +97,7 @@ TEST_F(Objects, AHandlerComesWithTheDefaultFormatter)
 // The default formatter, made for the handler, takes the name of the handler that is being made.
 TEST_F(Objects, TwoOfOneNameAreRefusedWhileOneIsMade)
 {
-    close();
+    closeToolkit();
     OvxAddLoggerClass("any", nullptr, nullptr, nullptr, nullptr, nullptr);
     EXPECT_EQ(OvxGetObject("olvex.defaultFormatter", "ovx_consolehandler"), nullptr);
     OvxObject *formatter = OvxGetObject("olvex.defaultFormatter", "ovx_basicformatter");
@@ -203,7 +203,7 @@ TEST_F(Objects, CirclesOfListenersAreFreedAtClose)
     OvxReleaseObject(a);
     OvxReleaseObject(b);
     EXPECT_EQ(varsFreed, 0);
-    close();
+    closeToolkit();
     EXPECT_EQ(varsFreed, 2);
 }
 

@@ -78,10 +78,14 @@ class OpenToolkit : public ::testing::Test {
         divertReports();
     }
 
-    void TearDown() override
+    void TearDown() override { closeToolkit(); }
+
+    // Closes the toolkit with nothing of the fixture's held.
+    void closeToolkit()
     {
         for (OvxObject *object : held_)
             OvxReleaseObject(object);
+        held_.clear();
         OvxCloseToolkit();
     }
 

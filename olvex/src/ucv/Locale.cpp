@@ -22,6 +22,12 @@ using std::string_view;
 constexpr std::size_t kLocaleSize = 32;
 constexpr std::size_t kHeadSize = 6;
 
+// The beginning of a text, up to `count` characters.
+string_view head(string_view text, std::size_t count)
+{
+    return {text.data(), text.size() < count ? text.size() : count};
+}
+
 bool isLetter(char c)
 {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
@@ -90,9 +96,9 @@ struct Group {
 
     explicit Group(string_view locale)
     {
-        const string_view language = locale.substr(0, 2);
+        const string_view language = head(locale, 2);
         for (const NamePair &pair : kPlatformLocales) {
-            if (pair.name.substr(0, 2) != language) continue;
+            if (head(pair.name, 2) != language) continue;
             if (!first) first = &pair;
             last = &pair + 1;
         }
@@ -176,14 +182,14 @@ int ucv_canonical_loc(const char *name, char *buffer, size_t size)
 {
     if (!name) return copyCut("", buffer, size);
     if (const char *target = lookUp(kLocaleAliases, name)) return copyCut(target, buffer, size);
-    Head head(name);
-    if (head.isLanguage()) {
-        const char language[] = {lower(head.at[0]), lower(head.at[1])};
+    Head first(name);
+    if (first.isLanguage()) {
+        const char language[] = {lower(first.at[0]), lower(first.at[1])};
         return copyCut({language, sizeof language}, buffer, size);
     }
-    if (head.isLanguageAndTerritory()) {
-        const char locale[] = {lower(head.at[0]), lower(head.at[1]), '_', upper(head.at[3]),
-                               upper(head.at[4])};
+    if (first.isLanguageAndTerritory()) {
+        const char locale[] = {lower(first.at[0]), lower(first.at[1]), '_', upper(first.at[3]),
+                               upper(first.at[4])};
         return copyCut({locale, sizeof locale}, buffer, size);
     }
     return copyCut(name, buffer, size);
@@ -193,7 +199,7 @@ int ucv_canonical_lang(const char *name, char *buffer, size_t size)
 {
     char locale[kHeadSize];
     ucv_canonical_loc(name, locale, sizeof locale);
-    const string_view language = string_view(locale).substr(0, string_view(locale).find('_'));
+    const string_view language = head(locale, string_view(locale).find('_'));
     if (const char *target = lookUp(kLanguages, locale)) return copyCut(target, buffer, size);
     if (const char *target = lookUp(kLanguages, language)) return copyCut(target, buffer, size);
     return copyCut(language, buffer, size);

@@ -176,6 +176,7 @@ int CxStringBuffPrintf(uc_ch_t *codeSet, CxStringBuff *buffer, const char *forma
 int CxStringBuffPrintfV(uc_ch_t *codeSet, CxStringBuff *buffer, const char *format,
                         va_list arguments)
 {
+    if (!buffer || !format) return 0;
     ArgumentList list(arguments);
     return print(codeSet, buffer, format, &list);
 }
