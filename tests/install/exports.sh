@@ -44,5 +44,5 @@ soname=$(readelf -d "$library" | sed -nE 's/.*\(SONAME\).*\[(.*)\]/\1/p')
 needed=$(readelf -d "$library" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p')
 strangers=$(grep -Ev '^(libc|libm|ld-linux[^.]*)\.so\.[0-9]+$' <<<"$needed" || true)
 [[ -z $strangers ]] ||
-    fail "the library needs $strangers for: $(nm -D -u "$library" | grep -E ' _Z|__cxa|__gxx' || true)"
+    fail "the library needs $strangers for: $(nm -D -u "$library" | grep -E 'GLIBCXX|CXXABI' || true)"
 exit "$failures"
