@@ -26,9 +26,10 @@ check_cppcheck() {
 }
 
 check_tidy() {
-    run-clang-tidy -quiet -j 2 -p "$build" '/(olvex/src|tools|samples)/' 2>/dev/null |
-        { grep -E 'warning:|error:|note:' || true; } | tee "$build/tidy.log"
-    [[ ! -s $build/tidy.log ]]
+    run-clang-tidy -quiet -j 2 -p "$build" -extra-arg=-fno-color-diagnostics \
+        '/(olvex/src|tools|samples)/' >"$build/tidy.log" 2>&1 && return
+    grep -E ' (warning|error|note): ' "$build/tidy.log" | sort -u || tail "$build/tidy.log"
+    return 1
 }
 
 cmake --preset debug -B "$build" >/dev/null
