@@ -89,7 +89,7 @@ static inline bool OvxWouldLog(const OvxObject *logger, int level)
 {
     if (!logger) return false;
     const int64_t gate = __atomic_load_n((const int64_t *)(const void *)logger, __ATOMIC_RELAXED);
-    return level >= gate || (level == OVX_LEVEL_NONE && gate != INT64_MAX);
+    return level == OVX_LEVEL_NONE ? gate != INT64_MAX : level >= gate;
 }
 
 /**

@@ -12,28 +12,42 @@ namespace {
 
 constexpr std::int32_t kHighestIndex = 32767;
 
-struct FlagChar {
-    char character;
-    FormatFlag flag;
-};
+// The flag that a character stands for, 0 for none.
+constexpr std::uint32_t flagOf(char character)
+{
+    switch (character) {
+    case '-': return kFlagLeft;
+    case '0': return kFlagZero;
+    case '+': return kFlagPlus;
+    case ' ': return kFlagSpace;
+    case '#': return kFlagAlternate;
+    case '\'': return kFlagGroup;
+    default: return 0;
+    }
+}
 
-constexpr FlagChar kFlagChars[] = {
-    {'-', kFlagLeft},  {'0', kFlagZero},      {'+', kFlagPlus},
-    {' ', kFlagSpace}, {'#', kFlagAlternate}, {'\'', kFlagGroup},
-};
-
-struct ModifierText {
-    const char *text;
-    std::size_t size;
+struct Modifier {
     LengthMod code;
+    int size; // bytes
 };
 
-// Longer ones first.
-constexpr ModifierText kModifiers[] = {
-    {"I64", 3, kModI64},   {"hh", 2, kModChar},      {"ll", 2, kModLongLong}, {"h", 1, kModShort},
-    {"l", 1, kModLong},    {"L", 1, kModLongDouble}, {"j", 1, kModMax},       {"q", 1, kModQuad},
-    {"t", 1, kModPtrDiff}, {"z", 1, kModSize},       {"Z", 1, kModSize},
-};
+// The length modifier at the start of `text`.
+constexpr Modifier modifierAt(const char *text)
+{
+    switch (*text) {
+    case 'h': return text[1] == 'h' ? Modifier{kModChar, 2} : Modifier{kModShort, 1};
+    case 'l': return text[1] == 'l' ? Modifier{kModLongLong, 2} : Modifier{kModLong, 1};
+    case 'L': return {kModLongDouble, 1};
+    case 'I':
+        return text[1] == '6' && text[2] == '4' ? Modifier{kModI64, 3} : Modifier{kModNone, 0};
+    case 'j': return {kModMax, 1};
+    case 'q': return {kModQuad, 1};
+    case 't': return {kModPtrDiff, 1};
+    case 'z':
+    case 'Z': return {kModSize, 1};
+    default: return {kModNone, 0};
+    }
+}
 
 struct TypeRow {
     LengthMod modifier;
@@ -107,18 +121,26 @@ class Parser {
     bool run()
     {
         while (*at_)
-            if (!(*at_ == '%' ? parsePercent() : addText(std::strcspn(at_, "%")))) return false;
+            if (!(*at_ == '%' ? parsePercent() : addText(textSize()))) return false;
         return true;
     }
 
   private:
+    std::size_t textSize() const { return static_cast<std::size_t>(strchrnul(at_, '%') - at_); }
+
     CxPrintfFmt *addItem()
+    {
+        if (formats_.count == formats_.capacity && !growItems()) return nullptr;
+        return &formats_.items[formats_.count++];
+    }
+
+    bool growItems()
     {
         void *items = formats_.items;
         const bool room = CxListEnsureCapacity(&items, &formats_.capacity, &formats_.count,
                                                formats_.count + 1, sizeof(CxPrintfFmt)) == 1;
         formats_.items = static_cast<CxPrintfFmt *>(items);
-        return room ? &formats_.items[formats_.count++] : nullptr;
+        return room;
     }
 
     bool addText(std::size_t count)
@@ -191,15 +213,9 @@ class Parser {
 
     void parseFlags(CxPrintfFmt &item)
     {
-        for (;; ++at_) {
-            const std::uint32_t before = item.flags;
-            bool isFlag = false;
-            for (const FlagChar &entry : kFlagChars)
-                if (*at_ == entry.character) {
-                    item.flags = before | entry.flag;
-                    isFlag = true;
-                }
-            if (!isFlag) return;
+        while (const std::uint32_t flag = flagOf(*at_)) {
+            item.flags |= flag;
+            ++at_;
         }
     }
 
@@ -225,12 +241,9 @@ class Parser {
 
     void parseModifier(CxPrintfFmt &item)
     {
-        for (const ModifierText &modifier : kModifiers) {
-            if (std::strncmp(at_, modifier.text, modifier.size) != 0) continue;
-            item.lengthMod = modifier.code;
-            at_ += modifier.size;
-            return;
-        }
+        const Modifier modifier = modifierAt(at_);
+        item.lengthMod = modifier.code;
+        at_ += modifier.size;
     }
 
     bool parseConversion(CxPrintfFmt &item)
@@ -260,16 +273,21 @@ class Parser {
 
     bool growTable(std::int32_t count)
     {
+        if (count > arguments_.capacity && !growArguments(count)) return false;
+        for (std::int32_t i = arguments_.count; i < count; ++i)
+            arguments_.items[i].type = kUnset;
+        arguments_.count = count;
+        return true;
+    }
+
+    bool growArguments(std::int32_t count)
+    {
         void *items = arguments_.items;
         std::int32_t used = arguments_.count;
         const bool room = CxListEnsureCapacity(&items, &arguments_.capacity, &used, count,
                                                sizeof(CxPrintfArg)) == 1;
         arguments_.items = static_cast<CxPrintfArg *>(items);
-        if (!room) return false;
-        for (std::int32_t i = arguments_.count; i < count; ++i)
-            arguments_.items[i] = {};
-        arguments_.count = count;
-        return true;
+        return room;
     }
 
     const char *at_;

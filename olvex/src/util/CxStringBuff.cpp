@@ -119,28 +119,6 @@ int cxStringBuffHasCapacity(CxStringBuff *buffer, std::size_t extra)
     return buffer->capacity >= need || grow(buffer, need);
 }
 
-namespace olvex {
-
-bool appendBytes(CxStringBuff *buffer, const char *bytes, std::size_t count)
-{
-    if (!cxStringBuffHasCapacity(buffer, count)) return false;
-    std::memcpy(buffer->str + buffer->length, bytes, count);
-    buffer->length += static_cast<std::uint32_t>(count);
-    buffer->str[buffer->length] = '\0';
-    return true;
-}
-
-bool appendFill(CxStringBuff *buffer, char byte, std::size_t count)
-{
-    if (!cxStringBuffHasCapacity(buffer, count)) return false;
-    std::memset(buffer->str + buffer->length, byte, count);
-    buffer->length += static_cast<std::uint32_t>(count);
-    buffer->str[buffer->length] = '\0';
-    return true;
-}
-
-} // namespace olvex
-
 int CxStringBuffAppendChar(CxStringBuff *buffer, char byte)
 {
     return appendBytes(buffer, &byte, 1);

@@ -77,7 +77,7 @@ class Arena {
         char *bytes() { return reinterpret_cast<char *>(this + 1); }
     };
 
-    [[gnu::cold]] void *allocateInNewBlock(std::size_t size)
+    [[gnu::cold, gnu::noinline]] void *allocateInNewBlock(std::size_t size)
     {
         Block *block = takeBlock(size);
         if (!block) return nullptr;
