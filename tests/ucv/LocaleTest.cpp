@@ -1,0 +1,191 @@
+// Locale names, environment variables and code-set handles.
+#include <olvex/olvex.h>
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "ucv/Handle.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Function = int (*)(const char *, char *, size_t);
+
+std::string text(Function function, const char *name, size_t size = 64)
+{
+    char buffer[64] = "untouched";
+    function(name, buffer, size);
+    return buffer;
+}
+
+TEST(Locales, HaveCanonicalNames)
+{
+    const struct {
+        const char *name;
+        const char *canonical;
+    } cases[] = {{"american", "C"},       {"su", "fi"},       {"fr.ISO8859-1", "fr"},
+                 {"FR@euro", "fr"},       {"de-de", "de_DE"}, {"ja_jp.eucJP", "ja_JP"},
+                 {"zh_TW.BIG5", "zh_TW"}, {"C", "C"},         {"POSIX", "POSIX"},
+                 {"en_USA", "en_USA"},    {"e", "e"},         {"", ""},
+                 {"Jp_JP", "ja_JP"},      {"x_y", "x_y"}};
+    for (const auto &entry : cases)
+        EXPECT_EQ(text(ucv_canonical_loc, entry.name), entry.canonical) << entry.name;
+    EXPECT_EQ(text(ucv_canonical_loc, "de_DE", 4), "de_");
+    EXPECT_EQ(text(ucv_canonical_loc, "de_DE", 0), "untouched");
+}
+
+TEST(Locales, HaveCanonicalLanguages)
+{
+    const struct {
+        const char *name;
+        const char *language;
+    } cases[] = {{"fr_CA", "fr_FR"}, {"en_US", "C"},  {"de_DE", "de"}, {"pt_BR", "pt_BR"},
+                 {"zh_TW", "zh_TW"}, {"zh", "zh_CN"}, {"xx", "xx"},    {"ja.eucJP", "ja_JP"}};
+    for (const auto &entry : cases)
+        EXPECT_EQ(text(ucv_canonical_lang, entry.name), entry.language) << entry.name;
+}
+
+TEST(Locales, AreSetOrFallBackToC)
+{
+    EXPECT_STREQ(ucv_setlocale(LC_ALL, "C"), "C");
+    EXPECT_STREQ(ucv_setlocale(LC_ALL, nullptr), "C");
+    EXPECT_STREQ(ucv_setlocale(LC_ALL, "xx_YY"), "C");
+    EXPECT_STREQ(ucv_setlocale(LC_ALL, "en.nowhere"), "C"); // the platform's name for "en"
+    char *locale = ucv_loc_new("pt-br.UTF-8");
+    EXPECT_STREQ(locale, "pt_BR");
+    ucv_loc_free(locale);
+}
+
+TEST(Locales, KeepTheirPathsInTheEnvironment)
+{
+    unsetenv("NLSPATH");
+    EXPECT_STREQ(ucv_get_nlspath(), "");
+    EXPECT_EQ(ucv_prepend_nlspath("/a/%N"), 0);
+    EXPECT_STREQ(ucv_get_nlspath(), "/a/%N:");
+    char path[] = "/b/%N";
+    EXPECT_EQ(ucv_prepend_nlspath(path), 0);
+    path[1] = 'x'; // nothing of the caller's is kept
+    EXPECT_STREQ(std::getenv("NLSPATH"), "/b/%N:/a/%N:");
+    ucv_set_dir("/tables");
+    EXPECT_STREQ(ucv_get_dir(), "/tables");
+    unsetenv("NLSPATH");
+    unsetenv("UCVDIR");
+}
+
+// A directory of table files, found through UCVDIR.
+class Tables : public testing::Test {
+  protected:
+    void SetUp() override
+    {
+        char pattern[] = "/tmp/olvex-tables-XXXXXX";
+        directory_ = mkdtemp(pattern);
+        fs::create_directory(directory_ / "codeset");
+        ucv_set_dir(directory_.c_str());
+    }
+    void TearDown() override
+    {
+        fs::remove_all(directory_);
+        unsetenv("UCVDIR");
+        ucv_uninit();
+    }
+
+    void write(const std::string &name, const std::string &content)
+    {
+        std::ofstream(directory_ / "codeset" / name, std::ios::binary) << content;
+    }
+
+    static std::string table(const std::string &name, char family)
+    {
+        std::string image(olvex::ucv::kHeaderSize, '\0');
+        image.replace(olvex::ucv::kMagicAt, 3, "\x75\x63\x76");
+        image.replace(olvex::ucv::kNameAt, name.size(), name);
+        image[olvex::ucv::kFamilyAt] = family;
+        return image;
+    }
+
+    fs::path directory_;
+};
+
+TEST_F(Tables, AreFoundByAnyOfTheirNames)
+{
+    write("ISO88591", table("ISO88591", 1));
+    write("LATIN1", "ISO88591\n");
+    write("1047", table("KEL1047", 8));
+    for (const char *name : {"iso8859-1", "ISO_8859_1", "latin-1"}) {
+        uc_ch_t *handle = ucv_cs_new(name);
+        ASSERT_NE(handle, nullptr) << name;
+        EXPECT_STREQ(ucv_get_cs_name(handle), "ISO88591");
+        uint32_t size = 0;
+        EXPECT_NE(ucv_cs_table(handle, &size), nullptr);
+        EXPECT_EQ(size, olvex::ucv::kHeaderSize);
+        ucv_cs_free(handle);
+    }
+    uc_ch_t *handle = ucv_cs_new("KEL-1047");
+    EXPECT_STREQ(ucv_get_cs_name(handle), "KEL1047");
+    ucv_cs_free(handle);
+}
+
+TEST_F(Tables, ThatAreNoneAreRefused)
+{
+    std::string image = table("BAD", 1);
+    write("SHORT", image.substr(0, image.size() - 1));
+    image[olvex::ucv::kMagicAt] = 'x';
+    write("MAGIC", image);
+    write("LOOP", "LOOP");
+    write("A1", "A2");
+    write("A2", "../A1");
+    write("EMPTY", " \n\t");
+    fs::create_directory(directory_ / "codeset" / "DIR");
+    for (const char *name :
+         {"short", "magic", "loop", "a1", "empty", "dir", "absent", "", "///", "/etc/passwd"})
+        EXPECT_EQ(ucv_cs_new(name), nullptr) << name;
+    EXPECT_EQ(ucv_cs_new(std::string(500, 'A').c_str()), nullptr);
+}
+
+TEST_F(Tables, AreSharedByDuplicatesThatOutliveTheirOwner)
+{
+    write("X1", table("X1", 1));
+    uc_ch_t *owner = ucv_cs_new("x1");
+    uc_ch_t *copy = ucv_dup_handle(owner);
+    EXPECT_EQ(ucv_cs_table(owner, nullptr), ucv_cs_table(copy, nullptr));
+    ucv_set_def_cs(owner);
+    EXPECT_EQ(ucv_get_def_cs(), owner);
+    ucv_cs_free(owner);
+    EXPECT_STREQ(ucv_get_cs_name(nullptr), "OS");
+    EXPECT_STREQ(ucv_get_cs_name(copy), "X1");
+    ucv_cs_free(copy);
+}
+
+TEST_F(Tables, TheDefaultComesFromTheEnvironment)
+{
+    ucv_uninit();
+    write("MINE", table("MINE", 1));
+    setenv("UCV_CODESET", "mine", 1);
+    EXPECT_STREQ(ucv_get_cs_name(nullptr), "MINE");
+    ucv_uninit();
+    EXPECT_EQ(ucv_initialized, 0);
+    setenv("UCV_CODESET", "nowhere", 1);
+    write("DEFAULT", table("FALLBACK", 1));
+    EXPECT_STREQ(ucv_get_cs_name(nullptr), "FALLBACK");
+    unsetenv("UCV_CODESET");
+}
+
+TEST(Handles, OfUtf8AreOneAndTheSame)
+{
+    uc_ch_t *handle = ucv_cs_new("utf-8");
+    EXPECT_EQ(handle, ucv_cs_new("UTF8"));
+    ucv_cs_free(handle);
+    EXPECT_STREQ(ucv_get_cs_name(handle), "UTF8");
+    uc_ch_t *bytes = ucv_cs_new("internal37");
+    EXPECT_STREQ(ucv_get_cs_name(bytes), "");
+    ucv_cs_free(bytes);
+    EXPECT_STREQ(ucv_version, "UCV Version 2.3");
+}
+
+} // namespace
