@@ -68,6 +68,7 @@ void check(const char *name, const Result &result)
     if constexpr (std::is_same_v<Result, char *>) {
         if (!std::string_view(name).starts_with("Cx")) BaxMemoryFree(result);
     }
+    if constexpr (std::is_same_v<Result, uc_ch_t *>) ucv_cs_free(result); // built-in ones stay
 }
 
 template <class Result, class... Arguments>
