@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "OvxFileHandler.h"
 #include "messages/Messages.h"
 #include "util/OvxStringGroup.h"
 #include "util/OvxStringToObjClassMap.h"
@@ -57,6 +58,24 @@ constexpr BuiltInClass kBuiltInClasses[] = {
       .process = OvxStderrHandlerFProcess,
       .open = OvxConsoleHandlerFOpen,
       .close = OvxConsoleHandlerFClose}},
+    {"ovx_filehandler",
+     OVX_CLASS_HANDLER,
+     Message::kDescFileHandler,
+     {.allocVars = OvxFileHandlerFAllocVars,
+      .freeVars = OvxFileHandlerFFreeVars,
+      .cfgChange = OvxFileHandlerFCfgChange,
+      .process = OvxFileHandlerFProcess,
+      .open = OvxFileHandlerFOpen,
+      .close = OvxFileHandlerFClose}},
+    {"ovx_multiproc_filehandler",
+     OVX_CLASS_HANDLER,
+     kNoDescription,
+     {.allocVars = OvxFileHandlerFAllocVars,
+      .freeVars = OvxFileHandlerFFreeVars,
+      .cfgChange = OvxFileHandlerFCfgChange,
+      .process = OvxMultiProcFileHandlerFProcess,
+      .open = OvxMultiProcFileHandlerFOpen,
+      .close = OvxMultiProcFileHandlerFClose}},
     {"ovx_basicformatter",
      OVX_CLASS_FORMATTER,
      Message::kDescBasicFormatter,

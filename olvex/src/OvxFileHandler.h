@@ -1,0 +1,70 @@
+// The file handler's private variables and class functions; the handler for shared files uses the
+// same variables and configuration. Called with the API mutex held.
+#pragma once
+
+#include <olvex/Process.h>
+
+#include "OvxFileState.h"
+#include "OvxLogFiles.h"
+#include "OvxObject.h"
+
+struct OvxFileHandlerVars {
+    CxFile file = -1;
+    bool isOpen = false;
+    olvex::FileState state; // of the open file: which it is, and its size as last measured
+    std::int32_t maxFileBytes = 1048576;
+    std::int32_t maxFiles = 3;
+    olvex::LogName name;
+    uc_ch_t *codeSet = nullptr; // none: UTF-8
+    std::uint32_t filePermission = 0744;
+    std::uint32_t dirPermission = 0771;
+    bool appending = true;
+    bool semOpen = false;
+    std::int32_t semKey = 31821;
+    CxSem sem = -1;
+    bool logInternalErrs = true;
+};
+
+namespace olvex {
+
+OvxFileHandlerVars *fileVarsOf(const OvxObject *handler);
+
+// Whether the next record needs a fresh file.
+bool isLogFull(const OvxFileHandlerVars &vars, std::uint64_t size);
+
+// Makes the directory and opens the active file, without more; reports what fails.
+bool openLogFile(OvxFileHandlerVars &vars, int flags);
+
+// A text as it goes into the file: UTF-8 as it is, else converted into a buffer that is reused.
+class EncodedText {
+  public:
+    EncodedText(uc_ch_t *codeSet, const char *utf8, std::size_t size);
+    EncodedText(const EncodedText &) = delete;
+    EncodedText &operator=(const EncodedText &) = delete;
+
+    const char *get() const { return text_; }
+    std::size_t size() const { return size_; }
+
+  private:
+    const char *text_;
+    std::size_t size_;
+};
+
+void reportFailure(CxResult result);
+
+} // namespace olvex
+
+void *OvxFileHandlerFAllocVars();
+void OvxFileHandlerFFreeVars(void *variables);
+void OvxFileHandlerFCfgChange(OvxObject *handler, const char *name);
+void OvxFileHandlerFProcess(OvxObject *handler, OvxEvent *event);
+void OvxFileHandlerFOpen(OvxObject *handler);
+void OvxFileHandlerFClose(OvxObject *handler);
+// Shifts the numbered files by one, the active one becoming number 1.
+void ovxFileHandlerDoRollover(OvxFileHandlerVars &vars);
+void ovxFileHandlerCfgPerms(OvxObject *handler, const char *text);
+void ovxFileHandlerCfgDirPerms(OvxObject *handler, const char *text);
+
+void OvxMultiProcFileHandlerFProcess(OvxObject *handler, OvxEvent *event);
+void OvxMultiProcFileHandlerFOpen(OvxObject *handler);
+void OvxMultiProcFileHandlerFClose(OvxObject *handler);

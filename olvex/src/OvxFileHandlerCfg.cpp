@@ -1,0 +1,179 @@
+// The properties of the file handlers. A change closes the handler, is stored, and is reported
+// last, since the report may come back to the handler.
+#include "OvxFileHandler.h"
+
+#include <olvex/Ucv.h>
+
+#include <optional>
+#include <utility>
+
+#include "messages/Messages.h"
+
+#include <cstdio>
+
+using namespace olvex;
+
+namespace {
+
+constexpr std::int32_t kFallbackBytes = 1024;
+constexpr std::int32_t kFallbackFiles = 3;
+constexpr std::uint32_t kModeBits = 07777;
+
+std::optional<std::int32_t> numberProperty(const OvxObject *handler, const char *name)
+{
+    bool found = false;
+    const std::int32_t value = ovxIntlGetObjPropInt(handler, name, &found);
+    return found ? std::optional(value) : std::nullopt;
+}
+
+bool flagProperty(const OvxObject *handler, const char *name)
+{
+    bool found = false;
+    const bool value = ovxIntlGetObjPropBool(handler, name, &found);
+    return found ? value : true;
+}
+
+// A base that ends in a digit gets a "_" behind it: numbers are for the older files.
+Text withoutTrailingNumber(const char *name)
+{
+    Text copy(static_cast<char *>(BaxMemoryMalloc(BaxStringLen(name) + 2)));
+    if (!copy) return nullptr;
+    const int digit = ovxFHTrailingBaseDigit(name);
+    if (digit < 0) {
+        BaxStringCpy(copy.get(), name);
+        return copy;
+    }
+    const auto head = static_cast<std::size_t>(digit) + 1;
+    std::memcpy(copy.get(), name, head);
+    copy.get()[head] = '_';
+    BaxStringCpy(copy.get() + head + 1, name + head);
+    return copy;
+}
+
+void changeFileName(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    OvxFileHandlerFClose(handler);
+    const char *value = peekProperty(handler, "fileName");
+    const bool isGiven = value && *value;
+    const Text name = withoutTrailingNumber(isGiven ? value : "default.log");
+    ovxFHGetFileNameParts(name.get(), vars.name, vars.logInternalErrs);
+    if (!isGiven)
+        report(OVX_LEVEL_WARN, Message::kEmptyProperty, "fileName", ovxIntlGetObjectName(handler));
+}
+
+void changeMaxFileSize(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    OvxFileHandlerFClose(handler);
+    vars.maxFileBytes = numberProperty(handler, "maxFileSize").value_or(kFallbackBytes);
+}
+
+void changeMaxFileBytes(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    OvxFileHandlerFClose(handler);
+    const auto value = numberProperty(handler, "maxFileBytes");
+    const bool isBad = value && *value <= 0;
+    vars.maxFileBytes = value && !isBad ? *value : kFallbackBytes;
+    if (isBad)
+        report(OVX_LEVEL_WARN, Message::kBadMaxFileBytes, ovxIntlGetObjectName(handler), *value);
+    else if (vars.maxFiles == 1)
+        report(OVX_LEVEL_WARN, Message::kMaxFileBytesUnused, ovxIntlGetObjectName(handler));
+}
+
+void changeMaxFiles(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    OvxFileHandlerFClose(handler);
+    const auto value = numberProperty(handler, "maxFiles");
+    const bool isBad = value && *value < 1;
+    vars.maxFiles = value && !isBad ? *value : kFallbackFiles;
+    if (isBad) report(OVX_LEVEL_WARN, Message::kBadMaxFiles, ovxIntlGetObjectName(handler), *value);
+}
+
+void changeAppending(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    OvxFileHandlerFClose(handler);
+    vars.appending = flagProperty(handler, "appending");
+}
+
+void changeFileEncoding(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    OvxFileHandlerFClose(handler);
+    const Text name(ovxIntlGetObjProp(handler, "fileEncoding", nullptr));
+    ucv_cs_free(std::exchange(vars.codeSet, ucv_cs_new(name.get())));
+    if (name && !vars.codeSet && vars.logInternalErrs)
+        report(OVX_LEVEL_WARN, Message::kCodeSetNotLoaded, static_cast<const char *>(name.get()));
+}
+
+void changeSemKey(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    OvxFileHandlerFClose(handler);
+    vars.semKey = ovxIntlGetObjPropInt(handler, "MPFileSemKey", nullptr);
+}
+
+void changeLogInternalErrs(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    vars.logInternalErrs = flagProperty(handler, "logInternalErrs");
+}
+
+// Reads up to four octal digits into a permission; what cannot be read is reported.
+void changePermission(OvxObject *handler, const char *text, std::uint32_t &permission)
+{
+    OvxFileHandlerVars *vars = fileVarsOf(handler);
+    if (!vars || !text) return;
+    unsigned mode = 0;
+    if (std::sscanf(text, "%4o", &mode) == 1)
+        permission = mode & kModeBits;
+    else if (vars->logInternalErrs)
+        report(OVX_LEVEL_WARN, Message::kBadFileMode, text, ovxIntlGetObjectName(handler));
+}
+
+void changeFilePermission(OvxObject *handler, OvxFileHandlerVars &)
+{
+    const Text text(ovxIntlGetObjProp(handler, "filePermission", nullptr));
+    if (!text) return;
+    OvxFileHandlerFClose(handler);
+    ovxFileHandlerCfgPerms(handler, text.get());
+}
+
+void changeDirPermission(OvxObject *handler, OvxFileHandlerVars &)
+{
+    const Text text(ovxIntlGetObjProp(handler, "dirPermission", nullptr));
+    if (!text) return;
+    OvxFileHandlerFClose(handler);
+    ovxFileHandlerCfgDirPerms(handler, text.get());
+}
+
+struct PropertyChange {
+    const char *name;
+    void (*apply)(OvxObject *handler, OvxFileHandlerVars &vars);
+};
+
+constexpr PropertyChange kChanges[] = {
+    {"fileName", changeFileName},           {"maxFileBytes", changeMaxFileBytes},
+    {"maxFileSize", changeMaxFileSize},     {"maxFiles", changeMaxFiles},
+    {"appending", changeAppending},         {"filePermission", changeFilePermission},
+    {"dirPermission", changeDirPermission}, {"fileEncoding", changeFileEncoding},
+    {"MPFileSemKey", changeSemKey},         {"logInternalErrs", changeLogInternalErrs},
+};
+
+} // namespace
+
+void ovxFileHandlerCfgPerms(OvxObject *handler, const char *text)
+{
+    if (OvxFileHandlerVars *vars = fileVarsOf(handler))
+        changePermission(handler, text, vars->filePermission);
+}
+
+void ovxFileHandlerCfgDirPerms(OvxObject *handler, const char *text)
+{
+    if (OvxFileHandlerVars *vars = fileVarsOf(handler))
+        changePermission(handler, text, vars->dirPermission);
+}
+
+void OvxFileHandlerFCfgChange(OvxObject *handler, const char *name)
+{
+    OvxFileHandlerVars *vars = fileVarsOf(handler);
+    if (!vars || !name) return;
+    for (const PropertyChange &change : kChanges)
+        if (BaxStringCmp(name, change.name) == 0) return change.apply(handler, *vars);
+    OvxBasicHandlerFCfgChange(handler, name);
+}

@@ -1,0 +1,260 @@
+// The file handler: names, rollover, permissions, properties, files that go away underneath it.
+#include "LogDirectory.h"
+
+#include "OvxFileHandler.h"
+
+#include <sys/stat.h>
+
+using namespace olvex::test;
+
+namespace {
+
+namespace fs = std::filesystem;
+using Strings = std::vector<std::string>;
+using Names = std::set<std::string>;
+
+class FileHandler : public OpenToolkit {
+  protected:
+    void SetUp() override
+    {
+        OpenToolkit::SetUp();
+        addPlainFormatters();
+        logger_ = get("log", "ovx_basiclogger");
+        handler_ = get("file", "ovx_filehandler");
+        OvxAddListener(logger_, handler_);
+        useFormatter("test_plain");
+        set("fileName", directory_ / "app.log");
+    }
+
+    void useFormatter(const char *className)
+    {
+        OvxHandlerSetFormatter(handler_, get(className, className));
+    }
+    void set(const char *name, const std::string &value)
+    {
+        OvxSetObjProp(handler_, name, value.c_str());
+    }
+    void log(const std::string &text)
+    {
+        OvxLogText(logger_, "%1$s", OVX_PARM_STRING, text.c_str(), 0);
+    }
+
+    LogDirectory directory_;
+    OvxObject *logger_ = nullptr;
+    OvxObject *handler_ = nullptr;
+};
+
+TEST_F(FileHandler, RollsOverBeforeTheRecordThatFindsTheFileFull)
+{
+    set("maxFiles", "3");
+    set("maxFileBytes", "100");
+    const std::string record(59, 'x');
+    for (char n = '1'; n <= '7'; ++n)
+        log(n + record.substr(1));
+    const auto content = [&](const char *digits) {
+        std::string text;
+        for (; *digits; ++digits)
+            text += *digits + record.substr(1) + "\n";
+        return text;
+    };
+    EXPECT_EQ(directory_.names(), (Names{"app.log", "app1.log", "app2.log"}));
+    EXPECT_EQ(directory_.read("app.log"), content("7"));
+    EXPECT_EQ(directory_.read("app1.log"), content("56"));
+    EXPECT_EQ(directory_.read("app2.log"), content("34"));
+}
+
+TEST_F(FileHandler, OneFileIsNeverRolled)
+{
+    set("maxFiles", "1");
+    set("maxFileBytes", "10");
+    for (int i = 0; i < 5; ++i)
+        log("0123456789");
+    EXPECT_EQ(directory_.names(), Names{"app.log"});
+    EXPECT_EQ(directory_.read("app.log").size(), 55u);
+    EXPECT_EQ(reports(), Strings{"OVXFH0079W Property 'maxFileBytes' will be ignored for file "
+                                 "handler 'file', because property 'maxFiles' is set to 1."});
+}
+
+TEST_F(FileHandler, FramesEachFileAndReopensWithItsSettings)
+{
+    useFormatter("test_framed");
+    set("maxFileBytes", "12");
+    log("one");
+    log("two"); // 2 + 4 + 4 bytes so far
+    log("three");
+    log("four");
+    EXPECT_EQ(directory_.read("app1.log"), "<\none\ntwo\nthree\n>\n");
+    EXPECT_EQ(directory_.read("app.log"), "<\nfour\n");
+    set("maxFileBytes", "1000");
+    log("five");
+    EXPECT_EQ(directory_.read("app.log"), "<\nfour\n>\n<\nfive\n");
+    set("appending", "false");
+    log("six");
+    EXPECT_EQ(directory_.read("app.log"), "<\nsix\n");
+}
+
+TEST_F(FileHandler, AFileThatIsFullAlreadyIsRolledWhenOpened)
+{
+    directory_.write("app.log", "an old log\n");
+    useFormatter("test_framed");
+    set("maxFileBytes", "5");
+    log("new");
+    EXPECT_EQ(directory_.read("app1.log"), "an old log\n>\n");
+    EXPECT_EQ(directory_.read("app.log"), "<\nnew\n");
+}
+
+TEST_F(FileHandler, TheNextRecordFindsTheFileGone)
+{
+    useFormatter("test_framed");
+    log("one");
+    fs::remove(directory_ / "app.log");
+    log("two");
+    EXPECT_EQ(directory_.read("app.log"), "<\ntwo\n");
+    fs::rename(directory_ / "app.log", directory_ / "moved");
+    log("three");
+    EXPECT_EQ(directory_.read("moved"), "<\ntwo\n>\n");
+    EXPECT_EQ(directory_.read("app.log"), "<\nthree\n");
+    directory_.write("other", "another\n");
+    fs::rename(directory_ / "other", directory_ / "app.log"); // as an outside rotation does
+    log("four");
+    EXPECT_EQ(directory_.read("app.log"), "another\n<\nfour\n");
+    fs::remove(directory_ / "app.log");
+    fs::create_directory(directory_ / "app.log");
+    log("lost");
+    EXPECT_FALSE(reports().empty());
+    fs::remove(directory_ / "app.log");
+    log("five");
+    EXPECT_EQ(directory_.read("app.log"), "<\nfive\n");
+}
+
+TEST_F(FileHandler, NamesAreTakenApart)
+{
+    const std::string here = fs::current_path().string();
+    const struct {
+        const char *name;
+        const char *directory; // none: the working directory
+        const char *base;
+        int number;
+        const char *extension;
+        const char *second;
+    } cases[] = {
+        {"/var/log/app.log", "/var/log", "app", 0, "log", "/var/log/app2.log"},
+        {"logs/app", "logs", "app", 0, nullptr, "logs/app2"},
+        {"C:\\logs\\app.log", "C:/logs", "app", 0, "log", "C:/logs/app2.log"},
+        {"x/trace17.log", "x", "trace", 17, "log", "x/trace2.log"},
+        {"app.log", nullptr, "app", 0, "log", nullptr},
+        {"/app.log", nullptr, "app", 0, "log", nullptr},
+        {"logs.d/app", nullptr, "logs", 0, "d/app", nullptr},
+        {"x/9", "x", "", 9, nullptr, "x/2"},
+    };
+    for (const auto &entry : cases) {
+        olvex::LogName parts;
+        ovxFHGetFileNameParts(entry.name, parts, true);
+        EXPECT_EQ(parts.directory.get(), entry.directory ? std::string(entry.directory) : here);
+        EXPECT_STREQ(parts.base.get(), entry.base) << entry.name;
+        EXPECT_EQ(parts.number, entry.number) << entry.name;
+        EXPECT_STREQ(parts.extension.get(), entry.extension) << entry.name;
+        if (!entry.second) continue;
+        EXPECT_STREQ(parts.pathOf(2).get(), entry.second);
+    }
+}
+
+TEST_F(FileHandler, ConfiguredNamesNeverEndInDigits)
+{
+    set("fileName", directory_ / "audit2.log");
+    set("maxFileBytes", "1");
+    log("one");
+    log("two");
+    EXPECT_EQ(directory_.names(), (Names{"audit2_.log", "audit2_1.log"}));
+}
+
+TEST_F(FileHandler, BadValuesAreReportedAndReplaced)
+{
+    set("maxFileBytes", "0");
+    set("maxFiles", "-1");
+    set("filePermission", "rw");
+    set("fileEncoding", "no-such-code-set");
+    EXPECT_EQ(reports(),
+              (Strings{"OVXFH0078W Property 'maxFileBytes' will be ignored for file handler "
+                       "'file', because the value  0 is not greater than zero.",
+                       "OVXFH0077W Property 'maxFiles' will be ignored for file handler file, "
+                       "because the value -1 is not greater than zero.",
+                       "OVXMP0074W The value rw is not a valid file permission mask for file "
+                       "handler file. Please specify a four-digit octal value (with a leading "
+                       "zero).",
+                       "OVXFH0036W Could not load codeset no-such-code-set. Logged text will be "
+                       "stored in UTF-8 encoding instead."}));
+    const auto *vars = olvex::fileVarsOf(handler_);
+    EXPECT_EQ(vars->maxFileBytes, 1024);
+    EXPECT_EQ(vars->maxFiles, 3);
+    records.clear();
+    set("logInternalErrs", "false");
+    set("filePermission", "rw");
+    set("fileEncoding", "no-such-code-set");
+    EXPECT_EQ(reports(), Strings{});
+    log("text");
+    EXPECT_EQ(directory_.read("app.log"), "text\n");
+}
+
+TEST_F(FileHandler, NamesThatCannotBeUsedAreReported)
+{
+    set("fileName", std::string(300, 'n'));
+    log("lost");
+    set("fileName", "");
+    const Strings expected{"OVXBC0031E Property 'fileName' must be 255 characters or less.",
+                           "Bad file descriptor",
+                           "OVXBC04E Property 'fileName' will be ignored for 'file' because the "
+                           "value is empty or blank."};
+    EXPECT_EQ(reports(), expected);
+}
+
+TEST_F(FileHandler, DirectoriesAndFilesGetTheirModes)
+{
+    umask(022);
+    set("fileName", directory_ / "a/b/c/app.log");
+    set("dirPermission", "0750");
+    set("filePermission", "0600");
+    log("text");
+    struct stat status = {};
+    for (const char *level : {"a", "a/b", "a/b/c"}) {
+        stat((directory_ / level).c_str(), &status);
+        EXPECT_EQ(status.st_mode & 07777, 0750u) << level;
+    }
+    stat((directory_ / "a/b/c/app.log").c_str(), &status);
+    EXPECT_EQ(status.st_mode & 07777, 0600u);
+    directory_.write("file", "");
+    set("fileName", directory_ / "file/app.log");
+    log("lost");
+    EXPECT_EQ(reports().at(0), "OVXFH0032E Property 'fileName' must be a valid file path for this "
+                               "platform, but value '" +
+                                   (directory_ / "file") + "' was given.");
+}
+
+TEST_F(FileHandler, ListenersBehindItSeeWhatWasWritten)
+{
+    OvxAddListener(handler_, get("behind", "test_recorder"));
+    log("one");
+    OvxSetObjectEnabled(handler_, false);
+    log("two");
+    EXPECT_EQ(recordedBy("behind"), Strings{"one"});
+    EXPECT_EQ(directory_.read("app.log"), "one\n");
+}
+
+TEST_F(FileHandler, OfTheErrorLoggerDoesNotReportItself)
+{
+    OvxAddListener(get("olvex.errorLogger"), handler_);
+    fs::create_directory(directory_ / "app.log");
+    log("lost");
+    EXPECT_FALSE(reports().empty());
+    EXPECT_LT(reports().size(), 10u);
+}
+
+TEST_F(FileHandler, ClosesWithoutTrailerWithTheToolkit)
+{
+    useFormatter("test_framed");
+    log("one");
+    OvxCloseToolkit();
+    EXPECT_EQ(directory_.read("app.log"), "<\none\n");
+}
+
+} // namespace

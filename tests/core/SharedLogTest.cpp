@@ -1,0 +1,223 @@
+// The log shared by processes: rollover in place, writers of several processes, and rollovers that
+// are cut short by the death of their process.
+#include "LogDirectory.h"
+
+#include "OvxFileHandler.h"
+#include "OvxRolloverPoints.h"
+
+#include <cstring>
+#include <sys/ipc.h>
+#include <sys/sem.h>
+#include <sys/wait.h>
+
+using namespace olvex::test;
+
+namespace {
+
+namespace fs = std::filesystem;
+using Strings = std::vector<std::string>;
+using Names = std::set<std::string>;
+
+class SharedLog : public OpenToolkit {
+  protected:
+    void SetUp() override
+    {
+        OpenToolkit::SetUp();
+        addPlainFormatters();
+        logger_ = get("log", "ovx_basiclogger");
+        handler_ = get("file", "ovx_multiproc_filehandler");
+        OvxAddListener(logger_, handler_);
+        OvxHandlerSetFormatter(handler_, get("plain", "test_plain"));
+        set("MPFileSemKey", std::to_string(key_));
+        set("fileName", directory_ / "app.log");
+    }
+
+    void TearDown() override
+    {
+        OpenToolkit::TearDown();
+        removeSemaphore();
+    }
+
+    void removeSemaphore() const
+    {
+        const int set = semget(key_, 1, 0);
+        if (set >= 0) semctl(set, 0, IPC_RMID);
+    }
+
+    void set(const char *name, const std::string &value)
+    {
+        OvxSetObjProp(handler_, name, value.c_str());
+    }
+    void log(const std::string &text)
+    {
+        OvxLogText(logger_, "%1$s", OVX_PARM_STRING, text.c_str(), 0);
+    }
+
+    // All records of the log, oldest file first.
+    Strings readBack(int files) const
+    {
+        Strings lines;
+        for (int n = files; n >= 0; --n) {
+            std::istringstream content(
+                directory_.read(n ? "app" + std::to_string(n) + ".log" : "app.log"));
+            for (std::string line; std::getline(content, line);)
+                lines.push_back(line);
+        }
+        return lines;
+    }
+
+    LogDirectory directory_;
+    int key_ = 0x4f560000 + getpid() % 0xffff;
+    OvxObject *logger_ = nullptr;
+    OvxObject *handler_ = nullptr;
+};
+
+TEST_F(SharedLog, KeepsTheActiveFileAtRollover)
+{
+    set("maxFiles", "3");
+    set("maxFileBytes", "10");
+    set("appending", "false"); // without effect
+    struct stat before = {};
+    struct stat after = {};
+    log("one");
+    stat((directory_ / "app.log").c_str(), &before);
+    for (const char *text : {"two", "three", "four", "five", "six", "seven"})
+        log(text);
+    stat((directory_ / "app.log").c_str(), &after);
+    EXPECT_EQ(before.st_ino, after.st_ino);
+    EXPECT_EQ(directory_.names(), (Names{"app.log", "app1.log", "app2.log"}));
+    EXPECT_EQ(directory_.read("app2.log"), "one\ntwo\nthree\n");
+    EXPECT_EQ(directory_.read("app1.log"), "four\nfive\n");
+    EXPECT_EQ(directory_.read("app.log"), "six\nseven\n");
+}
+
+TEST_F(SharedLog, WritesNoHeaderAndNoTrailerOfItsOwn)
+{
+    OvxHandlerSetFormatter(handler_, get("framed", "test_framed"));
+    log("one");
+    EXPECT_EQ(directory_.read("app.log"), "one\n");
+}
+
+TEST_F(SharedLog, TheNextRecordFindsTheFileGone)
+{
+    log("one");
+    fs::rename(directory_ / "app.log", directory_ / "moved");
+    log("two");
+    EXPECT_EQ(directory_.read("moved"), "one\n");
+    EXPECT_EQ(directory_.read("app.log"), "two\n");
+}
+
+TEST_F(SharedLog, OpensASemaphoreThatWasRemovedAnew)
+{
+    log("one");
+    removeSemaphore();
+    log("two");
+    EXPECT_EQ(directory_.read("app.log"), "one\ntwo\n");
+    EXPECT_EQ(reports(), Strings{});
+}
+
+TEST_F(SharedLog, AForeignSemaphoreSetKeepsItClosed)
+{
+    const int foreign = semget(key_, 3, IPC_CREAT | 0600);
+    semctl(foreign, 0, SETVAL, 1);
+    OvxAddListener(handler_, get("behind", "test_recorder"));
+    sembuf operation = {0, 1, 0};
+    semop(foreign, &operation, 1); // makes it look ready
+    log("one");
+    const bool isWritten = !directory_.read("app.log").empty();
+    EXPECT_EQ(isWritten, reports().empty());
+}
+
+TEST_F(SharedLog, AFailedCopyIsReportedAndTheFileEmptiedAllTheSame)
+{
+    set("maxFileBytes", "4");
+    log("one");
+    fs::create_directory(directory_ / "app.log.rollover");
+    testing::internal::CaptureStdout();
+    log("two");
+    std::fflush(stdout);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "ERR opening " + (directory_ / "app1.log") + " pre rollover\n");
+    EXPECT_EQ(directory_.read("app.log"), "two\n");
+    EXPECT_EQ(reports().at(0), "OVXMP0073W Could not write to the backup log file " +
+                                   (directory_ / "app1.log") + " during log file rollover.");
+}
+
+TEST_F(SharedLog, HoldsEveryRecordOfSeveralProcessesOnce)
+{
+    constexpr int kProcesses = 3;
+    constexpr int kRecords = 300;
+    set("maxFiles", "200");
+    set("maxFileBytes", "500");
+    pid_t children[kProcesses];
+    for (int p = 0; p < kProcesses; ++p) {
+        children[p] = fork();
+        if (children[p] == 0) {
+            for (int i = 0; i < kRecords; ++i)
+                log("p" + std::to_string(p) + " " + std::to_string(i));
+            _exit(0);
+        }
+    }
+    for (const pid_t child : children)
+        waitpid(child, nullptr, 0);
+    int next[kProcesses] = {};
+    for (const std::string &line : readBack(199)) {
+        int process = -1;
+        int number = -1;
+        ASSERT_EQ(std::sscanf(line.c_str(), "p%d %d", &process, &number), 2) << line;
+        EXPECT_EQ(number, next[process]++) << line;
+    }
+    for (const int count : next)
+        EXPECT_EQ(count, kRecords);
+}
+
+const char *deadlyPoint = "";
+int passesLeft = 0;
+
+void dieAtPoint(const char *point)
+{
+    if (std::strcmp(point, deadlyPoint) == 0 && passesLeft-- == 0) _exit(9);
+}
+
+// A process dies inside a rollover; this one, which has the log open, goes on.
+TEST_F(SharedLog, RolloversCutShortLoseNothingAndDoubleNothing)
+{
+    const struct {
+        const char *point;
+        int passes; // how often it is passed unharmed
+    } cases[] = {{"begun", 0},   {"removed", 0}, {"renamed", 0},  {"renamed", 1},
+                 {"copying", 0}, {"copied", 0},  {"truncated", 0}};
+    set("maxFiles", "5");
+    set("maxFileBytes", "20000");
+    const std::string filler(5000, '.');
+    for (const auto &entry : cases) {
+        for (const std::string &name : directory_.names())
+            fs::remove(directory_ / name);
+        int number = 0;
+        const auto logNext = [&] { log(std::to_string(number++) + filler); };
+        while (directory_.names().size() < 4)
+            logNext(); // app.log and three older ones
+        while (directory_.read("app.log").size() < 20000)
+            logNext();
+        const pid_t child = fork();
+        if (child == 0) {
+            deadlyPoint = entry.point;
+            passesLeft = entry.passes;
+            olvex::rolloverPointHook = dieAtPoint;
+            log("never written");
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        ASSERT_EQ(WEXITSTATUS(status), 9) << entry.point << " was not reached";
+        logNext();
+        logNext();
+        int expected = 0;
+        for (const std::string &line : readBack(4))
+            EXPECT_EQ(std::stoi(line), expected++);
+        EXPECT_EQ(expected, number) << entry.point;
+        EXPECT_EQ(directory_.names().size(), 5u) << entry.point;
+    }
+}
+
+} // namespace
