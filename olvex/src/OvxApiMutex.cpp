@@ -50,6 +50,11 @@ bool ovxAPIMutexLock()
     return error == 0 || refuse(error);
 }
 
+bool ovxAPIMutexLockUnlessHeld()
+{
+    return pthread_mutex_lock(&apiMutex) == 0;
+}
+
 void ovxAPIMutexUnlock()
 {
     if (const int error = pthread_mutex_unlock(&apiMutex)) OvxReportPlatformErr('p', error);

@@ -38,14 +38,12 @@ std::int64_t scanInteger(const char *text, bool *ok)
     return value;
 }
 
-// A number as scanning with "%lf" reads it. What strtod would read beyond that (a lone exponent
-// mark) does not change the value.
+// Scanning refuses beginnings of numbers ("0x", "infin") of which strtod takes a part.
 template <class Number>
-Number scanFloating(const char *text, bool *ok, Number (*read)(const char *, char **))
+Number scanFloating(const char *text, const char *format, bool *ok)
 {
-    char *end = nullptr;
-    const Number value = text ? read(text, &end) : Number{};
-    tell(ok, text && end != text);
+    Number value{};
+    tell(ok, text && std::sscanf(text, format, &value) == 1);
     return value;
 }
 
@@ -83,12 +81,12 @@ int64_t ovxPropStrToInt64(const char *text, bool *ok)
 
 float ovxPropStrToFloat32(const char *text, bool *ok)
 {
-    return scanFloating(text, ok, std::strtof);
+    return scanFloating<float>(text, "%f", ok);
 }
 
 double ovxPropStrToFloat64(const char *text, bool *ok)
 {
-    return scanFloating(text, ok, std::strtod);
+    return scanFloating<double>(text, "%lf", ok);
 }
 
 char *OvxGetMapProp(const StringToStringMap *map, const char *name, bool *found)

@@ -1,5 +1,6 @@
 // The reader of properties files: a state machine over the file's bytes. What each state does with
-// each class of byte stands in one table; the pairs go to a list or to the log manager.
+// each class of byte stands in one table. The pairs go to a list of the host's, or to the log
+// manager, which the toolkit has read when it opens; the API mutex is then held.
 #include "OvxReadProps.h"
 
 #include <olvex/Config.h>
@@ -203,6 +204,27 @@ struct Buffer : CxStringBuff {
     const char *text() const { return str ? str : ""; }
 };
 
+// Reports need the API mutex, which whoever reads into a list does not hold.
+template <class Work>
+void withLockHeld(Work &&work)
+{
+    const bool isTaken = ovxAPIMutexLockUnlessHeld();
+    work();
+    if (isTaken) ovxAPIMutexUnlock();
+}
+
+bool reportFailure(CxResult result)
+{
+    withLockHeld([&] { OvxReportPlatformErr(result.kind, result.code); });
+    return false;
+}
+
+bool reportBadEscape(const char *key)
+{
+    withLockHeld([&] { printToStderr(Message::kBadEscape, key); });
+    return false;
+}
+
 // Takes the bytes of a file one after the other.
 class PropertiesParser {
   public:
@@ -240,7 +262,7 @@ class PropertiesParser {
         case Action::Store: return storeLine();
         case Action::StartCode: code_ = 0; return true;
         case Action::ToCode: return takeDigit(byte);
-        case Action::BadEscape: printToStderr(Message::kBadEscape, key_.text()); return false;
+        case Action::BadEscape: return reportBadEscape(key_.text());
         }
         return false;
     }
@@ -281,12 +303,6 @@ class PropertiesParser {
     Buffer key_;
     Buffer value_;
 };
-
-bool reportFailure(CxResult result)
-{
-    OvxReportPlatformErr(result.kind, result.code);
-    return false;
-}
 
 bool readAll(CxFile *file, PropertiesParser &parser)
 {

@@ -15,7 +15,6 @@ constexpr std::string_view kLeftOut[] = {
     "OvxLoadAdditionalProperties",
     "OvxCloseToolkit",
     "OvxVaAllocEvent", // a list must at least end
-    "CxThreadJoin",    // of no thread
     "OvxConsoleHandlerFAllocVars",
 };
 

@@ -1,6 +1,7 @@
 /*
- * A flat table of string keys and values. The header is the caller's and begins as zeros; keys stay
- * whole, dots included. No function here takes a lock: a list belongs to its caller.
+ * A flat table of string keys and values. The header is the caller's and begins as zeros; keys are
+ * unique, compared with case, and stay whole, dots included. No function here takes a lock, but
+ * CxPropListRead to report a failure: a list belongs to its caller.
  */
 #ifndef OLVEX_PROPLIST_H
 #define OLVEX_PROPLIST_H
@@ -11,8 +12,8 @@ OVX_BEGIN_DECLS
 
 /** One key and its value. */
 typedef struct CxPropEntry {
-    char *key;
-    char *value;
+    char *key;   /**< owned by the list */
+    char *value; /**< owned by the list */
 } CxPropEntry;
 
 /** The list; begins as zeros. */
@@ -24,26 +25,29 @@ typedef struct CxPropList {
 
 /** A place in a list; a value that the caller holds. */
 typedef struct CxPropListIter {
-    CxPropList *list; /**< NULL once the walk is over */
-    int32_t index;
+    CxPropList *list; /**< borrowed; NULL once the walk is over */
+    int32_t index;    /**< of the current entry */
 } CxPropListIter;
 
-/** Reads a properties file into the list; false on failure, what was read stays. */
+/**
+ * Reads a properties file into the list; false when it cannot be opened or read, which is reported,
+ * or at the first line that is malformed. The pairs before that stay in the list.
+ */
 OVX_API bool CxPropListRead(const char *path, CxPropList *list);
-/** Stores copies of key and value; an existing key gets the new value in its place. */
+/** Stores a pair, copied; an existing key keeps its place. False when memory runs out. */
 OVX_API bool CxPropListPutStr(CxPropList *list, const char *key, const char *value);
-/** The value of a key, borrowed; `found` (optional) says whether it is there. */
+/** The value of a key, borrowed until it changes; `found` (optional) says if it is there. */
 OVX_API const char *CxPropListPeekStr(const CxPropList *list, const char *key, bool *found);
 /** The value of a key, yours; `found` (optional) says whether it is there. */
 OVX_API char *CxPropListCopyStr(const CxPropList *list, const char *key, bool *found);
 /** Says whether the key is there. */
 OVX_API bool CxPropListHasKey(const CxPropList *list, const char *key);
-/** Removes a key; the last entry takes its place. True when it was there. */
+/** Removes a key, whose place the last entry takes. True when it was there. */
 OVX_API bool CxPropListRemove(CxPropList *list, const char *key);
 /** Frees all entries; the header can be used again. */
 OVX_API void CxPropListDiscard(CxPropList *list);
 
-/** An iterator on the first entry. */
+/** An iterator on the first entry; the list is borrowed for the walk. */
 OVX_API CxPropListIter CxPropListIterator(CxPropList *list);
 /** Says whether an entry follows the current one. */
 OVX_API bool CxPropListIterHasNext(const CxPropListIter *iterator);

@@ -10,7 +10,7 @@
 
 OVX_BEGIN_DECLS
 
-/** The value of `name`, yours, or NULL. */
+/** The value of `name`, yours; NULL when there is none. */
 OVX_API char *OvxGetMapProp(const StringToStringMap *map, const char *name, bool *found);
 /** The value of `name` as a boolean: "true" or "false" in any case. */
 OVX_API bool OvxGetMapPropBool(const StringToStringMap *map, const char *name, bool *found);
@@ -35,9 +35,9 @@ OVX_API void OvxSetMapPropChar(StringToStringMap *map, const char *name, char va
 OVX_API void OvxSetMapPropInt(StringToStringMap *map, const char *name, int32_t value);
 /** Sets `name` to the decimal text of a 64-bit integer. */
 OVX_API void OvxSetMapPropLong(StringToStringMap *map, const char *name, int64_t value);
-/** Sets `name` to a float in fixed notation with six digits behind the point. */
+/** Sets `name` to a float in fixed notation with six decimal places. */
 OVX_API void OvxSetMapPropFloat(StringToStringMap *map, const char *name, float value);
-/** Sets `name` to a double in fixed notation with six digits behind the point. */
+/** Sets `name` to a double in fixed notation with six decimal places. */
 OVX_API void OvxSetMapPropDouble(StringToStringMap *map, const char *name, double value);
 
 /** A place in a string of tokens; a value that the caller holds. */
@@ -50,9 +50,9 @@ typedef struct OvxStrTokIter {
 OVX_API OvxStrTokIter OvxStrTokIterator(const char *string, const char *delimiters);
 /** Says whether a token is left. */
 OVX_API bool OvxStrTokIterHasNext(OvxStrTokIter iterator);
-/** The token at the iterator's place, yours; NULL when there is none. */
+/** The token at the iterator's place, yours; NULL when there is none or memory runs out. */
 OVX_API char *OvxStrTokIterGet(OvxStrTokIter iterator);
-/** An iterator behind the current token. */
+/** The iterator behind the current token; one at the end stays there. */
 OVX_API OvxStrTokIter OvxStrTokIterNext(OvxStrTokIter iterator);
 
 OVX_END_DECLS

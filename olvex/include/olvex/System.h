@@ -6,12 +6,14 @@
 
 OVX_BEGIN_DECLS
 
-/** Milliseconds since 1970-01-01 00:00 UTC. */
+/** The time in milliseconds since 1970-01-01 00:00 UTC. */
 OVX_API int64_t CxSystemGetTimestamp(void);
 
 /**
- * The fully qualified host name into `buffer` of `length` bytes, terminator included; code 89 when
- * it cannot be found, the short name then stays in the buffer.
+ * Puts the host's fully qualified name, or the short one when the name service knows no better,
+ * into `buffer` of `length` bytes, terminator included. CX_ENOSYS (<olvex/File.h>) when the name
+ * service does not know the host, the short name then stays, or when the name does not fit. May
+ * take as long as the name service does.
  */
 OVX_API CxResult CxSystemGetFQHostname(char *buffer, size_t length);
 

@@ -67,6 +67,11 @@ void freeEntry(CxPropEntry &entry)
     BaxMemoryFree(std::exchange(entry.value, nullptr));
 }
 
+bool isNextValid(const CxPropListIter &iterator)
+{
+    return iterator.index < INT32_MAX && isValid(iterator.list, iterator.index + 1);
+}
+
 const CxPropEntry *current(const CxPropListIter *iterator)
 {
     if (!iterator || !isValid(iterator->list, iterator->index)) return nullptr;
@@ -133,14 +138,13 @@ CxPropListIter CxPropListIterator(CxPropList *list)
 
 bool CxPropListIterHasNext(const CxPropListIter *iterator)
 {
-    return iterator && iterator->index >= 0 && iterator->index < INT32_MAX &&
-           isValid(iterator->list, iterator->index + 1);
+    return iterator && iterator->index >= 0 && isNextValid(*iterator);
 }
 
 void CxPropListIterNext(CxPropListIter *iterator)
 {
     if (!iterator) return;
-    if (CxPropListIterHasNext(iterator))
+    if (isNextValid(*iterator))
         ++iterator->index;
     else
         *iterator = {nullptr, 0};

@@ -28,7 +28,9 @@ int operate(CxSem sem, int change, int flags)
     return semop(sem, &operation, 1);
 }
 
-// The first operation of all marks the set as ready for those who wait in openExisting.
+// Frees a new set. The test for zero that follows finds it not to be zero, which proves that the
+// set can be operated on and leaves its time of last operation alone: for others the set becomes
+// ready with the first lock.
 CxResult prepareNew(CxSem sem)
 {
     if (semctl(sem, 0, SETVAL, SemArgument{1}) < 0) return failure(errno);
@@ -36,19 +38,24 @@ CxResult prepareNew(CxSem sem)
     return failure(errno);
 }
 
-CxResult openExisting(CxSem *sem, int32_t key)
+// Waits until the set was locked or unlocked for the first time, so that its maker is done with it.
+CxResult waitUntilReady(CxSem sem)
 {
-    *sem = semget(key, 1, 0);
-    if (*sem < 0) return failure(errno);
     for (int reading = 1;; ++reading) {
         semid_ds status = {};
         SemArgument argument;
         argument.status = &status;
-        if (semctl(*sem, 0, IPC_STAT, argument) < 0) return failure(errno);
+        if (semctl(sem, 0, IPC_STAT, argument) < 0) return failure(errno);
         if (status.sem_otime != 0) return success();
         if (reading == kRetries) return failure(CX_ETIME);
         sleep(1);
     }
+}
+
+CxResult openExisting(CxSem *sem, int32_t key)
+{
+    *sem = semget(key, 1, 0);
+    return *sem < 0 ? failure(errno) : waitUntilReady(*sem);
 }
 
 bool takeWithoutWaiting(CxSem sem)

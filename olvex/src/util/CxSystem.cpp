@@ -43,8 +43,9 @@ CxResult CxSystemGetFQHostname(char *buffer, size_t length)
 {
     if (!buffer || length == 0) return badArgument();
     *buffer = '\0';
-    if (gethostname(buffer, length) != 0) return failure(CX_ENOSYS);
-    buffer[length - 1] = '\0';
+    const int failed = gethostname(buffer, length);
+    buffer[length - 1] = '\0'; // a name that does not fit comes without
+    if (failed) return failure(CX_ENOSYS);
     if (std::strchr(buffer, '.')) return success();
     return lookUpFullName(buffer, length) ? success() : failure(CX_ENOSYS);
 }

@@ -48,7 +48,7 @@ CxResult CxThreadCreate(CxThread *thread, size_t stackSize, void *(*start)(void 
 
 CxResult CxThreadJoin(CxThread thread)
 {
-    return resultOfCode(pthread_join(thread, nullptr));
+    return thread ? resultOfCode(pthread_join(thread, nullptr)) : badArgument();
 }
 
 void CxThreadYield(void) {}

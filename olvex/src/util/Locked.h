@@ -6,6 +6,8 @@
 #include <type_traits>
 
 bool ovxAPIMutexLock();
+// Takes the mutex unless the calling thread has it; true when the caller is to give it back.
+bool ovxAPIMutexLockUnlessHeld();
 void ovxAPIMutexUnlock();
 
 namespace olvex {
