@@ -10,9 +10,14 @@ using namespace olvex;
 
 namespace {
 
-// The buffer that the built-in formatter writes into, handed from event to event.
-CxStringBuff sharedBuffer = {};
-bool sharedBufferInUse = false;
+// The buffer that the built-in formatter writes into, handed from event to event. It may be used
+// again after its destruction, by a host that logs while its own statics are destroyed.
+struct SharedBuffer {
+    CxStringBuff text = {};
+    bool inUse = false;
+
+    ~SharedBuffer() { CxStringBuffDiscard(&text); }
+} shared;
 
 // Buffers that a huge event has blown up are not kept.
 constexpr std::uint32_t kLargestKept = 64 * 1024;
@@ -31,24 +36,24 @@ EventText::EventText(OvxObject *handler, OvxEvent *event)
 {
     OvxObject *formatter = formatterOf(handler);
     if (!formatter || !formatter->cls->slots.format) return;
-    if (formatter->cls->slots.format != OvxBasicFormatterFFormat || sharedBufferInUse) {
+    if (formatter->cls->slots.format != OvxBasicFormatterFFormat || shared.inUse) {
         owned_.reset(formatter->cls->slots.format(formatter, event));
         text_ = owned_.get();
         size_ = BaxStringLen(text_);
         return;
     }
-    sharedBufferInUse = usesSharedBuffer_ = true;
-    CxStringBuffRestart(&sharedBuffer);
-    if (!appendBasicFormat(formatter, event, &sharedBuffer)) return;
-    text_ = sharedBuffer.str;
-    size_ = sharedBuffer.length;
+    shared.inUse = usesSharedBuffer_ = true;
+    CxStringBuffRestart(&shared.text);
+    if (!appendBasicFormat(formatter, event, &shared.text)) return;
+    text_ = shared.text.str;
+    size_ = shared.text.length;
 }
 
 EventText::~EventText()
 {
     if (!usesSharedBuffer_) return;
-    if (sharedBuffer.capacity > kLargestKept) CxStringBuffDiscard(&sharedBuffer);
-    sharedBufferInUse = false;
+    if (shared.text.capacity > kLargestKept) CxStringBuffDiscard(&shared.text);
+    shared.inUse = false;
 }
 
 } // namespace olvex
