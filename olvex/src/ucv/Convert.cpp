@@ -1,11 +1,14 @@
-// Conversion: the one loop for every pair of decoder and encoder, and the entry points around it.
+// Conversion: which sides serve which family, and the entry points around the one loop.
 #include "ucv/Convert.h"
 
 #include <olvex/Memory.h>
 #include <olvex/UcvWide.h>
 
-#include <algorithm>
+#include <array>
 #include <type_traits>
+
+#include "ucv/EbcdicFamilies.h"
+#include "ucv/Gb18030.h"
 
 #include <climits>
 #include <cstring>
@@ -16,98 +19,8 @@ namespace olvex::ucv {
 
 namespace {
 
-constexpr FamilyRow kFamilies[] = {
-    {kBytes, true, true, decodeByte, encodeByte, decodeUtf8, decodeUnit, encodeUnit, nullptr},
-    {kUtf8, true, false, decodeUtf8, encodeUtf8, decodeUtf8, decodeSurrogates, encodeSurrogates,
-     nullptr},
-};
-
-} // namespace
-
-const FamilyRow &familyOf(const uc_ch_t &handle)
-{
-    for (const FamilyRow &row : kFamilies)
-        if (row.type == handle.type) return row;
-    return kFamilies[0];
-}
-
-} // namespace olvex::ucv
-
-namespace {
-
-// A stretch of input or output and how much of it is left.
-template <class Place>
-struct Span {
-    Place *at;
-    std::size_t left;
-
-    void advance(std::size_t count)
-    {
-        at += count;
-        left -= count;
-    }
-};
-
-bool isAscii(char c)
-{
-    return static_cast<signed char>(c) >= 0;
-}
-bool isAscii(char16_t unit)
-{
-    return unit < 0x80;
-}
-
-// How many places at the start of both spans can be copied as ASCII.
-template <class In, class Out>
-std::size_t copyAscii(const Span<const In> &in, const Span<Out> &out)
-{
-    const std::size_t most = std::min(in.left, out.left);
-    std::size_t count = 0;
-    if constexpr (sizeof(In) == 1 && sizeof(Out) == 1) {
-        for (std::uint64_t word; count + sizeof word <= most; count += sizeof word) {
-            std::memcpy(&word, in.at + count, sizeof word);
-            if (word & 0x8080808080808080u) break;
-            std::memcpy(out.at + count, &word, sizeof word);
-        }
-    }
-    for (; count < most && isAscii(in.at[count]); ++count)
-        out.at[count] = static_cast<Out>(in.at[count]);
-    return count;
-}
-
-// Converts until the input is used up, the output is full, or the input ends inside a character. A
-// character is written whole or not at all.
-template <class In, class Out>
-Result convert(uc_ch_t &handle, bool copiesAscii, Decode<In> decode, Encode<Out> encode,
-               Span<const In> &in, Span<Out> &out)
-{
-    while (in.left > 0) {
-        if (copiesAscii) {
-            const std::size_t count = copyAscii(in, out);
-            in.advance(count);
-            out.advance(count);
-            if (in.left == 0) break;
-        }
-        if (out.left == 0) return kOutputFull;
-        const bool inShift = handle.inShift;
-        const Decoded decoded = decode(handle, in.at, in.left);
-        if (decoded.size == 0) return kInputCut;
-        const bool mapped = decoded.value != kUnmapped;
-        const Encoded encoded =
-            encode(handle, mapped ? decoded.value : kQuestionMark, out.at, out.left);
-        if (encoded.size == 0) {
-            handle.inShift = inShift;
-            return kOutputFull;
-        }
-        if (!mapped || encoded.substituted) ++handle.substCount;
-        in.advance(decoded.size);
-        out.advance(encoded.size);
-    }
-    return kAllConsumed;
-}
-
 // UTF-8 as it is, cut at a character when it does not fit.
-Result copyUtf8(Span<const char> &in, Span<char> &out)
+Result copyUtf8(uc_ch_t &, Span<const char> &in, Span<char> &out)
 {
     std::size_t count = std::min(in.left, out.left);
     if (count < in.left)
@@ -119,36 +32,67 @@ Result copyUtf8(Span<const char> &in, Span<char> &out)
     return in.left > 0 ? kOutputFull : kAllConsumed;
 }
 
-template <class In>
-Result toCodeSet(uc_ch_t &handle, Span<const In> &in, Span<char> &out)
+Result endDoubleByte(uc_ch_t &handle, Span<char> &out)
 {
-    const FamilyRow &family = familyOf(handle);
-    if constexpr (std::is_same_v<In, char>) {
-        if (family.copiesUtf8) return copyUtf8(in, out);
-        return convert<In, char>(handle, family.asciiIsItself, family.decodeUtf8, family.encode, in,
-                                 out);
-    } else {
-        return convert<In, char>(handle, family.asciiIsItself, family.decodeUcs2, family.encode, in,
-                                 out);
-    }
+    const int written = EbcdicDoubleByte::end(handle, out.at, out.left);
+    if (written < 0) return kOutputFull;
+    out.advance(static_cast<std::size_t>(written));
+    return kAllConsumed;
 }
 
-template <class Out>
-Result fromCodeSet(uc_ch_t &handle, Span<const char> &in, Span<Out> &out)
+template <class CodeSet>
+constexpr Conversions conversions()
 {
-    const FamilyRow &family = familyOf(handle);
-    if constexpr (std::is_same_v<Out, char>)
-        return convert<char, Out>(handle, family.asciiIsItself, family.decode, encodeUtf8, in, out);
-    else
-        return convert<char, Out>(handle, family.asciiIsItself, family.decode, family.encodeUcs2,
-                                  in, out);
+    using Utf8Side = typename CodeSet::Utf8Side;
+    using Ucs2Side = typename CodeSet::Ucs2Side;
+    return {convert<CodeSet, Utf8>, convert<Utf8Side, CodeSet>, convert<CodeSet, Ucs2Side>,
+            convert<Ucs2Side, CodeSet>, nullptr};
 }
+
+constexpr auto kConversions = [] {
+    std::array<Conversions, kFamilyCount> rows = {};
+    rows.fill(conversions<PlainBytes>());
+    for (Conversions &row : rows)
+        row.fromUtf8 = copyUtf8;
+    rows[kAsciiSingleByte] = conversions<AsciiSingleByte>();
+    rows[kAsciiDoubleByte] = conversions<AsciiDoubleByte>();
+    rows[kAsciiMultiByte] = conversions<AsciiMultiByte>();
+    rows[kEbcdicSingleByte] = conversions<EbcdicSingleByte>();
+    rows[kEbcdicDoubleByte] = conversions<EbcdicDoubleByte>();
+    rows[kEbcdicDoubleByte].end = endDoubleByte;
+    rows[kGb18030] = conversions<Gb18030>();
+    rows[kUtf8] = conversions<Utf8CodeSet>();
+    return rows;
+}();
+
+} // namespace
+
+const Conversions &conversionsOf(const uc_ch_t &handle)
+{
+    return kConversions[handle.type < kFamilyCount ? handle.type : std::uint16_t{kBytes}];
+}
+
+bool mapsAsciiToItself(uc_ch_t &handle)
+{
+    for (char16_t unit = 0; unit < 0x80; ++unit) {
+        char byte = '\0';
+        const char16_t *in = &unit;
+        Span<const char16_t> source{in, 1};
+        Span<char> target{&byte, 1};
+        if (conversionsOf(handle).fromUcs2(handle, source, target) != kAllConsumed) return false;
+        if (static_cast<char16_t>(byte) != unit || handle.substCount != 0) return false;
+    }
+    return true;
+}
+
+} // namespace olvex::ucv
+
+namespace {
 
 Result endShift(uc_ch_t &handle, Span<char> &out)
 {
-    const FamilyRow &family = familyOf(handle);
-    return !family.endShift || family.endShift(handle, out.at, out.left) ? kAllConsumed
-                                                                         : kOutputFull;
+    const auto end = conversionsOf(handle).end;
+    return end ? end(handle, out) : kAllConsumed;
 }
 
 std::size_t countOf(int number)
@@ -159,7 +103,7 @@ std::size_t countOf(int number)
 // The public form of a conversion: pointers and counts in the caller's hands.
 template <class In, class Out>
 int run(uc_ch_t *handle, const In **in, int *inLeft, Out **out, int *outLeft,
-        Result (*work)(uc_ch_t &, Span<const In> &, Span<Out> &))
+        Conversion<In, Out> work)
 {
     Span<const In> input{*in, countOf(*inLeft)};
     Span<Out> output{*out, countOf(*outLeft)};
@@ -204,7 +148,7 @@ std::size_t lengthOf(const char16_t *text)
 // A whole string in one go; returns how much of the target was filled.
 template <class In, class Out>
 int convertWhole(uc_ch_t *handle, const In *source, int length, Out *target, int size,
-                 Result (*work)(uc_ch_t &, Span<const In> &, Span<Out> &))
+                 Conversion<In, Out> Conversions::*direction)
 {
     if (!source || !target || size <= 0) return 0;
     handle = orDefault(handle);
@@ -212,7 +156,7 @@ int convertWhole(uc_ch_t *handle, const In *source, int length, Out *target, int
     const bool terminated = length < 0;
     Span<const In> in{source, terminated ? lengthOf(source) : countOf(length)};
     Span<Out> out{target, countOf(size) - (terminated ? 1 : 0)};
-    work(*handle, in, out);
+    (conversionsOf(*handle).*direction)(*handle, in, out);
     if constexpr (std::is_same_v<Out, char>) endShift(*handle, out);
     handle->inShift = handle->outShift = false;
     if (terminated) *out.at++ = 0;
@@ -242,7 +186,7 @@ int ucv_to_utf8_r(uc_ch_t *handle, const char **in, int *inLeft, char **out, int
     handle = orDefault(handle);
     if (!in || !*in) return handle->inShift = false, kAllConsumed;
     if (!inLeft || !haveOutput(out, outLeft)) return kAllConsumed;
-    return run(handle, in, inLeft, out, outLeft, fromCodeSet<char>);
+    return run(handle, in, inLeft, out, outLeft, conversionsOf(*handle).toUtf8);
 }
 
 int ucv_from_utf8_r(uc_ch_t *handle, const char **in, int *inLeft, char **out, int *outLeft)
@@ -250,7 +194,7 @@ int ucv_from_utf8_r(uc_ch_t *handle, const char **in, int *inLeft, char **out, i
     handle = orDefault(handle);
     if (!in || !*in) return reset(handle, out, outLeft);
     if (!inLeft || !haveOutput(out, outLeft)) return kAllConsumed;
-    return run(handle, in, inLeft, out, outLeft, toCodeSet<char>);
+    return run(handle, in, inLeft, out, outLeft, conversionsOf(*handle).fromUtf8);
 }
 
 int ucv_to_ucs2_r(uc_ch_t *handle, const char **in, int *inLeft, char16_t **out, int *outLeft)
@@ -258,7 +202,7 @@ int ucv_to_ucs2_r(uc_ch_t *handle, const char **in, int *inLeft, char16_t **out,
     handle = orDefault(handle);
     if (!in || !*in) return handle->inShift = false, kAllConsumed;
     if (!inLeft || !haveOutput(out, outLeft)) return kAllConsumed;
-    return run(handle, in, inLeft, out, outLeft, fromCodeSet<char16_t>);
+    return run(handle, in, inLeft, out, outLeft, conversionsOf(*handle).toUcs2);
 }
 
 int ucv_from_ucs2_r(uc_ch_t *handle, const char16_t **in, int *inLeft, char **out, int *outLeft)
@@ -266,27 +210,27 @@ int ucv_from_ucs2_r(uc_ch_t *handle, const char16_t **in, int *inLeft, char **ou
     handle = orDefault(handle);
     if (!in || !*in) return reset(handle, out, outLeft);
     if (!inLeft || !haveOutput(out, outLeft)) return kAllConsumed;
-    return run(handle, in, inLeft, out, outLeft, toCodeSet<char16_t>);
+    return run(handle, in, inLeft, out, outLeft, conversionsOf(*handle).fromUcs2);
 }
 
 int ucv_to_utf8(uc_ch_t *handle, const char *source, int length, char *target, int size)
 {
-    return convertWhole(handle, source, length, target, size, fromCodeSet<char>);
+    return convertWhole(handle, source, length, target, size, &Conversions::toUtf8);
 }
 
 int ucv_from_utf8(uc_ch_t *handle, const char *source, int length, char *target, int size)
 {
-    return convertWhole(handle, source, length, target, size, toCodeSet<char>);
+    return convertWhole(handle, source, length, target, size, &Conversions::fromUtf8);
 }
 
 int ucv_to_ucs2(uc_ch_t *handle, const char *source, int length, char16_t *target, int size)
 {
-    return convertWhole(handle, source, length, target, size, fromCodeSet<char16_t>);
+    return convertWhole(handle, source, length, target, size, &Conversions::toUcs2);
 }
 
 int ucv_from_ucs2(uc_ch_t *handle, const char16_t *source, int length, char *target, int size)
 {
-    return convertWhole(handle, source, length, target, size, toCodeSet<char16_t>);
+    return convertWhole(handle, source, length, target, size, &Conversions::fromUcs2);
 }
 
 char *ucv_fromu_alloc(uc_ch_t *handle, const char *source, int length, int *lengthOut)

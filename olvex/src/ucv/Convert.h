@@ -1,26 +1,27 @@
-// The conversions of each family: which decoder and encoder serve it in each direction.
+// The conversions of each family. Handles of any type may be passed: a family that is not known is
+// treated as plain bytes. No locks; a handle is used by one thread at a time.
 #pragma once
 
-#include "ucv/Characters.h"
+#include "ucv/Handle.h"
+#include "ucv/Skeleton.h"
 
 namespace olvex::ucv {
 
-// Results of a restartable conversion.
-enum Result : int { kAllConsumed = 0, kOutputFull = 1, kInputCut = 2 };
+template <class In, class Out>
+using Conversion = Result (*)(uc_ch_t &handle, Span<const In> &in, Span<Out> &out);
 
-struct FamilyRow {
-    std::uint16_t type;
-    bool asciiIsItself;      // runs of ASCII are copied as they are
-    bool copiesUtf8;         // from UTF-8 the bytes go through unchanged
-    Decode<char> decode;     // code set to characters
-    Encode<char> encode;     // characters to code set
-    Decode<char> decodeUtf8; // the UTF-8 side when converting to the code set
-    Decode<char16_t> decodeUcs2;
-    Encode<char16_t> encodeUcs2;
-    bool (*endShift)(uc_ch_t &handle, char *&out, std::size_t &room); // none: no shifts
+struct Conversions {
+    Conversion<char, char> toUtf8;
+    Conversion<char, char> fromUtf8;
+    Conversion<char, char16_t> toUcs2;
+    Conversion<char16_t, char> fromUcs2;
+    Result (*end)(uc_ch_t &handle, Span<char> &out); // none: the family has no shifts
 };
 
-// The row of the handle's family; a family without one is treated as plain bytes.
-const FamilyRow &familyOf(const uc_ch_t &handle);
+const Conversions &conversionsOf(const uc_ch_t &handle);
+
+// Whether the handle's table maps each character below 0x80 to its own byte, so that runs of them
+// can be copied.
+bool mapsAsciiToItself(uc_ch_t &handle);
 
 } // namespace olvex::ucv

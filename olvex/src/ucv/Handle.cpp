@@ -6,6 +6,7 @@
 
 #include <utility>
 
+#include "ucv/Convert.h"
 #include "util/CxProcess.h"
 #include "util/Memory.h"
 
@@ -19,8 +20,8 @@ int ucv_initialized = 0;
 
 namespace olvex::ucv {
 
-uc_ch_t osHandle = {nullptr, kBytes, "OS", 0, false, {}, {}, false, false, 0};
-uc_ch_t utf8Handle = {nullptr, kUtf8, "UTF8", 0, false, {}, {}, false, false, 0};
+uc_ch_t osHandle = {nullptr, kBytes, "OS", 0, false, {}, {}, false, false, 0, true};
+uc_ch_t utf8Handle = {nullptr, kUtf8, "UTF8", 0, false, {}, {}, false, false, 0, true};
 uc_ch_t *defaultHandle = &osHandle;
 uc_ch_t *osLocaleHandle = &osHandle;
 
@@ -42,6 +43,7 @@ void fillFromHeader(uc_ch_t &handle, TableImage *table)
     handle.tableValues[1] = table16(*table, kValue62At);
     handle.tableValues[2] = table16(*table, kValue56At);
     std::memcpy(handle.tableBytes, bytes + kValue64At, sizeof handle.tableBytes);
+    handle.keepsAscii = mapsAsciiToItself(handle);
 }
 
 uc_ch_t *makeFromTable(const char *name)

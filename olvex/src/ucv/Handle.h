@@ -4,6 +4,8 @@
 
 #include <olvex/Ucv.h>
 
+#include <atomic>
+
 #include <cstddef>
 #include <cstdint>
 
@@ -19,11 +21,13 @@ enum Family : std::uint16_t {
     kEbcdicSingleByte = 8,
     kBytes = 9,
     kGb18030 = 10,
+    kFamilyCount
 };
 
-// A table file in memory, shared by the handles made from one another.
+// A table file in memory, shared by the handles made from one another, which may be in the hands of
+// different threads.
 struct TableImage {
-    std::uint32_t references;
+    std::atomic<std::uint32_t> references;
     std::uint32_t size;
 
     const unsigned char *bytes() const { return reinterpret_cast<const unsigned char *>(this + 1); }
@@ -42,9 +46,15 @@ inline constexpr std::size_t kNameAt = 16;
 inline constexpr std::size_t kNameSize = 32;
 inline constexpr std::size_t kFamilyAt = 48;
 inline constexpr std::size_t kEbcdicMarkAt = 50;
+inline constexpr std::size_t kRangesOffsetAt = 38;
 inline constexpr std::size_t kValue56At = 56;
+inline constexpr std::size_t kSubstituteValueAt = 58;
+inline constexpr std::size_t kSubstituteAt = 60;
 inline constexpr std::size_t kValue62At = 62;
 inline constexpr std::size_t kValue64At = 64;
+inline constexpr std::size_t kFromRowsAt = 224;
+inline constexpr std::size_t kToValuesAt = 736;
+inline constexpr std::size_t kClassesAt = 1248;
 inline constexpr std::size_t kHeaderSize = 1760;
 inline constexpr std::uint16_t kEbcdicMark = 0x1100;
 
@@ -68,6 +78,7 @@ struct uc_ch_t {
     bool inShift;
     bool outShift;
     std::uint32_t tableSize;
+    bool keepsAscii; // the table maps every character below 0x80 to its own byte
 };
 
 namespace olvex::ucv {

@@ -75,7 +75,7 @@ TableImage *readImage(const char *path)
     const auto bytes = static_cast<std::size_t>(size);
     auto *image = static_cast<TableImage *>(BaxMemoryMalloc(sizeof(TableImage) + bytes));
     if (!image) return nullptr;
-    image->references = 1;
+    ::new (image) TableImage{1, 0};
     image->size = static_cast<std::uint32_t>(bytes);
     if (file.read(image->bytes(), bytes)) return image;
     releaseTable(image);
