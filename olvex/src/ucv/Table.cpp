@@ -7,10 +7,12 @@
 
 #include <initializer_list>
 
+#include "ucv/InstalledFiles.h"
 #include "util/CxProcess.h"
 #include "util/CxResult.h"
 
 #include <cctype>
+#include <climits>
 #include <clocale>
 #include <cstdio>
 #include <cstring>
@@ -24,6 +26,8 @@ namespace {
 
 constexpr std::size_t kPathSize = 256;
 constexpr std::size_t kDirectorySize = 255;
+constexpr char kInstalledSuffix[] = "/codeset/";
+constexpr std::size_t kInstalledPathSize = PATH_MAX + sizeof kInstalledSuffix + kTableNameSize;
 constexpr int kMostFilesFollowed = 5;
 constexpr std::int64_t kLargestTable = 16 << 20;
 constexpr std::size_t kAliasSize = 32;
@@ -103,16 +107,15 @@ bool readAlias(const TableImage &image, char (&name)[kTableNameSize])
     return *name && !hasSeparator(name);
 }
 
-// The table of that name in one directory, aliases followed.
-TableImage *loadFrom(const char *directory, const char *name)
+// The table of that name in one directory, aliases followed; `pathSize` bounds directory and name.
+TableImage *loadFrom(const char *directory, const char *name, std::size_t pathSize)
 {
     char current[kTableNameSize];
-    std::snprintf(current, sizeof current, "%s", name);
     const char *at = name; // a path may be longer than a name
     for (int files = 0; files < kMostFilesFollowed; ++files, at = current) {
-        char path[kPathSize];
-        const int length = std::snprintf(path, sizeof path, "%s%s", directory, at);
-        if (length < 0 || static_cast<std::size_t>(length) >= sizeof path) return nullptr;
+        char path[kInstalledPathSize];
+        const int length = std::snprintf(path, pathSize, "%s%s", directory, at);
+        if (length < 0 || static_cast<std::size_t>(length) >= pathSize) return nullptr;
         TableImage *image = readImage(path);
         if (!image || isTable(*image)) return image;
         const bool isAlias = readAlias(*image, current);
@@ -120,6 +123,15 @@ TableImage *loadFrom(const char *directory, const char *name)
         if (!isAlias) return nullptr;
     }
     return nullptr;
+}
+
+TableImage *loadInstalled(const char *name)
+{
+    char directory[kInstalledPathSize];
+    const char *installed = installedDirectory();
+    if (!*installed || hasSeparator(name)) return nullptr;
+    std::snprintf(directory, sizeof directory, "%s%s", installed, kInstalledSuffix);
+    return loadFrom(directory, name, sizeof directory);
 }
 
 struct Place {
@@ -199,9 +211,9 @@ TableImage *loadTable(const char *name)
     for (const Place &place : kPlaces) {
         char directory[kDirectorySize];
         if (!makeDirectory(place, directory)) continue;
-        if (TableImage *table = loadFrom(directory, name)) return table;
+        if (TableImage *table = loadFrom(directory, name, kPathSize)) return table;
     }
-    return nullptr;
+    return loadInstalled(name);
 }
 
 void releaseTable(TableImage *table)
