@@ -112,13 +112,6 @@ bool appendCustomDate(CxStringBuff *buffer, const char *format, std::int64_t mil
     return append(buffer, utf8);
 }
 
-bool appendDate(const OvxObject *formatter, std::int64_t milliseconds, CxStringBuff *buffer)
-{
-    const char *format = formatter ? formatter->dateTimeFormat : nullptr;
-    return format ? appendCustomDate(buffer, format, milliseconds)
-                  : appendBuiltInDate(buffer, milliseconds);
-}
-
 void appendProperties(const OvxEvent *event, const char *separator, CxStringBuff *buffer)
 {
     if (!event->properties) return;
@@ -158,6 +151,13 @@ void replace(char *&text, const OvxObject *formatter, const char *name)
 } // namespace
 
 namespace olvex {
+
+bool appendDate(const OvxObject *formatter, std::int64_t milliseconds, CxStringBuff *buffer)
+{
+    const char *format = formatter ? formatter->dateTimeFormat : nullptr;
+    return format ? appendCustomDate(buffer, format, milliseconds)
+                  : appendBuiltInDate(buffer, milliseconds);
+}
 
 bool appendBasicFormat(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer)
 {

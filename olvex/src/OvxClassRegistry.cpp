@@ -4,6 +4,10 @@
 #include <utility>
 
 #include "OvxFileHandler.h"
+#include "OvxMavTraceFormatter.h"
+#include "OvxMsgIdFilter.h"
+#include "OvxPDLogger.h"
+#include "OvxPDXMLFormatter.h"
 #include "messages/Messages.h"
 #include "util/OvxStringGroup.h"
 #include "util/OvxStringToObjClassMap.h"
@@ -33,6 +37,13 @@ constexpr BuiltInClass kBuiltInClasses[] = {
      OVX_CLASS_LOGGER,
      Message::kDescBasicLogger,
      {.cfgChange = OvxBasicLoggerFCfgChange, .log = OvxBasicObjectFLog}},
+    {"ovx_pdlogger",
+     OVX_CLASS_LOGGER,
+     Message::kDescPdLogger,
+     {.allocVars = OvxPDLoggerFAllocVars,
+      .freeVars = OvxPDLoggerFFreeVars,
+      .cfgChange = OvxPDLoggerFCfgChange,
+      .log = OvxPDLoggerFLog}},
     {"ovx_levelfilter",
      OVX_CLASS_FILTER,
      Message::kDescLevelFilter,
@@ -40,6 +51,15 @@ constexpr BuiltInClass kBuiltInClasses[] = {
       .log = OvxBasicObjectFLog,
       .process = OvxBasicFilterFProcess,
       .isLoggable = OvxLevelFilterFIsLoggable}},
+    {"ovx_msgidfilter",
+     OVX_CLASS_FILTER,
+     kNoDescription,
+     {.allocVars = OvxMsgIdFilterFAllocVars,
+      .freeVars = OvxMsgIdFilterFFreeVars,
+      .cfgChange = OvxMsgIdFilterFCfgChange,
+      .log = OvxBasicObjectFLog,
+      .process = OvxBasicFilterFProcess,
+      .isLoggable = OvxMsgIdFilterFIsLoggable}},
     {"ovx_consolehandler",
      OVX_CLASS_HANDLER,
      Message::kDescConsoleHandler,
@@ -84,6 +104,20 @@ constexpr BuiltInClass kBuiltInClasses[] = {
       .getHeader = OvxBasicFormatterFGetHeader,
       .getTrailer = OvxBasicFormatterFGetTrailer,
       .bindMsg = ovxIntlBindI18Msg}},
+    {"ovx_xmlformatter",
+     OVX_CLASS_FORMATTER,
+     Message::kDescXmlFormatter,
+     {.allocVars = OvxPDXMLFormatterFAllocVars,
+      .freeVars = OvxPDXMLFormatterFFreeVars,
+      .cfgChange = OvxPDXMLFormatterFCfgChange,
+      .format = OvxPDXMLFormatterFFormat,
+      .getHeader = OvxPDXMLFormatterFGetHeader,
+      .getTrailer = OvxPDXMLFormatterFGetTrailer,
+      .bindMsg = ovxIntlBindI18Msg}},
+    {"ovx_mavtraceformatter",
+     OVX_CLASS_FORMATTER,
+     kNoDescription,
+     {.format = OvxMavTraceFormatterFFormat, .bindMsg = ovxIntlBindI18Msg}},
 };
 
 void addBuiltInClass(const BuiltInClass &row)

@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "OvxBasicFormatter.h"
+#include "OvxMavTraceFormatter.h"
+#include "OvxPDXMLFormatter.h"
 #include "util/Locked.h"
 
 using namespace olvex;
@@ -18,6 +20,26 @@ struct SharedBuffer {
 
     ~SharedBuffer() { CxStringBuffDiscard(&text); }
 } shared;
+
+using AppendFormat = bool (*)(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer);
+
+// The built-in formatters' functions, and the same work done into a buffer.
+constexpr struct {
+    OvxFFormat format;
+    AppendFormat append;
+} kAppendFormats[] = {
+    {OvxBasicFormatterFFormat, appendBasicFormat},
+    {OvxPDXMLFormatterFFormat, appendXmlRecord},
+    {OvxMavTraceFormatterFFormat, appendTraceLine},
+};
+
+// Null for the function of a formatter class of a host's own.
+AppendFormat appendFormatOf(OvxFFormat format)
+{
+    for (const auto &entry : kAppendFormats)
+        if (entry.format == format) return entry.append;
+    return nullptr;
+}
 
 // Buffers that a huge event has blown up are not kept.
 constexpr std::uint32_t kLargestKept = 64 * 1024;
@@ -36,7 +58,8 @@ EventText::EventText(OvxObject *handler, OvxEvent *event)
 {
     OvxObject *formatter = formatterOf(handler);
     if (!formatter || !formatter->cls->slots.format) return;
-    if (formatter->cls->slots.format != OvxBasicFormatterFFormat || shared.inUse) {
+    const AppendFormat append = appendFormatOf(formatter->cls->slots.format);
+    if (!append || shared.inUse) {
         owned_.reset(formatter->cls->slots.format(formatter, event));
         text_ = owned_.get();
         size_ = BaxStringLen(text_);
@@ -44,7 +67,7 @@ EventText::EventText(OvxObject *handler, OvxEvent *event)
     }
     shared.inUse = usesSharedBuffer_ = true;
     CxStringBuffRestart(&shared.text);
-    if (!appendBasicFormat(formatter, event, &shared.text)) return;
+    if (!append(formatter, event, &shared.text)) return;
     text_ = shared.text.str;
     size_ = shared.text.length;
 }

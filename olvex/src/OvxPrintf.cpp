@@ -68,9 +68,38 @@ void printOne(CxStringBuff *buffer, const char *format, const OvxParm &parm)
     }
 }
 
+// A zero byte would end the text that it stands in.
+void appendByte(CxStringBuff *buffer, int byte)
+{
+    if (byte) CxStringBuffAppendChar(buffer, static_cast<char>(byte));
+}
+
+void appendFloating(CxStringBuff *buffer, double value)
+{
+    CxPrintfFmt item = {};
+    item.conversion = 'f';
+    CxPrintfArg slot = {};
+    setDouble(slot, static_cast<long double>(value));
+    printFloating({item, slot, 0, -1}, buffer);
+}
+
 } // namespace
 
 namespace olvex {
+
+void appendParm(CxStringBuff *buffer, const OvxParm &parm)
+{
+    switch (parm.type) {
+    case OVX_PARM_BOOL: return appendByte(buffer, parm.value.boolean);
+    case OVX_PARM_INT: CxStringBuffAppendInt32(buffer, parm.value.integer); return;
+    case OVX_PARM_LONG: CxStringBuffAppendInt64(buffer, parm.value.longInteger); return;
+    case OVX_PARM_FLOAT: return appendFloating(buffer, static_cast<double>(parm.value.floating));
+    case OVX_PARM_DOUBLE: return appendFloating(buffer, parm.value.doubleFloating);
+    case OVX_PARM_CHAR: return appendByte(buffer, parm.value.character);
+    case OVX_PARM_STRING: CxStringBuffAppendStr(buffer, parm.value.string); return;
+    default: return;
+    }
+}
 
 void PrintScratch::discard()
 {

@@ -20,6 +20,9 @@ struct PrintScratch {
 void printParms(CxStringBuff *buffer, const char *format, const ParmList *parms,
                 PrintScratch &scratch);
 
+// Appends what ovxParmToUTF8Str gives with the default format of the parameter's type.
+void appendParm(CxStringBuff *buffer, const OvxParm &parm);
+
 } // namespace olvex
 
 // One parameter as text, with `format` or the default one of its type; yours, or null.

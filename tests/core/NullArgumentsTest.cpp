@@ -16,6 +16,7 @@ constexpr std::string_view kLeftOut[] = {
     "OvxCloseToolkit",
     "OvxVaAllocEvent", // a list must at least end
     "OvxConsoleHandlerFAllocVars",
+    "OvxMsgIdFilterGetStringList", // a list of no words
 };
 
 // Calls whose result is another than the neutral one.

@@ -16,6 +16,7 @@
 #include <olvex/Memory.h>
 #include <olvex/Message.h>
 #include <olvex/Misc.h>
+#include <olvex/MsgId.h>
 #include <olvex/Object.h>
 #include <olvex/Parm.h>
 #include <olvex/Printf.h>

@@ -1,0 +1,195 @@
+// The message-ID filter: the patterns it selects by, and the holding back of repeats.
+#include "OvxMsgIdFilter.h"
+
+#include <olvex/Props.h>
+
+#include <utility>
+
+#include "OvxEvent.h"
+#include "OvxPDXMLFormatter.h"
+#include "OvxProps.h"
+#include "messages/Messages.h"
+#include "util/Memory.h"
+#include "util/OvxStringList.h"
+#include "util/OvxStringToStringMap.h"
+
+using namespace olvex;
+
+namespace {
+
+constexpr char kWordDelimiters[] = " \t\n\r";
+constexpr char kInitialPatterns[] = "*W *I";
+
+enum Mode : std::int32_t { kBlock = 1, kPassThru = 2 };
+
+struct MsgIdFilterVars {
+    Mode mode = kBlock;
+    StringList *patterns = nullptr;
+    OvxObject *messageIdFormatter = nullptr;
+    std::int64_t repeatTime = 0;             // milliseconds, 0 for no holding back
+    StringToStringMap *lastPassed = nullptr; // identifier to the decimal time of its last event
+};
+
+MsgIdFilterVars *varsOf(const OvxObject *filter)
+{
+    return filter ? static_cast<MsgIdFilterVars *>(filter->variables) : nullptr;
+}
+
+// Walks a pattern piece by piece between its wildcards.
+class PatternWalk {
+  public:
+    explicit PatternWalk(std::string_view pattern) : rest_(pattern) {}
+
+    // The next piece that is not empty; an empty one at the end.
+    std::string_view next()
+    {
+        while (!rest_.empty() && rest_.front() == '*')
+            rest_.remove_prefix(1);
+        const std::size_t end = rest_.find('*');
+        const std::string_view piece(rest_.data(),
+                                     end == std::string_view::npos ? rest_.size() : end);
+        rest_.remove_prefix(piece.size());
+        return piece;
+    }
+
+    // Whether the pattern ends with the piece returned last, rather than with a wildcard.
+    bool isAtEnd() const { return rest_.empty(); }
+
+  private:
+    std::string_view rest_;
+};
+
+bool matches(std::string_view pattern, std::string_view text)
+{
+    if (pattern.find('*') == std::string_view::npos) return pattern.empty() || pattern == text;
+    PatternWalk walk(pattern);
+    bool isAnchored = pattern.front() != '*';
+    for (std::string_view piece = walk.next(); !piece.empty(); piece = walk.next()) {
+        if (walk.isAtEnd()) return text.ends_with(piece); // no wildcard behind the last piece
+        const std::size_t at = text.find(piece);
+        if (at == std::string_view::npos || (isAnchored && at != 0)) return false;
+        text.remove_prefix(at + piece.size());
+        isAnchored = false;
+    }
+    return true;
+}
+
+void changeMode(OvxObject *filter, MsgIdFilterVars &vars, const char *value)
+{
+    const bool passes = BaxStringICmp(value, "PASSTHRU") == 0;
+    vars.mode = passes ? kPassThru : kBlock;
+    if (!passes && BaxStringICmp(value, "BLOCK") != 0)
+        report(OVX_LEVEL_WARN, Message::kBadFilterMode, ovxIntlGetObjectName(filter), value);
+}
+
+void changePatterns(OvxObject *, MsgIdFilterVars &vars, const char *value)
+{
+    ovxIntlFreeStringList(std::exchange(vars.patterns, OvxMsgIdFilterGetStringList(value)));
+}
+
+void changeRepeatTime(OvxObject *, MsgIdFilterVars &vars, const char *value)
+{
+    bool converts = false;
+    const std::int64_t time = ovxPropStrToInt64(value, &converts);
+    if (converts) vars.repeatTime = time;
+}
+
+struct PropertyChange {
+    const char *name;
+    void (*apply)(OvxObject *filter, MsgIdFilterVars &vars, const char *value);
+};
+
+constexpr PropertyChange kChanges[] = {
+    {"mode", changeMode},
+    {"msgIds", changePatterns},
+    {"msgIdRepeatTime", changeRepeatTime},
+};
+
+std::int64_t saturatedSum(std::int64_t a, std::int64_t b)
+{
+    std::int64_t sum = 0;
+    return __builtin_add_overflow(a, b, &sum) ? INT64_MAX : sum;
+}
+
+// Whether an event of that identifier passed a short time ago; if not, this one is noted.
+bool isRepeat(MsgIdFilterVars &vars, const char *id, std::int64_t time)
+{
+    if (vars.repeatTime <= 0 || !*id) return false;
+    const StringToStringMapNode *last = vars.lastPassed ? vars.lastPassed->find(id) : nullptr;
+    if (last && time < saturatedSum(ovxPropStrToInt64(last->value(), nullptr), vars.repeatTime))
+        return true;
+    OvxSetMapPropLong(vars.lastPassed, id, time);
+    return false;
+}
+
+} // namespace
+
+bool OvxPatternMatch(const char *pattern, const char *text)
+{
+    return pattern && text && matches(pattern, text);
+}
+
+StringList *OvxMsgIdFilterGetStringList(const char *text)
+{
+    StringList *list = ovxIntlAllocStringList();
+    for (OvxStrTokIter at = OvxStrTokIterator(text, kWordDelimiters); OvxStrTokIterHasNext(at);
+         at = OvxStrTokIterNext(at)) {
+        const Text word(OvxStrTokIterGet(at));
+        if (ovxIntlStringListAppend(list, word.get())) continue;
+        ovxIntlFreeStringList(list);
+        return nullptr;
+    }
+    return list;
+}
+
+bool OvxMsgIdFilterMatchMsgId(const StringList *patterns, const char *id)
+{
+    if (!patterns || !id) return false;
+    for (const StringListNode *node = patterns->first(); node; node = node->next())
+        if (OvxPatternMatch(node->element(), id)) return true;
+    return false;
+}
+
+void *OvxMsgIdFilterFAllocVars()
+{
+    auto *vars = Memory().make<MsgIdFilterVars>();
+    if (!vars) return nullptr;
+    vars->patterns = OvxMsgIdFilterGetStringList(kInitialPatterns);
+    vars->messageIdFormatter = ovxIntlGetObject("msgFormatter", "ovx_xmlformatter");
+    vars->lastPassed = ovxIntlAllocStringToStringMap();
+    return vars;
+}
+
+void OvxMsgIdFilterFFreeVars(void *variables)
+{
+    auto *vars = static_cast<MsgIdFilterVars *>(variables);
+    if (!vars) return;
+    ovxIntlFreeStringList(vars->patterns);
+    ovxIntlReleaseObject(vars->messageIdFormatter);
+    ovxIntlFreeStringToStringMap(vars->lastPassed);
+    Memory().destroy(vars);
+}
+
+void OvxMsgIdFilterFCfgChange(OvxObject *filter, const char *name)
+{
+    MsgIdFilterVars *vars = varsOf(filter);
+    if (!vars || !name) return;
+    for (const PropertyChange &change : kChanges) {
+        if (BaxStringCmp(name, change.name) != 0) continue;
+        const Text value(ovxIntlGetObjProp(filter, name, nullptr));
+        if (value) change.apply(filter, *vars, value.get());
+        return;
+    }
+    OvxBasicObjectFCfgChange(filter, name);
+}
+
+bool OvxMsgIdFilterFIsLoggable(OvxObject *filter, OvxEvent *event)
+{
+    MsgIdFilterVars *vars = varsOf(filter);
+    if (!vars || !event) return false;
+    ovxPDXMLFormatterCacheMessageID(vars->messageIdFormatter, event);
+    const char *id = event->messageId;
+    const bool isMatch = OvxMsgIdFilterMatchMsgId(vars->patterns, id);
+    const bool passes = (vars->mode == kPassThru) == isMatch;
+    return passes && !(id && isRepeat(*vars, id, event->time));
+}
