@@ -1,0 +1,268 @@
+// Properties: the grammar of properties files, where their pairs go, the typed view of text values,
+// and the splitting of lists of names.
+#include "Toolkit.h"
+
+#include "OvxProps.h"
+#include "OvxStrTok.h"
+
+#include <limits>
+
+using namespace olvex::test;
+using testing::internal::CaptureStderr;
+using testing::internal::GetCapturedStderr;
+
+namespace {
+
+using Strings = std::vector<std::string>;
+using namespace std::string_literals;
+
+// What reading a file into a list gives: its pairs as "key=value;", and "failed" where it stopped.
+std::string readIntoList(const std::string &content)
+{
+    const TemporaryFile file(content);
+    CxPropList list = {};
+    const bool complete = CxPropListRead(file.path(), &list);
+    std::string result;
+    for (int i = 0; i < list.count; ++i)
+        result += list.entries[i].key + "="s + list.entries[i].value + ";";
+    CxPropListDiscard(&list);
+    return complete ? result : result + "failed";
+}
+
+struct Reading {
+    std::string content;
+    const char *result;
+};
+
+TEST(PropertiesFiles, SeparateKeysFromValues)
+{
+    const Reading cases[] = {
+        {"", ""},
+        {"a.b.level = WARN\n", "a.b.level=WARN;"},
+        {"k:x\nl x\nm\tx\nn \f=\v x\no =: x\n", "k=x;l=x;m=x;n=x;o=: x;"},
+        {"k==x\nl=x=y:z \t\n", "k==x;l=x=y:z \t;"},
+        {"k=\nl:\nm= \t\n", "k=;l=;m=;"},
+        {"  k = x\n\t\v\f l=y\n", "k=x;l=y;"},
+        {"=k=x\n:l=y\n!=z\n", "=k=x;:l=y;"}, // a separator may begin a line, but not after blanks
+        {"\\k=x\n", "\\k=x;"},               // and so may a backslash
+        {" =x\n", "failed"},
+        {"k=1\n\t:x\nl=2\n", "k=1;failed"},
+        {"k=1\nl\nm=2\n", "k=1;failed"},
+        {"l \nm=2\n", "failed"},
+        {"k=1\nk=2\nl=3\nk=4\n", "k=4;l=3;"},
+        {"caf\xc3\xa9=\xff\x80\n", "caf\xc3\xa9=\xff\x80;"},
+        {"umbrella=U\ndeaf=0dead\n", "umbrella=U;deaf=0dead;"},
+        {"k=\"x\" 'y' #!\n", "k=\"x\" 'y' #!;"},
+    };
+    for (const Reading &entry : cases)
+        EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;
+}
+
+TEST(PropertiesFiles, EndLinesInAnyWay)
+{
+    const Reading cases[] = {
+        {"a=1\r\nb=2\r\n", "a=1;b=2;"},
+        {"a=1\rb=2\r", "a=1;b=2;"},
+        {"\n\r\n\na=1\n\n\n \t \nb=2\n\n", "a=1;b=2;"},
+        {"# c\n! c\n  # c = d\n\t!\na=1\n#", "a=1;"},
+        {"#c \\\na=1\n", "a=1;"}, // comments do not go on
+        {"a=1\nb=2", "a=1;b=2;"},
+        {"a=1\nb", "a=1;b=;"},
+        {"b ", "b=;"},
+        {"b= ", "b=;"},
+        {"b=x\\", "b=x;"},
+        {"b=x\\\n", "b=x;"},
+        {"b=x\\u12", "b=x;"},
+        {"b\\", "b=;"},
+        {"a=1\r\n# last", "a=1;"},
+    };
+    for (const Reading &entry : cases)
+        EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;
+}
+
+TEST(PropertiesFiles, EscapeWhatTheyMay)
+{
+    const Reading cases[] = {
+        {"a\\=b\\:c\\ d\\\\\\\t=1\n", "a=b:c d\\\t=1;"},
+        {"a\\n=1\n", "failed"},
+        {"a\\\nb=1\n", "failed"},
+        {"a=\\ x\\\"y\\'z\\\\\\\t\n", "a= x\"y'z\\\t;"},
+        {"a.b.desc=one \\\n   two\n", "a.b.desc=one two;"},
+        {"a=one\\\r\n\ttwo\\\n \\\n\\ three\n", "a=onetwo three;"},
+        {"a=\\\n#x\n", "a=#x;"},
+        {"a=x\\\n \n", "a=x;"},
+        {"a \\ x\n", "a= x;"}, // an escape may begin a value behind blanks
+        {"a \\\nb=c\n", "a=b=c;"},
+        {"a=\\u00e9\\U00E9\n", "a=\xc3\xa9\xc3\xa9;"},
+        {"a=\\u20ACx\\u0041\n", "a=\xe2\x82\xacxA;"},
+        {"a=\\u00g9\n", "failed"},
+        {"a=\\u00e\n", "failed"},
+    };
+    for (const Reading &entry : cases)
+        EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;
+}
+
+TEST(PropertiesFiles, NameThePropertyWithABadEscape)
+{
+    for (const char *bad : {"t", "=", "n", "0", "\x80"}) {
+        CaptureStderr();
+        EXPECT_EQ(readIntoList("x=1\npath.dir=C:\\"s + bad + "emp\ny=2\n"), "x=1;failed");
+        EXPECT_EQ(GetCapturedStderr(),
+                  "OVX0052E The value of property 'path.dir' in the properties file could not be "
+                  "parsed, because it contains a backslash character that is not part of a valid "
+                  "escape sequence.\n");
+    }
+}
+
+// Longer than any block that the reader takes at once, with a line end across its border.
+TEST(PropertiesFiles, MayBeLongerThanTheReadersBlock)
+{
+    for (const std::size_t length : {4090u, 4091u, 4092u, 4093u, 70000u}) {
+        const std::string value(length, 'v');
+        EXPECT_EQ(readIntoList("k=" + value + "\r\nl=1\r\n"), "k=" + value + ";l=1;");
+    }
+}
+
+class Properties : public OpenToolkit {
+  protected:
+    // The value of a property of a configuration that exists; nothing is made by asking.
+    static std::string stored(const char *cfgName, const char *property)
+    {
+        if (!OvxLogMgrHasCfg(cfgName)) return "no configuration";
+        OvxObjCfg *cfg = OvxLogMgrGetCfg(cfgName);
+        const std::string value = take(OvxGetObjCfgProp(cfg, property, nullptr));
+        OvxReleaseObjCfg(cfg);
+        return value;
+    }
+
+    static bool load(const std::string &content)
+    {
+        return OvxLogMgrReadProps(TemporaryFile(content).path());
+    }
+};
+
+TEST_F(Properties, GoToTheConfigurationBeforeTheLastDot)
+{
+    EXPECT_TRUE(load("a.b.level = WARN\na.b\\=c=1\n.x.y=2\nlast.one"));
+    EXPECT_EQ(stored("a.b", "level"), "WARN");
+    EXPECT_EQ(stored("a", "b=c"), "1");
+    EXPECT_EQ(stored(".x", "y"), "2");
+    EXPECT_EQ(stored("last", "one"), "");
+    EXPECT_TRUE(load("a.b.level = INFO\n"));
+    EXPECT_EQ(stored("a.b", "level"), "INFO");
+    for (const char *bad : {"level", ".level", "level.", "/.level"}) {
+        EXPECT_FALSE(load("before.p=1\n"s + bad + "=x\nafter.p=1\n")) << bad;
+        EXPECT_EQ(stored("before", "p"), "1");
+        EXPECT_EQ(stored("after", "p"), "no configuration") << bad;
+    }
+    EXPECT_EQ(reports(), Strings{});
+}
+
+TEST_F(Properties, ReportFilesThatCannotBeRead)
+{
+    EXPECT_FALSE(OvxLogMgrReadProps("/nonexistent/file"));
+    EXPECT_FALSE(OvxLogMgrReadProps("/tmp"));
+    CxPropList list = {};
+    EXPECT_FALSE(CxPropListRead("/nonexistent/file", &list));
+    EXPECT_EQ(reports(), (Strings{"No such file or directory", "Is a directory",
+                                  "No such file or directory"}));
+}
+
+TEST_F(Properties, ConvertTheirText)
+{
+    StringToStringMap *map = OvxAllocStringToStringMap();
+    const auto set = [&](const char *value) { OvxSetMapProp(map, "p", value); };
+    const struct {
+        const char *text;
+        std::int32_t number;
+        bool ok;
+    } numbers[] = {
+        {" 42 ", 42, true},  {"4.9", 4, true},
+        {"12abc", 12, true}, {"0x1F", 0, true},
+        {"+7", 7, true},     {"-2147483649", INT32_MIN, true},
+        {"WARN", 0, false},  {"99999999999999999999", INT32_MAX, true},
+        {"", 0, false},      {nullptr, 0, false},
+    };
+    for (const auto &entry : numbers) {
+        bool ok = !entry.ok;
+        set(entry.text);
+        EXPECT_EQ(OvxGetMapPropInt(map, "p", &ok), entry.number) << (entry.text ? entry.text : "");
+        EXPECT_EQ(ok, entry.ok) << (entry.text ? entry.text : "");
+    }
+    bool ok = false;
+    set("99999999999999999999");
+    EXPECT_EQ(OvxGetMapPropLong(map, "p", &ok), INT64_MAX);
+    set("TrUe");
+    EXPECT_TRUE(OvxGetMapPropBool(map, "p", &ok));
+    EXPECT_TRUE(ok);
+    set("true ");
+    EXPECT_FALSE(OvxGetMapPropBool(map, "p", &ok));
+    EXPECT_FALSE(ok);
+    set("False");
+    EXPECT_FALSE(OvxGetMapPropBool(map, "p", &ok));
+    EXPECT_TRUE(ok);
+    set(" -2.5e3x");
+    EXPECT_EQ(OvxGetMapPropDouble(map, "p", &ok), -2500.0);
+    EXPECT_EQ(OvxGetMapPropFloat(map, "p", &ok), -2500.0F);
+    EXPECT_TRUE(ok);
+    set("point");
+    EXPECT_EQ(OvxGetMapPropDouble(map, "p", &ok), 0.0);
+    EXPECT_FALSE(ok);
+    set("");
+    EXPECT_EQ(OvxGetMapPropChar(map, "p", &ok), '\0');
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(OvxGetMapPropChar(map, "absent", &ok), '\0');
+    EXPECT_FALSE(ok);
+    OvxFreeStringToStringMap(map);
+}
+
+TEST_F(Properties, StoreValuesAsText)
+{
+    StringToStringMap *map = OvxAllocStringToStringMap();
+    const auto stored = [&] { return take(OvxGetMapProp(map, "p", nullptr)); };
+    OvxSetMapPropBool(map, "p", true);
+    EXPECT_EQ(stored(), "true");
+    OvxSetMapPropBool(map, "p", false);
+    EXPECT_EQ(stored(), "false");
+    OvxSetMapPropChar(map, "p", 'x');
+    EXPECT_EQ(stored(), "x");
+    OvxSetMapPropInt(map, "p", INT32_MIN);
+    EXPECT_EQ(stored(), "-2147483648");
+    OvxSetMapPropLong(map, "p", INT64_MIN);
+    EXPECT_EQ(stored(), "-9223372036854775808");
+    OvxSetMapPropFloat(map, "p", -0.5F);
+    EXPECT_EQ(stored(), "-0.500000");
+    OvxSetMapPropDouble(map, "p", 2.5);
+    EXPECT_EQ(stored(), "2.500000");
+    OvxSetMapProp(map, "p", nullptr);
+    bool found = false;
+    EXPECT_EQ(OvxGetMapProp(map, "p", &found), nullptr);
+    EXPECT_TRUE(found);
+    EXPECT_EQ(OvxGetMapProp(map, "absent", &found), nullptr);
+    EXPECT_FALSE(found);
+    OvxFreeStringToStringMap(map);
+}
+
+Strings tokens(const char *string, const char *delimiters)
+{
+    Strings result;
+    OvxStrTokIter at = OvxStrTokIterator(string, delimiters);
+    for (; OvxStrTokIterHasNext(at); at = OvxStrTokIterNext(at))
+        result.push_back(take(OvxStrTokIterGet(at)));
+    EXPECT_EQ(OvxStrTokIterGet(at), nullptr);
+    return result;
+}
+
+TEST(Tokens, AreRunsBetweenDelimiters)
+{
+    EXPECT_EQ(tokens("  one \t two\vthree\r\n\f", kNameDelimiters),
+              (Strings{"one", "two", "three"}));
+    EXPECT_EQ(tokens("one", kNameDelimiters), Strings{"one"});
+    EXPECT_EQ(tokens(" \t ", kNameDelimiters), Strings{});
+    EXPECT_EQ(tokens("", kNameDelimiters), Strings{});
+    EXPECT_EQ(tokens(nullptr, kNameDelimiters), Strings{});
+    EXPECT_EQ(tokens("a b", ""), (Strings{"a", " ", "b"}));
+    EXPECT_EQ(tokens("abc", nullptr), (Strings{"a", "b", "c"}));
+}
+
+} // namespace
