@@ -2,6 +2,7 @@
 #include "Toolkit.h"
 
 #include <atomic>
+#include <pthread.h>
 #include <thread>
 
 using namespace olvex::test;
@@ -69,6 +70,34 @@ TEST_F(LockThreads, LoggingAndReconfiguringDoNotDisturbEachOther)
     reader.join();
     OvxSetObjectEnabled(logger, true);
     EXPECT_TRUE(OvxIsLoggable(logger, OVX_LEVEL_WARN));
+}
+
+std::atomic<bool> entered;
+std::atomic<bool> cancelled;
+
+// Ends in calls at which a thread that is cancelled would end.
+void waitForCancel(OvxObject *, OvxEvent *)
+{
+    entered = true;
+    while (!cancelled)
+        usleep(100);
+    usleep(100);
+}
+
+TEST_F(LockThreads, AThreadCancelledInAHandlerGivesTheLockBack)
+{
+    OvxAddHandlerClass("test_wait", nullptr, nullptr, nullptr, nullptr, waitForCancel, nullptr,
+                       nullptr);
+    OvxObject *logger = get("log", "ovx_basiclogger");
+    OvxAddListener(logger, get("wait", "test_wait"));
+    entered = cancelled = false;
+    std::thread thread([logger] { OvxLogText(logger, "text", 0); });
+    while (!entered)
+        std::this_thread::yield();
+    pthread_cancel(thread.native_handle());
+    cancelled = true;
+    thread.join();
+    EXPECT_EQ(take(OvxGetObjectName(logger)), "log"); // hangs when nobody gave the lock back
 }
 
 TEST(OpenCloseThreads, OpeningAndClosingRunAgainstLogging)
