@@ -12,14 +12,11 @@ using namespace olvex;
 
 namespace {
 
-// The buffer that the built-in formatter writes into, handed from event to event. It may be used
-// again after its destruction, by a host that logs while its own statics are destroyed.
+// The buffer that the built-in formatter writes into, handed from event to event.
 struct SharedBuffer {
-    CxStringBuff text = {};
-    bool inUse = false;
-
-    ~SharedBuffer() { CxStringBuffDiscard(&text); }
-} shared;
+    CxStringBuff text;
+    bool inUse;
+} shared = {};
 
 using AppendFormat = bool (*)(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer);
 
@@ -77,6 +74,11 @@ EventText::~EventText()
     if (!usesSharedBuffer_) return;
     if (shared.text.capacity > kLargestKept) CxStringBuffDiscard(&shared.text);
     shared.inUse = false;
+}
+
+void discardEventText()
+{
+    CxStringBuffDiscard(&shared.text);
 }
 
 } // namespace olvex

@@ -31,4 +31,7 @@ class EventText {
     bool usesSharedBuffer_ = false;
 };
 
+// Gives back the reused buffer, between events.
+void discardEventText();
+
 } // namespace olvex

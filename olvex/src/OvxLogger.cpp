@@ -65,6 +65,11 @@ void logDebug(OvxObject *logger, int level, const char *srcFile, const char *src
 
 } // namespace
 
+void ovxDiscardEventMemory()
+{
+    eventArena.discard();
+}
+
 bool OvxIsLoggable(const OvxObject *logger, int level)
 {
     return OvxWouldLog(logger, level);

@@ -9,5 +9,8 @@ void ovxLogMessageEntry(OvxObject *logger, int level, const char *catalog, int s
 void ovxLogDebugEntry(OvxObject *logger, int level, const char *srcFile, const char *srcFunction,
                       int srcLine, const char *text, va_list parameters);
 
+// Gives back the memory that events are built in, between events.
+void ovxDiscardEventMemory();
+
 // No logger in particular is asked for: always false.
 bool ovxIntlIsLoggable();

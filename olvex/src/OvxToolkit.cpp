@@ -5,8 +5,10 @@
 #include <utility>
 
 #include "OvxClassRegistry.h"
+#include "OvxHandler.h"
 #include "OvxI18Msg.h"
 #include "OvxLogManager.h"
+#include "OvxLogger.h"
 #include "OvxReadProps.h"
 #include "messages/Messages.h"
 #include "util/OvxStringToObjMap.h"
@@ -72,6 +74,8 @@ void closeHoldingLock()
     releaseErrorChain();
     ovxFreeObjClasses();
     ovxI18UninitUcv();
+    discardEventText();
+    ovxDiscardEventMemory();
 }
 
 bool openHoldingLock(const char *propertiesFile)

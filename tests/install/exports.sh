@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Checks the library as the linker sees it: it exports what the public headers declare, nothing less
-# and nothing more, under its versioned name, and needs no C++ runtime.
+# and nothing more, under its versioned name, needs no C++ runtime and has no destructors of statics.
 # Usage: exports.sh LIBRARY INCLUDE_DIR ABI_MAJOR CC
 set -euo pipefail
 library=$1 include=$2 major=$3 cc=$4
@@ -45,4 +45,9 @@ needed=$(readelf -d "$library" | sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p')
 strangers=$(grep -Ev '^(libc|libm|ld-linux[^.]*)\.so\.[0-9]+$' <<<"$needed" || true)
 [[ -z $strangers ]] ||
     fail "the library needs $strangers for: $(nm -D -u "$library" | grep -E 'GLIBCXX|CXXABI' || true)"
+
+# A destructor of a static would pull the library's memory from under threads that still log while
+# the process ends.
+at_exit=$(nm -D -u "$library" | grep -o __cxa_atexit || true)
+[[ -z $at_exit ]] || fail "the library has destructors of statics"
 exit "$failures"

@@ -25,7 +25,8 @@ template <class T>
 using Owned = std::unique_ptr<T, BaxDelete>;
 
 // A stack of memory: allocations are bumps, and releasing a mark gives back all that came after it.
-// Blocks beyond the first are kept until the arena dies, up to kKeep bytes each.
+// One ordinary block is kept for the next time. The owner discards it all; there is no destructor,
+// since an arena in static memory must not go while threads still log at the end of the process.
 class Arena {
   public:
     struct Mark {
@@ -36,7 +37,6 @@ class Arena {
     Arena() = default;
     Arena(const Arena &) = delete;
     Arena &operator=(const Arena &) = delete;
-    ~Arena() { discard(); }
 
     // Null when memory runs out. Aligned for any scalar type.
     void *allocate(std::size_t size)
