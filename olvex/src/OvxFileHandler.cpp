@@ -20,12 +20,15 @@ namespace {
 constexpr char kDefaultName[] = "default.log";
 
 // Where texts in other code sets are made; one at a time, each written before the next is made.
-CxStringBuff encoded = {};
+CxStringBuff encoding = {};
+
+// Buffers that a huge record has blown up are not kept.
+constexpr std::uint32_t kLargestKept = 64 * 1024;
 
 CxResult writeText(OvxFileHandlerVars &vars, const char *utf8, std::size_t size)
 {
     const EncodedText text(vars.codeSet, utf8, size);
-    const CxResult result = writeAll(&vars.file, text.get(), text.size());
+    const CxResult result = appendRecord(&vars.file, text.get(), text.size(), vars.state.size);
     if (ok(result)) vars.state.size += text.size();
     return result;
 }
@@ -33,16 +36,6 @@ CxResult writeText(OvxFileHandlerVars &vars, const char *utf8, std::size_t size)
 int flagsOf(const OvxFileHandlerVars &vars)
 {
     return O_CREAT | O_RDWR | (vars.appending ? O_APPEND : O_TRUNC);
-}
-
-// Whether the file under the path still is the open one; its size is read along with that.
-bool isStillThere(OvxFileHandlerVars &vars)
-{
-    FileState now;
-    if (readFileState(vars.name.path.get(), now) != 0) return false;
-    if (!now.isRegular || !now.isSameFile(vars.state)) return false;
-    vars.state.size = now.size;
-    return true;
 }
 
 // An existing file that is full already is closed with its trailer and rolled over at once.
@@ -67,10 +60,16 @@ void writeHeader(OvxObject *handler, OvxFileHandlerVars &vars)
 bool needsOpening(OvxObject *handler, OvxFileHandlerVars &vars)
 {
     if (!vars.isOpen) return true;
-    const bool there = isStillThere(vars);
-    if (there && !isLogFull(vars, vars.state.size)) return false;
+    if (!isStillThere(vars)) {
+        OvxFileHandlerFClose(handler);
+        return true;
+    }
+    const CxResult measured = measure(vars);
+    reportFailure(measured);
+    if (!ok(measured)) return !vars.isOpen; // the report may have come back and opened it
+    if (!isLogFull(vars, vars.state.size)) return false;
     OvxFileHandlerFClose(handler);
-    if (there) ovxFileHandlerDoRollover(vars);
+    ovxFileHandlerDoRollover(vars);
     return true;
 }
 
@@ -108,15 +107,66 @@ bool openLogFile(OvxFileHandlerVars &vars, int flags)
     return true;
 }
 
+bool isStillThere(OvxFileHandlerVars &vars)
+{
+    return vars.watch.isQuiet() || askWhetherStillThere(vars);
+}
+
+bool askWhetherStillThere(OvxFileHandlerVars &vars)
+{
+    vars.watch.beforeLook(vars.name.path.get());
+    FileState now;
+    return readFileState(vars.name.path.get(), now) == 0 && now.isRegular &&
+           now.isSameFile(vars.state);
+}
+
+// A descriptor that the host closed, or closed and used for something else, is not ours to close.
+CxResult measure(OvxFileHandlerVars &vars)
+{
+    const bool isRegular = vars.state.isRegular;
+    const int error =
+        isRegular ? readFileSize(vars.file, vars.state.size) : readFileState(vars.file, vars.state);
+    if (error == EBADF || error == ESPIPE) vars.file = -1;
+    if (error) closeWithoutTrailer(vars);
+    return resultOfCode(error);
+}
+
+void Closing::report() const
+{
+    reportFailure(written);
+    reportFailure(closed);
+}
+
+Closing closeWithTrailer(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    const Text trailer(ovxIntlHandlerGetFmtTrailer(handler));
+    const CxResult written =
+        trailer ? writeText(vars, trailer.get(), BaxStringLen(trailer.get())) : success();
+    return {written, closeWithoutTrailer(vars).closed};
+}
+
+Closing closeWithoutTrailer(OvxFileHandlerVars &vars)
+{
+    vars.isOpen = false;
+    vars.watch.end();
+    return {success(), vars.file < 0 ? success() : CxFileClose(&vars.file)};
+}
+
 EncodedText::EncodedText(uc_ch_t *codeSet, const char *utf8, std::size_t size)
     : text_(utf8), size_(size)
 {
     if (!codeSet) return;
-    CxStringBuffRestart(&encoded);
-    if (!appendBytes(&encoded, utf8, size) || CxStringBuffChangeFromUTF8(codeSet, &encoded) == 0)
+    CxStringBuff &buffer = encoding;
+    CxStringBuffRestart(&buffer);
+    if (!appendBytes(&buffer, utf8, size) || CxStringBuffChangeFromUTF8(codeSet, &buffer) == 0)
         return;
-    text_ = encoded.str;
-    size_ = BaxStringLen(encoded.str);
+    text_ = buffer.str;
+    size_ = BaxStringLen(buffer.str);
+}
+
+EncodedText::~EncodedText()
+{
+    if (encoding.capacity > kLargestKept) CxStringBuffDiscard(&encoding);
 }
 
 } // namespace olvex
@@ -135,6 +185,7 @@ void OvxFileHandlerFFreeVars(void *variables)
     const CxResult closed = vars->isOpen ? CxFileClose(&vars->file) : success();
     ucv_cs_free(vars->codeSet);
     Memory().destroy(vars);
+    CxStringBuffDiscard(&encoding); // other handlers make it anew
     reportFailure(closed);
 }
 
@@ -161,18 +212,10 @@ void OvxFileHandlerFOpen(OvxObject *handler)
     writeHeader(handler, *vars);
 }
 
-// The handler is closed before anything is reported, since a report may come back to it.
 void OvxFileHandlerFClose(OvxObject *handler)
 {
     OvxFileHandlerVars *vars = fileVarsOf(handler);
-    if (!vars || !vars->isOpen) return;
-    const Text trailer(ovxIntlHandlerGetFmtTrailer(handler));
-    const CxResult written =
-        trailer ? writeText(*vars, trailer.get(), BaxStringLen(trailer.get())) : success();
-    const CxResult closed = CxFileClose(&vars->file);
-    vars->isOpen = false;
-    reportFailure(written);
-    reportFailure(closed);
+    if (vars && vars->isOpen) closeWithTrailer(handler, *vars).report();
 }
 
 void ovxFileHandlerDoRollover(OvxFileHandlerVars &vars)

@@ -7,11 +7,13 @@
 #include "OvxFileState.h"
 #include "OvxLogFiles.h"
 #include "OvxObject.h"
+#include "OvxPathWatch.h"
 
 struct OvxFileHandlerVars {
     CxFile file = -1;
     bool isOpen = false;
     olvex::FileState state; // of the open file: which it is, and its size as last measured
+    olvex::PathWatch watch; // whether the path still leads to it
     std::int32_t maxFileBytes = 1048576;
     std::int32_t maxFiles = 3;
     olvex::LogName name;
@@ -35,10 +37,33 @@ bool isLogFull(const OvxFileHandlerVars &vars, std::uint64_t size);
 // Makes the directory and opens the active file, without more; reports what fails.
 bool openLogFile(OvxFileHandlerVars &vars, int flags);
 
-// A text as it goes into the file: UTF-8 as it is, else converted into a buffer that is reused.
+// Whether the open file still is what stands under its path. The second form asks the
+// file system in any case.
+bool isStillThere(OvxFileHandlerVars &vars);
+bool askWhetherStillThere(OvxFileHandlerVars &vars);
+
+// Reads the size of the open file. When that fails the file is closed, to be opened anew.
+CxResult measure(OvxFileHandlerVars &vars);
+
+// What went wrong while a file was closed; to be reported when the handler's variables are settled,
+// since a report may come back to the handler.
+struct Closing {
+    CxResult written = {'-', 0};
+    CxResult closed = {'-', 0};
+
+    void report() const;
+};
+
+// Closes the file, with the formatter's trailer or without, and reports nothing.
+Closing closeWithTrailer(OvxObject *handler, OvxFileHandlerVars &vars);
+Closing closeWithoutTrailer(OvxFileHandlerVars &vars);
+
+// A text as it goes into the file: UTF-8 as it is, else converted into the one buffer that is there
+// for that, so nothing may be reported while a text lives.
 class EncodedText {
   public:
     EncodedText(uc_ch_t *codeSet, const char *utf8, std::size_t size);
+    ~EncodedText();
     EncodedText(const EncodedText &) = delete;
     EncodedText &operator=(const EncodedText &) = delete;
 

@@ -52,7 +52,6 @@ Text withoutTrailingNumber(const char *name)
 
 void changeFileName(OvxObject *handler, OvxFileHandlerVars &vars)
 {
-    OvxFileHandlerFClose(handler);
     const char *value = peekProperty(handler, "fileName");
     const bool isGiven = value && *value;
     const Text name = withoutTrailingNumber(isGiven ? value : "default.log");
@@ -63,13 +62,11 @@ void changeFileName(OvxObject *handler, OvxFileHandlerVars &vars)
 
 void changeMaxFileSize(OvxObject *handler, OvxFileHandlerVars &vars)
 {
-    OvxFileHandlerFClose(handler);
     vars.maxFileBytes = numberProperty(handler, "maxFileSize").value_or(kFallbackBytes);
 }
 
 void changeMaxFileBytes(OvxObject *handler, OvxFileHandlerVars &vars)
 {
-    OvxFileHandlerFClose(handler);
     const auto value = numberProperty(handler, "maxFileBytes");
     const bool isBad = value && *value <= 0;
     vars.maxFileBytes = value && !isBad ? *value : kFallbackBytes;
@@ -81,7 +78,6 @@ void changeMaxFileBytes(OvxObject *handler, OvxFileHandlerVars &vars)
 
 void changeMaxFiles(OvxObject *handler, OvxFileHandlerVars &vars)
 {
-    OvxFileHandlerFClose(handler);
     const auto value = numberProperty(handler, "maxFiles");
     const bool isBad = value && *value < 1;
     vars.maxFiles = value && !isBad ? *value : kFallbackFiles;
@@ -90,22 +86,19 @@ void changeMaxFiles(OvxObject *handler, OvxFileHandlerVars &vars)
 
 void changeAppending(OvxObject *handler, OvxFileHandlerVars &vars)
 {
-    OvxFileHandlerFClose(handler);
     vars.appending = flagProperty(handler, "appending");
 }
 
 void changeFileEncoding(OvxObject *handler, OvxFileHandlerVars &vars)
 {
-    OvxFileHandlerFClose(handler);
     const Text name(ovxIntlGetObjProp(handler, "fileEncoding", nullptr));
-    ucv_cs_free(std::exchange(vars.codeSet, ucv_cs_new(name.get())));
+    ucv_cs_free(std::exchange(vars.codeSet, name ? ucv_cs_new(name.get()) : nullptr));
     if (name && !vars.codeSet && vars.logInternalErrs)
         report(OVX_LEVEL_WARN, Message::kCodeSetNotLoaded, static_cast<const char *>(name.get()));
 }
 
 void changeSemKey(OvxObject *handler, OvxFileHandlerVars &vars)
 {
-    OvxFileHandlerFClose(handler);
     vars.semKey = ovxIntlGetObjPropInt(handler, "MPFileSemKey", nullptr);
 }
 
@@ -129,31 +122,51 @@ void changePermission(OvxObject *handler, const char *text, std::uint32_t &permi
 void changeFilePermission(OvxObject *handler, OvxFileHandlerVars &)
 {
     const Text text(ovxIntlGetObjProp(handler, "filePermission", nullptr));
-    if (!text) return;
-    OvxFileHandlerFClose(handler);
     ovxFileHandlerCfgPerms(handler, text.get());
 }
 
 void changeDirPermission(OvxObject *handler, OvxFileHandlerVars &)
 {
     const Text text(ovxIntlGetObjProp(handler, "dirPermission", nullptr));
-    if (!text) return;
-    OvxFileHandlerFClose(handler);
     ovxFileHandlerCfgDirPerms(handler, text.get());
 }
+
+enum class Closes { kAlways, kWhenPresent, kNever };
 
 struct PropertyChange {
     const char *name;
     void (*apply)(OvxObject *handler, OvxFileHandlerVars &vars);
+    Closes closes = Closes::kAlways;
 };
 
 constexpr PropertyChange kChanges[] = {
-    {"fileName", changeFileName},           {"maxFileBytes", changeMaxFileBytes},
-    {"maxFileSize", changeMaxFileSize},     {"maxFiles", changeMaxFiles},
-    {"appending", changeAppending},         {"filePermission", changeFilePermission},
-    {"dirPermission", changeDirPermission}, {"fileEncoding", changeFileEncoding},
-    {"MPFileSemKey", changeSemKey},         {"logInternalErrs", changeLogInternalErrs},
+    {"fileName", changeFileName},
+    {"maxFileBytes", changeMaxFileBytes},
+    {"maxFileSize", changeMaxFileSize},
+    {"maxFiles", changeMaxFiles},
+    {"appending", changeAppending},
+    {"filePermission", changeFilePermission, Closes::kWhenPresent},
+    {"dirPermission", changeDirPermission, Closes::kWhenPresent},
+    {"fileEncoding", changeFileEncoding},
+    {"MPFileSemKey", changeSemKey},
+    {"logInternalErrs", changeLogInternalErrs, Closes::kNever},
 };
+
+bool closesFor(const OvxObject *handler, const PropertyChange &change)
+{
+    if (change.closes != Closes::kWhenPresent) return change.closes == Closes::kAlways;
+    return peekProperty(handler, change.name) != nullptr;
+}
+
+// The file is closed with the old settings, the new one is stored, and then the closing's failures
+// are reported: a report that comes back to the handler finds it settled.
+void changeProperty(OvxObject *handler, OvxFileHandlerVars &vars, const PropertyChange &change)
+{
+    Closing closing;
+    if (vars.isOpen && closesFor(handler, change)) closing = closeWithTrailer(handler, vars);
+    change.apply(handler, vars);
+    closing.report();
+}
 
 } // namespace
 
@@ -174,6 +187,6 @@ void OvxFileHandlerFCfgChange(OvxObject *handler, const char *name)
     OvxFileHandlerVars *vars = fileVarsOf(handler);
     if (!vars || !name) return;
     for (const PropertyChange &change : kChanges)
-        if (BaxStringCmp(name, change.name) == 0) return change.apply(handler, *vars);
+        if (BaxStringCmp(name, change.name) == 0) return changeProperty(handler, *vars, change);
     OvxBasicHandlerFCfgChange(handler, name);
 }

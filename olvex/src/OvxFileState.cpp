@@ -1,10 +1,11 @@
-// The state of a file, asked for as narrowly as the kernel allows.
+// The state of a file: one system call each.
 #include "OvxFileState.h"
 
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 namespace olvex {
 
@@ -32,6 +33,14 @@ int readFileState(int descriptor, FileState &state)
 int readFileState(const char *path, FileState &state)
 {
     return read(AT_FDCWD, path, 0, state);
+}
+
+int readFileSize(int descriptor, std::uint64_t &size)
+{
+    const off_t end = lseek(descriptor, 0, SEEK_END);
+    if (end < 0) return errno;
+    size = static_cast<std::uint64_t>(end);
+    return 0;
 }
 
 } // namespace olvex

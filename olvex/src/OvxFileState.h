@@ -1,5 +1,5 @@
-// What a file handler asks about its file before every record, in one system call: is the file
-// under the path still the one that is open, and how long is it.
+// What the file handlers ask about their files, as narrowly as the kernel allows. Times are not
+// asked for: the kernel would have to stamp the file anew at the next write.
 #pragma once
 
 #include <cstdint>
@@ -18,9 +18,12 @@ struct FileState {
     }
 };
 
-// Reads the state of an open file or of what stands under a path; 0 or the error number. Times are
-// not asked for: the kernel would have to stamp the file anew at the next write.
+// Reads the state of an open file or of what stands under a path; 0 or the error number.
 int readFileState(int descriptor, FileState &state);
 int readFileState(const char *path, FileState &state);
+
+// Reads the size of an open regular file, the cheapest question of all; its position is at its end
+// then. 0 or the error number: ESPIPE when another kind of file has taken over the descriptor.
+int readFileSize(int descriptor, std::uint64_t &size);
 
 } // namespace olvex

@@ -5,10 +5,13 @@
 #include <olvex/Process.h>
 #include <olvex/StringBuff.h>
 
+#include "OvxFileState.h"
 #include "messages/Messages.h"
 #include "util/CxResult.h"
 
 #include <charconv>
+
+#include <unistd.h>
 
 using namespace olvex;
 
@@ -57,9 +60,43 @@ void cutDirectory(char *name, LogName &parts)
     parts.directory = slash && *name ? copyOf(name) : workingDirectory();
 }
 
+// Writes what is not done yet.
+CxResult writeRest(CxFile *file, const char *bytes, std::size_t count, std::size_t &done)
+{
+    while (done < count) {
+        std::int64_t written = 0;
+        const CxResult result = CxFileWrite(file, bytes + done, count - done, &written);
+        if (result.code == EINTR) continue;
+        if (!ok(result)) return result;
+        if (written == 0) return failure(EIO); // or this would go on for ever
+        done += static_cast<std::size_t>(written);
+    }
+    return success();
+}
+
+// Cuts off the beginning of a record that found no room, unless others have written too.
+[[gnu::cold]] void takeBack(CxFile file, std::uint64_t size, std::size_t done)
+{
+    std::uint64_t now = 0;
+    if (readFileSize(file, now) != 0 || now != size + done) return;
+    if (ftruncate(file, static_cast<off_t>(size)) == 0) lseek(file, 0, SEEK_END);
+}
+
 CxResult ignoreMissing(CxResult result)
 {
     return result.code == ENOENT ? success() : result;
+}
+
+// Joins a full name; false when memory ran out.
+bool joinParts(CxStringBuff &name, const char *directory, const char *base, std::int32_t number,
+               const char *extension)
+{
+    const bool hasDirectory = !directory || (CxStringBuffAppendStr(&name, directory) &&
+                                             CxStringBuffAppendChar(&name, '/'));
+    return hasDirectory && CxStringBuffAppendStr(&name, base) &&
+           (number == 0 || CxStringBuffAppendInt32(&name, number)) &&
+           (!extension ||
+            (CxStringBuffAppendChar(&name, '.') && CxStringBuffAppendStr(&name, extension)));
 }
 
 } // namespace
@@ -81,15 +118,16 @@ bool makeLogDirectory(const LogName &name, std::uint32_t mode)
 
 CxResult writeAll(CxFile *file, const char *bytes, std::size_t count)
 {
-    while (count > 0) {
-        std::int64_t written = 0;
-        const CxResult result = CxFileWrite(file, bytes, count, &written);
-        if (!ok(result) && result.code != EINTR) return result;
-        if (!ok(result)) continue;
-        bytes += written;
-        count -= static_cast<std::size_t>(written);
-    }
-    return success();
+    std::size_t done = 0;
+    return writeRest(file, bytes, count, done);
+}
+
+CxResult appendRecord(CxFile *file, const char *bytes, std::size_t count, std::uint64_t size)
+{
+    std::size_t done = 0;
+    const CxResult result = writeRest(file, bytes, count, done);
+    if (!ok(result) && done > 0) takeBack(*file, size, done);
+    return result;
 }
 
 CxResult removeIfThere(const char *path)
@@ -146,15 +184,6 @@ void ovxSetFileNameParts(char **result, const char *directory, const char *base,
     *result = nullptr;
     if (!base) return;
     CxStringBuff name = {};
-    if (directory) {
-        CxStringBuffAppendStr(&name, directory);
-        CxStringBuffAppendChar(&name, '/');
-    }
-    CxStringBuffAppendStr(&name, base);
-    if (number != 0) CxStringBuffAppendInt32(&name, number);
-    if (extension) {
-        CxStringBuffAppendChar(&name, '.');
-        CxStringBuffAppendStr(&name, extension);
-    }
-    *result = CxStringBuffTakeStr(&name);
+    if (joinParts(name, directory, base, number, extension)) *result = CxStringBuffTakeStr(&name);
+    CxStringBuffDiscard(&name);
 }

@@ -28,6 +28,9 @@ bool makeLogDirectory(const LogName &name, std::uint32_t mode);
 
 // Writes all bytes, however many calls that takes.
 CxResult writeAll(CxFile *file, const char *bytes, std::size_t count);
+// Writes a record to the end of a log of `size` bytes. When only a part of it finds room, that part
+// is taken back, so that the next record does not stand in the middle of a line.
+CxResult appendRecord(CxFile *file, const char *bytes, std::size_t count, std::uint64_t size);
 
 // Removes or renames a file; what is not there is no failure.
 CxResult removeIfThere(const char *path);

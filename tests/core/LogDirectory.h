@@ -14,10 +14,10 @@ namespace olvex::test {
 
 class LogDirectory {
   public:
-    LogDirectory()
+    explicit LogDirectory(const std::string &parent = "/tmp")
     {
-        char pattern[] = "/tmp/olvex-logs-XXXXXX";
-        path_ = mkdtemp(pattern);
+        std::string pattern = parent + "/olvex-logs-XXXXXX";
+        path_ = mkdtemp(pattern.data());
     }
     ~LogDirectory() { std::filesystem::remove_all(path_); }
     LogDirectory(const LogDirectory &) = delete;

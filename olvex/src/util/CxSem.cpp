@@ -1,19 +1,20 @@
 // Locks between processes: System V semaphore sets of one semaphore, undone by the system when
 // their holder ends. Trying some times without waiting first spares two busy processes the
 // hand-over.
-#include <olvex/Process.h>
+#include "util/CxSem.h"
 
 #include "util/CxResult.h"
 
 #include <sched.h>
 #include <sys/sem.h>
-#include <unistd.h>
+#include <time.h>
 
 using namespace olvex;
 
 namespace {
 
 constexpr int kRetries = 10;
+constexpr int kSecondsUntilReady = 9;
 constexpr int kTriesWithoutWaiting = 50;
 constexpr int kMode = 0666;
 
@@ -38,17 +39,47 @@ CxResult prepareNew(CxSem sem)
     return failure(errno);
 }
 
+// A stretch of time that passes in small steps, so that what is waited for is seen when it comes;
+// signals do not shorten it.
+class Rest {
+  public:
+    explicit Rest(int seconds) : end_(now() + seconds * kSecond) {}
+
+    bool isOver() const { return now() >= end_; }
+    static void step(long milliseconds)
+    {
+        const timespec time = {0, milliseconds * 1000000};
+        nanosleep(&time, nullptr);
+    }
+
+  private:
+    static constexpr long long kSecond = 1000000000;
+
+    static long long now()
+    {
+        timespec time = {};
+        clock_gettime(CLOCK_MONOTONIC, &time);
+        return time.tv_sec * kSecond + time.tv_nsec;
+    }
+
+    long long end_;
+};
+
 // Waits until the set was locked or unlocked for the first time, so that its maker is done with it.
+// A set of several semaphores is not one of ours.
 CxResult waitUntilReady(CxSem sem)
 {
-    for (int reading = 1;; ++reading) {
+    const Rest patience(kSecondsUntilReady);
+    for (;;) {
         semid_ds status = {};
         SemArgument argument;
         argument.status = &status;
+        const bool isLast = patience.isOver();
         if (semctl(sem, 0, IPC_STAT, argument) < 0) return failure(errno);
+        if (status.sem_nsems != 1) return badArgument();
         if (status.sem_otime != 0) return success();
-        if (reading == kRetries) return failure(CX_ETIME);
-        sleep(1);
+        if (isLast) return failure(CX_ETIME);
+        Rest::step(10);
     }
 }
 
@@ -68,7 +99,27 @@ bool takeWithoutWaiting(CxSem sem)
     return false;
 }
 
+// Lets a second pass before the next waiting try, in which the semaphore is taken if it is free.
+bool takeWithinASecond(CxSem sem)
+{
+    for (const Rest rest(1); !rest.isOver(); Rest::step(1)) {
+        if (operate(sem, -1, SEM_UNDO | IPC_NOWAIT) == 0) return true;
+        if (errno != EAGAIN && errno != EINTR && errno != ENOSPC) return false;
+    }
+    return false;
+}
+
 } // namespace
+
+namespace olvex {
+
+void useOnce(CxSem sem)
+{
+    sembuf takeAndGive[] = {{0, -1, IPC_NOWAIT}, {0, 1, IPC_NOWAIT}};
+    semop(sem, takeAndGive, 2);
+}
+
+} // namespace olvex
 
 CxResult CxSemOpen(CxSem *sem, int32_t key)
 {
@@ -85,7 +136,7 @@ CxResult CxSemLock(CxSem *sem)
     for (int retry = 0; operate(*sem, -1, SEM_UNDO) != 0; ++retry) {
         if (errno != EINTR && errno != ENOSPC) return failure(errno);
         if (retry == kRetries) return failure(CX_ETIME);
-        sleep(1);
+        if (takeWithinASecond(*sem)) return success();
     }
     return success();
 }

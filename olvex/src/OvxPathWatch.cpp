@@ -1,0 +1,177 @@
+// One inotify instance for the process, made when the first path is worth it. Every event, whatever
+// it is about, moves the process's watch on in time, and every path that was watched before is
+// looked at and watched again: events are rare, and so nothing has to be told apart.
+#include "OvxPathWatch.h"
+
+#include "util/Memory.h"
+
+#include <utility>
+
+#include <climits>
+#include <cstring>
+#include <pthread.h>
+#include <sys/inotify.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+#include <linux/magic.h>
+
+using namespace olvex;
+
+namespace {
+
+constexpr std::uint32_t kDirectoryEvents = IN_MOVE_SELF | IN_DELETE_SELF | IN_DONT_FOLLOW;
+constexpr std::uint32_t kFileEvents = kDirectoryEvents | IN_ATTRIB; // the last link's removal too
+constexpr int kMostLinks = 8;
+
+// Where no other machine and no other kernel makes changes of its own.
+constexpr unsigned long kWatchableFileSystems[] = {
+    EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC,       BTRFS_SUPER_MAGIC, F2FS_SUPER_MAGIC,
+    TMPFS_MAGIC,      OVERLAYFS_SUPER_MAGIC, RAMFS_MAGIC,
+};
+
+int instance = -1;
+int users = 0;
+int looks = 0;
+std::uint64_t now = 1;
+
+// The child shares the parent's instance and would take its events away.
+void startAnewInChild()
+{
+    if (instance >= 0) close(instance);
+    instance = -1;
+    looks = 0;
+    ++now;
+}
+
+[[gnu::constructor]] void startAnewInChildren()
+{
+    pthread_atfork(nullptr, nullptr, startAnewInChild);
+}
+
+// A host that closes all descriptors may have put another file in the instance's place, of which
+// nothing must be read.
+bool isInstanceOurs()
+{
+    struct stat status = {};
+    return fstat(instance, &status) == 0 && (status.st_mode & S_IFMT) == 0;
+}
+
+// Takes all events.
+[[gnu::cold]] void moveOn()
+{
+    alignas(inotify_event) char events[4096];
+    ++now;
+    if (!isInstanceOurs())
+        instance = -1;
+    else
+        while (read(instance, events, sizeof events) > 0) {
+        }
+}
+
+bool isWatchable(const char *path)
+{
+    struct statfs system = {};
+    if (statfs(path, &system) != 0) return false;
+    for (const unsigned long known : kWatchableFileSystems)
+        if (static_cast<unsigned long>(system.f_type) == known) return true;
+    return false;
+}
+
+// Watches a path and, where parts of it are symbolic links, what these lead to.
+class Walk {
+  public:
+    // Watches everything that the path leads over; the watch on its end, or -1. The path is cut at
+    // each of its parts and made whole again.
+    int watchAll(char *path)
+    {
+        if (path[0] != '/') return -1;
+        int last = watchOne("/");
+        for (char *end = path; *end && last >= 0;) {
+            end += 1 + std::strcspn(end + 1, "/");
+            const char separator = std::exchange(*end, '\0');
+            last = watchOne(path);
+            *end = separator;
+        }
+        return last;
+    }
+
+  private:
+    int watchOne(const char *path)
+    {
+        struct stat status = {};
+        if (lstat(path, &status) != 0 || !isWatchable(path)) return -1;
+        const int watch = inotify_add_watch(
+            instance, path, S_ISDIR(status.st_mode) ? kDirectoryEvents : kFileEvents);
+        return watch >= 0 && S_ISLNK(status.st_mode) ? watchTarget(path) : watch;
+    }
+
+    int watchTarget(const char *link)
+    {
+        if (++links_ > kMostLinks) return -1;
+        const Owned<char> target(static_cast<char *>(BaxMemoryMalloc(2 * PATH_MAX)));
+        if (!target) return -1;
+        const char *slash = std::strrchr(link, '/');
+        const auto head = static_cast<std::size_t>(slash - link) + 1;
+        char *name = target.get() + head;
+        const ssize_t count = readlink(link, name, PATH_MAX - 1);
+        if (count <= 0) return -1;
+        name[count] = '\0';
+        if (name[0] == '/') return watchAll(name);
+        std::memcpy(target.get(), link, head);
+        return watchAll(target.get());
+    }
+
+    int links_ = 0;
+};
+
+} // namespace
+
+namespace olvex {
+
+PathWatch::~PathWatch()
+{
+    end();
+    if (!isUser_ || --users > 0 || instance < 0) return;
+    if (isInstanceOurs()) close(instance);
+    instance = -1;
+}
+
+bool PathWatch::isQuiet() const
+{
+    if (watchedSince_ == 0) return false;
+    int waiting = 0;
+    if (ioctl(instance, FIONREAD, &waiting) != 0 || waiting != 0) [[unlikely]]
+        moveOn();
+    return watchedSince_ == now;
+}
+
+void PathWatch::beforeLook(const char *path)
+{
+    if (isRefused_ || ++looks < kLooksBeforeWatching) return;
+    looks = kLooksBeforeWatching;
+    if (instance < 0) instance = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (!isUser_) ++users;
+    isUser_ = true;
+    const Text copy(BaxStringDup(path));
+    file_ = copy && instance >= 0 ? Walk().watchAll(copy.get()) : -1;
+    isRefused_ = file_ < 0;
+    watchedSince_ = isRefused_ ? 0 : now;
+}
+
+void PathWatch::end()
+{
+    if (file_ >= 0 && instance >= 0) inotify_rm_watch(instance, file_);
+    file_ = -1;
+    watchedSince_ = 0;
+    isRefused_ = false;
+}
+
+void countPathLooks(int count)
+{
+    looks = count;
+}
+
+} // namespace olvex

@@ -1,0 +1,45 @@
+// Whether a path still leads where it led when it was last looked at. Looking at a path costs more
+// than the write that follows; a path that many records went to is watched instead, and then one
+// question that reads no path tells that nothing has happened to any part of it. Whatever happens
+// is known at the very next question: nothing here depends on time.
+//
+// What cannot be watched is looked at every time: relative paths, which a change of the working
+// directory leads elsewhere; directories that must not be read; file systems that others can change
+// behind the kernel's back, such as network ones; and everything once the system's inotify
+// instances or watches are used up. A file system mounted over a part of a watched path is noticed
+// when the file is next opened. Called with the API mutex held.
+#pragma once
+
+#include <cstdint>
+
+namespace olvex {
+
+class PathWatch {
+  public:
+    PathWatch() = default;
+    ~PathWatch();
+    PathWatch(const PathWatch &) = delete;
+    PathWatch &operator=(const PathWatch &) = delete;
+
+    // True when nothing has happened to the path since it was looked at.
+    bool isQuiet() const;
+    // To be called before the path is looked at: what happens from here on ends the quiet.
+    void beforeLook(const char *path);
+    // The path is not of interest any more, or is opened anew.
+    void end();
+
+  private:
+    std::uint64_t watchedSince_ = 0; // a time of the process's watch; 0: not watched
+    int file_ = -1;                  // the watch on what the path led to
+    bool isUser_ = false;
+    bool isRefused_ = false; // cannot be watched until opened anew
+};
+
+// How many looks come before the first watch: so many cost as much as giving back the watch when
+// the process ends, which short-lived programs shall not pay for.
+inline constexpr int kLooksBeforeWatching = 10000;
+
+// For tests: as if so many looks had come before.
+void countPathLooks(int looks);
+
+} // namespace olvex

@@ -1,0 +1,12 @@
+// What semaphores offer inside the library beyond their public functions.
+#pragma once
+
+#include <olvex/Process.h>
+
+namespace olvex {
+
+// Takes a semaphore and gives it back in one step if it is free. Others wait for the first use of a
+// new set; if its maker ended before that, they would wait for ever.
+void useOnce(CxSem sem);
+
+} // namespace olvex

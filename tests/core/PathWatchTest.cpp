@@ -1,0 +1,143 @@
+// What can happen to a path, looked at and watched: whatever it is, the next question knows.
+#include "LogDirectory.h"
+
+#include "OvxPathWatch.h"
+
+#include <fcntl.h>
+#include <functional>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace olvex::test;
+
+namespace {
+
+namespace fs = std::filesystem;
+using olvex::PathWatch;
+
+class WatchedPath : public ::testing::Test {
+  protected:
+    void SetUp() override
+    {
+        fs::create_directories(directory_ / "real/a/b");
+        fs::create_directory_symlink("real", directory_ / "link");
+        directory_.write("real/a/b/app.log", "");
+        path_ = directory_ / "link/a/b/app.log";
+        olvex::countPathLooks(olvex::kLooksBeforeWatching);
+    }
+    void TearDown() override { olvex::countPathLooks(0); }
+
+    // Watches until nothing that was left over from before is heard any more.
+    void settle()
+    {
+        watch_.end();
+        watch_.beforeLook(path_.c_str());
+        if (!watch_.isQuiet()) watch_.beforeLook(path_.c_str());
+    }
+
+    LogDirectory directory_;
+    std::string path_;
+    PathWatch watch_;
+};
+
+TEST_F(WatchedPath, EveryChangeOfAnyPartIsNoticedAtOnce)
+{
+    const auto at = [&](const char *name) { return directory_ / name; };
+    const std::pair<const char *, std::function<void()>> changes[] = {
+        {"moved", [&] { fs::rename(at("real/a/b/app.log"), at("moved")); }},
+        {"replaced", [&] { fs::rename(at("moved"), at("real/a/b/app.log")); }},
+        {"removed", [&] { fs::remove(at("real/a/b/app.log")); }},
+        {"directory moved", [&] { fs::rename(at("real/a/b"), at("real/a/c")); }},
+        {"ancestor moved", [&] { fs::rename(at("real/a"), at("real/d")); }},
+        {"link replaced",
+         [&] {
+             fs::create_directory_symlink("elsewhere", at("new"));
+             fs::rename(at("new"), at("link"));
+         }},
+        {"link removed", [&] { fs::remove(at("link")); }},
+        {"root of it moved", [&] { fs::rename(at("real"), at("elsewhere")); }},
+    };
+    for (const auto &[name, change] : changes) {
+        fs::remove_all(at("link"));
+        fs::remove_all(at("elsewhere"));
+        fs::create_directories(at("real/a/b"));
+        fs::create_directory_symlink("real", at("link"));
+        directory_.write("real/a/b/app.log", "");
+        directory_.write("moved", "");
+        settle();
+        ASSERT_TRUE(watch_.isQuiet()) << name;
+        change();
+        EXPECT_FALSE(watch_.isQuiet()) << name;
+    }
+}
+
+TEST_F(WatchedPath, WritingAndNeighboursAreNoChange)
+{
+    settle();
+    directory_.write("real/a/b/app.log", "more");
+    directory_.write("real/a/b/other", "");
+    fs::remove(directory_ / "real/a/b/other");
+    EXPECT_TRUE(watch_.isQuiet());
+}
+
+TEST_F(WatchedPath, AChildWatchesForItself)
+{
+    settle();
+    const pid_t child = fork();
+    if (child == 0) {
+        bool isRight = !watch_.isQuiet();
+        olvex::countPathLooks(olvex::kLooksBeforeWatching);
+        watch_.beforeLook(path_.c_str());
+        isRight = isRight && watch_.isQuiet();
+        fs::remove(path_);
+        _exit(isRight && !watch_.isQuiet() ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_FALSE(watch_.isQuiet()) << "the child took the event away";
+}
+
+TEST_F(WatchedPath, WhatCannotBeWatchedIsNeverQuiet)
+{
+    for (const char *path : {"relative/app.log", "/proc/self/maps", "/no/such/file"}) {
+        PathWatch watch;
+        watch.beforeLook(path);
+        EXPECT_FALSE(watch.isQuiet()) << path;
+    }
+    PathWatch young;
+    olvex::countPathLooks(0);
+    young.beforeLook(path_.c_str());
+    EXPECT_FALSE(young.isQuiet());
+}
+
+// As programs do that go into the background: all descriptors are closed, and used for other
+// things.
+TEST_F(WatchedPath, AHostThatClosesAllDescriptorsKeepsItsData)
+{
+    settle();
+    int ends[2];
+    std::vector<int> taken;
+    for (int descriptor = 3; descriptor < 64; ++descriptor) {
+        char target[64] = {};
+        const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+        if (readlink(link.c_str(), target, sizeof target - 1) > 0 &&
+            std::string(target).find("inotify") != std::string::npos)
+            taken.push_back(descriptor);
+    }
+    ASSERT_EQ(taken.size(), 1u);
+    ASSERT_EQ(fcntl(taken[0], F_GETFD), FD_CLOEXEC);
+    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_EQ(dup2(ends[0], taken[0]), taken[0]);
+    ASSERT_EQ(write(ends[1], "data", 4), 4);
+    EXPECT_FALSE(watch_.isQuiet());
+    char data[4];
+    EXPECT_EQ(read(taken[0], data, 4), 4);
+    watch_.beforeLook(path_.c_str());
+    EXPECT_TRUE(watch_.isQuiet());
+    for (const int descriptor : {ends[0], ends[1], taken[0]})
+        close(descriptor);
+}
+
+} // namespace
