@@ -2,12 +2,11 @@
 // of the message layer.
 #include "OvxI18Msg.h"
 
-#include <olvex/Catalog.h>
-
 #include <utility>
 
 #include "OvxPrintf.h"
 #include "messages/Messages.h"
+#include "ucv/CatalogSearch.h"
 #include "util/Locked.h"
 #include "util/OvxParmList.h"
 #include "util/OvxStringGroup.h"
@@ -50,11 +49,10 @@ bool printOrDefault(const OvxI18Msg *msg, const char *format, CxStringBuff *buff
 
 bool bindFromCatalog(const OvxI18Msg *msg, CxStringBuff *buffer)
 {
-    ucv_cat_t *catalog = ucv_catopen(msg->catalog, 0, msg->locale);
-    const char *format = ucv_catgets(catalog, msg->set, msg->key, msg->text, codeSets.utf8);
-    const bool bound = printOrDefault(msg, format, buffer);
-    ucv_catclose(catalog);
-    return bound;
+    const char *format = msg->text;
+    if (ucv_cat_t *catalog = ucv::catalogForBinding(msg->catalog, msg->locale))
+        format = ucv_catgets(catalog, msg->set, msg->key, format, codeSets.utf8);
+    return printOrDefault(msg, format, buffer);
 }
 
 // Converts a whole text in one direction, through a string buffer.
@@ -216,6 +214,8 @@ int ovxI18UninitUcv()
     freeCodeSet(codeSets.cs37);
     freeCodeSet(codeSets.spare);
     bindScratch.discard();
+    ucv::forgetSearches();
+    ucv::closeToolkitCatalogs();
     return ucv_uninit();
 }
 

@@ -1,17 +1,47 @@
-// Message catalogs. None is found yet: the default text is what every lookup gives.
+// Message catalogs as others see them.
 #include <olvex/Catalog.h>
 
-ucv_cat_t *ucv_catopen(const char *, int, const char *)
+#include <olvex/Ucv.h>
+
+#include "ucv/CatalogFile.h"
+#include "ucv/CatalogSearch.h"
+#include "ucv/Handle.h"
+
+using namespace olvex::ucv;
+
+namespace {
+
+const char *textIn(const CatalogMessage &message, uc_ch_t *codeSet)
 {
-    return nullptr;
+    if (codeSet == &utf8Handle) return message.utf8;
+    if (codeSet && message.other) convertInto(message.other, message, codeSet);
+    return codeSet ? message.other : message.local;
 }
 
-const char *ucv_catgets(ucv_cat_t *, int, int, const char *defaultText, uc_ch_t *)
+} // namespace
+
+ucv_cat_t *ucv_catopen(const char *name, int flags, const char *locale)
 {
-    return defaultText;
+    return searchCatalog(name, flags, locale, Borrower::kHost);
 }
 
-int ucv_catclose(ucv_cat_t *)
+const char *ucv_catgets(ucv_cat_t *catalog, int set, int message, const char *defaultText,
+                        uc_ch_t *codeSet)
 {
-    return -1;
+    const CatalogMessage *found = catalog ? findMessage(catalog, set, message) : nullptr;
+    const char *text = found ? textIn(*found, codeSet) : nullptr;
+    return text ? text : defaultText;
+}
+
+int ucv_catclose(ucv_cat_t *catalog)
+{
+    return catalog && closeCached(catalog) ? 0 : -1;
+}
+
+int ucv_catclose_fully(ucv_cat_t *catalog)
+{
+    if (!catalog) return -1;
+    emptyCache(catalog);
+    closeCatalogFile(catalog);
+    return 0;
 }

@@ -1,0 +1,279 @@
+// See CatalogFile.h.
+#include "ucv/CatalogFile.h"
+
+#include <olvex/Memory.h>
+#include <olvex/Ucv.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace olvex::ucv;
+
+namespace {
+
+constexpr char kMagic[] = "*nazgul*";
+constexpr std::uint32_t kMajorVersion = 1;
+constexpr std::size_t kRecordsAtOnce = 64;
+
+static_assert(sizeof(MCHeaderT) == 28 && sizeof(MCSetTDisk) == 28 && sizeof(MCMsgTDisk) == 12);
+
+// Applies htonl, which is its own inverse, to each number.
+template <class... Numbers>
+void swapOrder(Numbers &...numbers)
+{
+    ((numbers = htonl(numbers)), ...);
+}
+
+bool readAt(int file, void *target, std::size_t size, std::uint64_t offset)
+{
+    auto *at = static_cast<char *>(target);
+    while (size > 0) {
+        const ssize_t count = pread(file, at, size, static_cast<off_t>(offset));
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return false;
+        at += count;
+        offset += static_cast<std::uint64_t>(count);
+        size -= static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+// Opening
+
+// Only a regular file is read: opening anything else might block.
+bool takeSize(ucv_cat_t &catalog)
+{
+    struct stat status = {};
+    if (fstat(catalog.file, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+    catalog.size = static_cast<std::uint64_t>(status.st_size);
+    return true;
+}
+
+bool readHeader(const ucv_cat_t &catalog, MCHeaderT &header)
+{
+    if (!readAt(catalog.file, &header, sizeof header, 0)) return false;
+    ntoh_MCHeaderT(&header);
+    return std::memcmp(header.magic, kMagic, sizeof header.magic) == 0 &&
+           header.majorVer == kMajorVersion && header.numSets > 0 &&
+           header.numSets <= catalog.size / sizeof(MCSetTDisk);
+}
+
+// Follows the chain until all valid sets are there, for as many steps as the file can hold records.
+bool readChain(ucv_cat_t &catalog, const MCHeaderT &header)
+{
+    std::uint32_t offset = header.firstSet;
+    for (auto steps = catalog.size / sizeof(MCSetTDisk); steps > 0; --steps) {
+        MCSetTDisk record;
+        if (!readAt(catalog.file, &record, sizeof record, offset)) return false;
+        ntoh_MCSetTDisk(&record);
+        if (record.invalid == 0) catalog.sets[catalog.setCount++].record = record;
+        if (catalog.setCount == header.numSets) return true;
+        offset = record.nextSet;
+    }
+    return false;
+}
+
+bool readSets(ucv_cat_t &catalog)
+{
+    MCHeaderT header;
+    if (!takeSize(catalog) || !readHeader(catalog, header)) return false;
+    catalog.sets = static_cast<CatalogSet *>(BaxMemoryCalloc(header.numSets, sizeof(CatalogSet)));
+    return catalog.sets && readChain(catalog, header);
+}
+
+// Loading a set
+
+// What the two areas of conversions need at most: twice each text, and its terminator.
+std::uint64_t conversionSize(const MCSetTDisk &record)
+{
+    return 2 * std::uint64_t{record.textLength} + 1;
+}
+
+bool isWithin(const ucv_cat_t &catalog, std::uint64_t offset, std::uint64_t size)
+{
+    return offset <= catalog.size && size <= catalog.size - offset;
+}
+
+CatalogMessage *allocateSet(const ucv_cat_t &catalog, const MCSetTDisk &record)
+{
+    if (!isWithin(catalog, record.msgsOffset, std::uint64_t{record.numMsgs} * sizeof(MCMsgTDisk)) ||
+        !isWithin(catalog, record.textOffset, record.textLength))
+        return nullptr;
+    const std::uint64_t size = std::uint64_t{record.numMsgs} * sizeof(CatalogMessage) +
+                               record.textLength + 1 + 2 * conversionSize(record);
+    return size <= SIZE_MAX
+               ? static_cast<CatalogMessage *>(BaxMemoryMalloc(static_cast<std::size_t>(size)))
+               : nullptr;
+}
+
+bool readMessages(const ucv_cat_t &catalog, const MCSetTDisk &set, const char *texts,
+                  CatalogMessage *messages)
+{
+    MCMsgTDisk records[kRecordsAtOnce];
+    std::uint64_t offset = set.msgsOffset;
+    for (std::size_t done = 0; done < set.numMsgs;) {
+        const std::size_t count = std::min<std::size_t>(kRecordsAtOnce, set.numMsgs - done);
+        if (!readAt(catalog.file, records, count * sizeof *records, offset)) return false;
+        for (std::size_t index = 0; index < count; ++index) {
+            MCMsgTDisk &record = records[index];
+            ntoh_MCMsgTDisk(&record);
+            const char *text =
+                record.msgOffset < set.textLength ? texts + record.msgOffset : nullptr;
+            messages[done + index] = {record.msgId, record.msgOffset, record.invalid, 0,
+                                      text,         nullptr,          nullptr};
+        }
+        done += count;
+        offset += count * sizeof *records;
+    }
+    return true;
+}
+
+// Converts the texts into the default code set, one behind the other. Texts that do not overlap
+// have room; with the first that has none, the rest stay unconverted.
+void convertMessages(CatalogMessage *messages, std::size_t count, char *area, std::size_t size)
+{
+    char *const others = area + size;
+    std::size_t used = 0;
+    for (CatalogMessage *message = messages; message != messages + count; ++message) {
+        if (!message->utf8) continue;
+        const std::size_t room = 2 * strnlen(message->utf8, size) + 1;
+        if (room > size - used) return;
+        message->room = static_cast<std::uint32_t>(std::min<std::size_t>(room, INT32_MAX));
+        message->local = area + used;
+        message->other = others + used;
+        convertInto(message->local, *message, nullptr);
+        used += room;
+    }
+}
+
+bool loadSet(const ucv_cat_t &catalog, CatalogSet &set)
+{
+    const MCSetTDisk &record = set.record;
+    CatalogMessage *messages = allocateSet(catalog, record);
+    if (!messages) return false;
+    char *texts = reinterpret_cast<char *>(messages + record.numMsgs);
+    texts[record.textLength] = '\0';
+    if (!readAt(catalog.file, texts, record.textLength, record.textOffset) ||
+        !readMessages(catalog, record, texts, messages)) {
+        BaxMemoryFree(messages);
+        return false;
+    }
+    convertMessages(messages, record.numMsgs, texts + record.textLength + 1,
+                    static_cast<std::size_t>(conversionSize(record)));
+    set.messages = messages;
+    return true;
+}
+
+// Looking up
+
+std::uint32_t idOf(const CatalogSet &set)
+{
+    return set.record.setId;
+}
+std::uint32_t idOf(const CatalogMessage &message)
+{
+    return message.id;
+}
+
+// Binary search that looks first where the entry is when numbers have no gaps.
+template <class Entry>
+Entry *search(Entry *entries, std::size_t count, std::uint32_t id, std::size_t first)
+{
+    std::size_t low = 0, high = count;
+    std::size_t at = first < count ? first : count / 2;
+    while (low < high) {
+        if (idOf(entries[at]) == id) return entries + at;
+        if (idOf(entries[at]) < id)
+            low = at + 1;
+        else
+            high = at;
+        at = low + (high - low) / 2;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+namespace olvex::ucv {
+
+ucv_cat_t *openCatalogFile(const char *path, int flags)
+{
+    const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (file < 0) return nullptr;
+    auto *catalog = static_cast<ucv_cat_t *>(BaxMemoryMalloc(sizeof(ucv_cat_t)));
+    if (!catalog) {
+        close(file);
+        return nullptr;
+    }
+    *catalog = {flags, file, 0, 0, nullptr};
+    if (readSets(*catalog)) return catalog;
+    closeCatalogFile(catalog);
+    return nullptr;
+}
+
+void closeCatalogFile(ucv_cat_t *catalog)
+{
+    for (std::uint32_t index = 0; index < catalog->setCount; ++index)
+        BaxMemoryFree(catalog->sets[index].messages);
+    BaxMemoryFree(catalog->sets);
+    close(catalog->file);
+    BaxMemoryFree(catalog);
+}
+
+void convertInto(char *place, const CatalogMessage &message, uc_ch_t *codeSet)
+{
+    *place = place[message.room - 1] = '\0';
+    ucv_from_utf8(codeSet, message.utf8, -1, place, static_cast<int>(message.room));
+}
+
+CatalogMessage *findMessage(ucv_cat_t *catalog, int set, int message)
+{
+    if (message < 1) return nullptr;
+    const auto setId = static_cast<std::uint32_t>(set);
+    CatalogSet *found = search(catalog->sets, catalog->setCount, setId, setId);
+    if (!found || (!found->messages && !loadSet(*catalog, *found))) return nullptr;
+    const auto messageId = static_cast<std::uint32_t>(message);
+    return search(found->messages, found->record.numMsgs, messageId, messageId - 1);
+}
+
+} // namespace olvex::ucv
+
+void hton_MCHeaderT(MCHeaderT *header)
+{
+    if (header)
+        swapOrder(header->majorVer, header->minorVer, header->flags, header->numSets,
+                  header->firstSet);
+}
+
+void ntoh_MCHeaderT(MCHeaderT *header)
+{
+    hton_MCHeaderT(header);
+}
+
+void hton_MCSetTDisk(MCSetTDisk *set)
+{
+    if (set)
+        swapOrder(set->setId, set->nextSet, set->msgsOffset, set->textOffset, set->textLength,
+                  set->numMsgs, set->invalid);
+}
+
+void ntoh_MCSetTDisk(MCSetTDisk *set)
+{
+    hton_MCSetTDisk(set);
+}
+
+void hton_MCMsgTDisk(MCMsgTDisk *message)
+{
+    if (message) swapOrder(message->msgId, message->msgOffset, message->invalid);
+}
+
+void ntoh_MCMsgTDisk(MCMsgTDisk *message)
+{
+    hton_MCMsgTDisk(message);
+}

@@ -1,0 +1,45 @@
+// One catalog file: its opening, the loading of its sets, the look-up of a message. What the file
+// says is not trusted: sizes are checked against the file's, chains are bounded, and memory is a
+// small multiple of the file's size. No locks: see <olvex/Catalog.h>.
+#pragma once
+
+#include <olvex/Catalog.h>
+
+#include <cstdint>
+
+namespace olvex::ucv {
+
+struct CatalogMessage {
+    std::uint32_t id;
+    std::uint32_t offset;
+    std::uint32_t invalid;
+    std::uint32_t room; // bytes in each of the two places below
+    const char *utf8;   // null when the offset lies outside the block of texts
+    char *local;        // in the default code set; null for a text that overlaps others
+    char *other;        // for a text in another code set
+};
+
+struct CatalogSet {
+    MCSetTDisk record;
+    CatalogMessage *messages; // one block with the texts and their conversions; null until loaded
+};
+
+// Opens a catalog file, close-on-exec; null when it is none, or memory runs out.
+ucv_cat_t *openCatalogFile(const char *path, int flags);
+void closeCatalogFile(ucv_cat_t *catalog);
+
+// Converts a message's text into one of its places, which `message.room` bytes hold.
+void convertInto(char *place, const CatalogMessage &message, uc_ch_t *codeSet);
+
+// The message, its set loaded if need be; null when there is none.
+CatalogMessage *findMessage(ucv_cat_t *catalog, int set, int message);
+
+} // namespace olvex::ucv
+
+struct ucv_cat_t {
+    int flags; // as given to ucv_catopen
+    int file;
+    std::uint64_t size;
+    std::uint32_t setCount;
+    olvex::ucv::CatalogSet *sets;
+};

@@ -1,0 +1,303 @@
+// Message catalogs: which file is found, what is read from it, what stays cached, and files that
+// are not what they say.
+#include "CatalogFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace olvex::test;
+
+namespace {
+
+uc_ch_t *utf8()
+{
+    return ucv_cs_new("UTF8");
+}
+
+std::string firstText(ucv_cat_t *catalog, uc_ch_t *codeSet = utf8())
+{
+    return ucv_catgets(catalog, 1, 1, "(default)", codeSet);
+}
+
+// Opens, takes message 1 of set 1, and closes.
+std::string lookUp(const char *name, int flags, const char *locale)
+{
+    ucv_cat_t *catalog = ucv_catopen(name, flags, locale);
+    const std::string text = catalog ? firstText(catalog) : "(none)";
+    ucv_catclose_fully(catalog);
+    return text;
+}
+
+TEST(CatalogSearch, TriesLocalesFromTheSpecialToTheGeneral)
+{
+    const CatalogFolder folder;
+    folder.use();
+    for (const char *locale : {"fr_CA", "fr", "fr_FR", "C"})
+        folder.putText(std::string(locale) + "/app.cat", locale);
+    const struct {
+        int flags;
+        const char *found;
+    } steps[] = {{0, "fr_CA"},
+                 {0, "fr"},
+                 {UCV_CAT_NO_LETTERS, "fr_FR"},
+                 {UCV_CAT_NO_LETTERS | UCV_CAT_NO_LANGUAGE, "C"}};
+    EXPECT_EQ(lookUp("app", 0, "fr-ca.UTF-8"), steps[0].found);
+    for (std::size_t step = 1; step < std::size(steps); ++step) {
+        std::filesystem::remove(folder.path() + "/" + steps[step - 1].found + "/app.cat");
+        EXPECT_EQ(lookUp("app", steps[step].flags, "fr_CA"), steps[step].found);
+        EXPECT_EQ(lookUp("app", 0, "fr_CA"), steps[step].found);
+    }
+    EXPECT_EQ(lookUp("app", UCV_CAT_NO_C, "fr_CA"), "(none)");
+    EXPECT_EQ(lookUp("app", 0, "../fr_CA"), "C"); // no way out of the folder
+    EXPECT_EQ(lookUp("", 0, "C"), "(none)");
+    EXPECT_EQ(lookUp(nullptr, 0, "C"), "(none)");
+}
+
+TEST(CatalogSearch, FillsInTemplates)
+{
+    const CatalogFolder folder;
+    folder.putText("app.de.AT.%x%", "letters");
+    folder.putText("second/app.cat", "second");
+    folder.putText("C:/app.cat", "drive");
+    folder.use("%N.%l.%t.%x%");
+    EXPECT_EQ(lookUp("app", 0, "de_AT"), "letters");
+    folder.use("none/%N:;:" + folder.path() + "/second/%N.cat");
+    EXPECT_EQ(lookUp("app", 0, "de_AT"), "second");
+    ASSERT_EQ(chdir(folder.path().c_str()), 0);
+    setenv("NLSPATH", "C:/%N.cat", 1);
+    EXPECT_EQ(lookUp("app", 0, "de_AT"), "drive");
+    unsetenv("NLSPATH");
+    EXPECT_EQ(lookUp("app", 0, "de_AT"), "(none)");
+    folder.putText("app.cat", "here");
+    EXPECT_EQ(lookUp("app", 0, "de_AT"), "here");
+    EXPECT_EQ(lookUp("second/app.cat", 0, "de_AT"), "second");
+    EXPECT_EQ(lookUp("./nowhere.cat", 0, "de_AT"), "(none)");
+    folder.use(std::string(5000, 'x') + "%N:" + folder.path() + "/second/%N.cat");
+    EXPECT_EQ(lookUp("app", 0, "de_AT"), "second"); // what is too long is no file
+}
+
+TEST(CatalogSearch, TakesTheLocaleFromTheEnvironment)
+{
+    const CatalogFolder folder;
+    folder.use();
+    for (const char *locale : {"de", "es", "it"})
+        folder.putText(std::string(locale) + "/app.cat", locale);
+    setenv("LANG", "de_DE.UTF-8", 1);
+    setenv("LC_MESSAGES", "es_ES.UTF-8", 1);
+    unsetenv("LC_ALL");
+    EXPECT_EQ(lookUp("app", 0, nullptr), "de");
+    EXPECT_EQ(lookUp("app", UCV_CAT_MESSAGES, nullptr), "es");
+    setenv("LC_ALL", "it", 1);
+    EXPECT_EQ(lookUp("app", UCV_CAT_MESSAGES, nullptr), "it");
+    for (const char *variable : {"LC_ALL", "LC_MESSAGES"})
+        unsetenv(variable);
+    EXPECT_EQ(lookUp("app", UCV_CAT_MESSAGES, nullptr), "de");
+}
+
+TEST(CatalogTexts, AreFoundBySetAndNumber)
+{
+    const CatalogFolder folder;
+    const std::string path = folder.put(
+        "app.cat",
+        catalogBytes({{1, {{1, "one"}, {2, "two"}, {7, "seven"}, {4000000000u, "far"}}},
+                      {2, {{1, "never"}}, 1}, // not valid: the next in the chain stands for it
+                      {4, {{5, "five of four"}}},
+                      {9, {}}}));
+    ucv_cat_t *catalog = ucv_catopen(path.c_str(), 0, nullptr);
+    ASSERT_NE(catalog, nullptr);
+    const struct {
+        int set, message;
+        const char *text;
+    } cases[] = {{1, 1, "one"}, {1, 2, "two"}, {1, 7, "seven"}, {1, 3, "-"}, {1, 8, "-"},
+                 {1, 0, "-"},   {1, -1, "-"},  {2, 1, "-"},     {3, 7, "-"}, {4, 5, "five of four"},
+                 {4, 1, "-"},   {9, 1, "-"},   {-1, 1, "-"}};
+    for (const auto &entry : cases)
+        EXPECT_STREQ(ucv_catgets(catalog, entry.set, entry.message, "-", utf8()), entry.text)
+            << entry.set << ' ' << entry.message;
+    EXPECT_STREQ(ucv_catgets(nullptr, 1, 1, "-", utf8()), "-");
+    EXPECT_EQ(ucv_catgets(catalog, 1, 3, nullptr, utf8()), nullptr);
+    ucv_catclose_fully(catalog);
+}
+
+TEST(CatalogCache, KeepsAndForgets)
+{
+    const CatalogFolder folder;
+    const std::string path = folder.putText("app.cat", "kept");
+    ucv_cat_t *catalog = ucv_catopen(path.c_str(), 0, nullptr);
+    const char *text = ucv_catgets(catalog, 1, 1, "-", utf8());
+    EXPECT_EQ(ucv_catopen(path.c_str(), 0, nullptr), catalog);
+    EXPECT_EQ(ucv_catclose(catalog), 0);
+    EXPECT_EQ(ucv_catclose(catalog), -1);
+    std::filesystem::remove(path); // what is cached counts as there
+    EXPECT_EQ(ucv_catopen(path.c_str(), 0, nullptr), catalog);
+    EXPECT_EQ(ucv_catgets(catalog, 1, 1, "-", utf8()), text);
+    EXPECT_EQ(ucv_catclose_fully(catalog), 0);
+    EXPECT_EQ(ucv_catopen(path.c_str(), 0, nullptr), nullptr);
+    EXPECT_EQ(ucv_catclose(nullptr), -1);
+    EXPECT_EQ(ucv_catclose_fully(nullptr), -1);
+}
+
+int openDescriptors(const std::string &folder)
+{
+    int count = 0;
+    for (const auto &entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        const std::string target = std::filesystem::read_symlink(entry.path(), gone).string();
+        if (!target.starts_with(folder)) continue;
+        ++count;
+        const int descriptor = std::stoi(entry.path().filename().string());
+        EXPECT_TRUE(fcntl(descriptor, F_GETFD) & FD_CLOEXEC) << target;
+    }
+    return count;
+}
+
+TEST(CatalogCache, GrowsWhileAllAreOpenAndElseDropsTheLeastRecent)
+{
+    const CatalogFolder folder;
+    std::vector<ucv_cat_t *> catalogs;
+    const auto open = [&](int number) {
+        const std::string name = std::to_string(number) + ".cat";
+        const std::string path = folder.path() + "/" + name;
+        if (!std::filesystem::exists(path)) folder.putText(name, name);
+        return ucv_catopen(path.c_str(), 0, nullptr);
+    };
+    for (int number = 0; number < 10; ++number)
+        catalogs.push_back(open(number));
+    for (const int number : {4, 2, 7})
+        ucv_catclose(catalogs[static_cast<std::size_t>(number)]);
+    EXPECT_EQ(open(2), catalogs[2]); // the more recent now: 4 is the oldest closed one
+    ucv_catclose(catalogs[2]);
+    catalogs.push_back(open(10));
+    EXPECT_EQ(openDescriptors(folder.path()), 10);
+    EXPECT_EQ(open(2), catalogs[2]);
+    EXPECT_EQ(firstText(catalogs[2]), "2.cat");
+    catalogs[4] = open(4); // in the place of 7
+    EXPECT_EQ(firstText(catalogs[4]), "4.cat");
+    EXPECT_EQ(openDescriptors(folder.path()), 10);
+    catalogs[7] = open(7); // all are open
+    EXPECT_EQ(openDescriptors(folder.path()), 11);
+    for (std::size_t number = 0; number < catalogs.size(); ++number)
+        EXPECT_EQ(firstText(catalogs[number]), std::to_string(number) + ".cat");
+    for (ucv_cat_t *catalog : catalogs)
+        ucv_catclose_fully(catalog);
+    EXPECT_EQ(openDescriptors(folder.path()), 0);
+}
+
+std::string setRecord(MCSetTDisk record)
+{
+    return bytesOf(record, hton_MCSetTDisk);
+}
+
+TEST(CatalogFiles, ThatAreNoneAreRefused)
+{
+    const CatalogFolder folder;
+    const std::string good = catalogBytes({{1, {{1, "text"}}}, {2, {{1, "text"}}}});
+    std::string magic = good;
+    magic[0] = '+';
+    const struct {
+        const char *name;
+        std::string bytes;
+    } cases[] = {
+        {"empty", ""},
+        {"no more than a header", good.substr(0, 28)},
+        {"cut in the header", good.substr(0, 27)},
+        {"cut in the first set's record", good.substr(0, 50)},
+        {"cut before the second set", good.substr(0, 28 + 28 + 12 + 5)},
+        {"another magic", magic},
+        {"another version", headerBytes(1, 28, 2) + good.substr(28)},
+        {"no sets", headerBytes(0) + good.substr(28)},
+        {"more sets than fit", headerBytes(0xFFFFFFFF) + good.substr(28)},
+        {"a first set outside", headerBytes(1, 0xFFFFFFF0) + good.substr(28)},
+        {"a circle of sets that are not valid", headerBytes(1) + setRecord({1, 28, 0, 0, 0, 0, 7})},
+    };
+    for (const auto &entry : cases) {
+        const std::string path = folder.put("bad.cat", entry.bytes);
+        EXPECT_EQ(ucv_catopen(path.c_str(), 0, nullptr), nullptr) << entry.name;
+    }
+    const std::string pipe = folder.path() + "/pipe.cat";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(ucv_catopen(pipe.c_str(), 0, nullptr), nullptr); // and nobody waits
+    EXPECT_EQ(ucv_catopen(folder.path().c_str(), 0, nullptr), nullptr);
+    EXPECT_EQ(openDescriptors(folder.path()), 0);
+}
+
+TEST(CatalogFiles, ThatLieGiveTheDefaultText)
+{
+    const CatalogFolder folder;
+    const std::string message = bytesOf<MCMsgTDisk>({1, 0, 0}, hton_MCMsgTDisk);
+    const std::string outside = bytesOf<MCMsgTDisk>({1, 4, 0}, hton_MCMsgTDisk);
+    const struct {
+        const char *name;
+        MCSetTDisk record;
+        std::string rest;
+        const char *text;
+    } cases[] = {
+        {"as it should be", {1, 0, 56, 68, 5, 1, 0}, message + std::string("text\0", 5), "text"},
+        {"a text without an end", {1, 0, 56, 68, 4, 1, 0}, message + "textmore", "text"},
+        {"a text outside the block", {1, 0, 56, 68, 4, 1, 0}, outside + "text", "(default)"},
+        {"a block outside the file", {1, 0, 56, 68, 9, 1, 0}, message + "text", "(default)"},
+        {"a block of four gigabytes", {1, 0, 56, 68, 0xFFFFFFFF, 1, 0}, message, "(default)"},
+        {"messages outside the file", {1, 0, 56, 56, 4, 2, 0}, message + "text", "(default)"},
+        {"messages without number", {1, 0, 56, 56, 4, 0xFFFFFFFF, 0}, message, "(default)"},
+        {"messages far away", {1, 0, 0xFFFFFFFF, 56, 4, 1, 0}, message, "(default)"},
+        {"an empty block", {1, 0, 56, 68, 0, 1, 0}, message, "(default)"},
+    };
+    for (const auto &entry : cases) {
+        const std::string path =
+            folder.put("lie.cat", headerBytes(1) + setRecord(entry.record) + entry.rest);
+        ucv_cat_t *catalog = ucv_catopen(path.c_str(), 0, nullptr);
+        EXPECT_EQ(firstText(catalog), entry.text) << entry.name;
+        EXPECT_EQ(firstText(catalog, nullptr), entry.text) << entry.name;
+        ucv_catclose_fully(catalog);
+    }
+}
+
+// Many messages that share one long text: neither time nor memory may be their product.
+TEST(CatalogFiles, WithOverlappingTextsStaySmall)
+{
+    const CatalogFolder folder;
+    constexpr std::uint32_t kCount = 20000, kLength = 1 << 20;
+    std::string messages;
+    for (std::uint32_t id = 1; id <= kCount; ++id)
+        messages += bytesOf<MCMsgTDisk>({id, id % 2, 0}, hton_MCMsgTDisk);
+    const std::string path = folder.put(
+        "big.cat", headerBytes(1) + setRecord({1, 0, 56, 56 + 12 * kCount, kLength, kCount, 0}) +
+                       messages + std::string(kLength, 'x'));
+    ucv_cat_t *catalog = ucv_catopen(path.c_str(), 0, nullptr);
+    EXPECT_EQ(std::strlen(ucv_catgets(catalog, 1, kCount, "-", utf8())), kLength);
+    EXPECT_EQ(std::strlen(ucv_catgets(catalog, 1, 1, "-", nullptr)), kLength - 1);
+    EXPECT_STREQ(ucv_catgets(catalog, 1, kCount, "-", nullptr), "-");
+    ucv_catclose_fully(catalog);
+}
+
+// A set that cannot be read is tried again when it is next asked for.
+TEST(CatalogFiles, ThatShrinkAreReadAgainLater)
+{
+    const CatalogFolder folder;
+    const std::string bytes = catalogBytes({{1, {{1, "text"}}}});
+    const std::string path = folder.put("app.cat", bytes);
+    ucv_cat_t *catalog = ucv_catopen(path.c_str(), 0, nullptr);
+    std::filesystem::resize_file(path, 60);
+    EXPECT_EQ(firstText(catalog), "(default)");
+    std::ofstream(path, std::ios::binary) << bytes;
+    EXPECT_EQ(firstText(catalog), "text");
+    ucv_catclose_fully(catalog);
+}
+
+TEST(CatalogFiles, HaveNumbersInNetworkOrder)
+{
+    MCSetTDisk set = {1, 2, 3, 4, 5, 6, 0x01020304};
+    hton_MCSetTDisk(&set);
+    EXPECT_EQ(std::memcmp(&set.invalid, "\1\2\3\4", 4), 0);
+    ntoh_MCSetTDisk(&set);
+    EXPECT_EQ(set.invalid, 0x01020304u);
+    EXPECT_EQ(set.setId, 1u);
+    EXPECT_EQ(headerBytes(3).substr(0, 12), std::string("*nazgul*\0\0\0\1", 12));
+}
+
+} // namespace
