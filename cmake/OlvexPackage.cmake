@@ -19,6 +19,11 @@ if(TARGET olvex_tool)
     install(TARGETS olvex_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
 endif()
 
+if(TARGET olvex_codesets)
+    install(DIRECTORY ${PROJECT_BINARY_DIR}/share/olvex/codeset
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/olvex COMPONENT library)
+endif()
+
 # The CMake package: find_package(olvex), target olvex::olvex.
 configure_package_config_file(
     ${PROJECT_SOURCE_DIR}/cmake/olvexConfig.cmake.in ${PROJECT_BINARY_DIR}/olvexConfig.cmake

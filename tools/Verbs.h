@@ -13,6 +13,9 @@ struct Verb {
     int (*run)(int argc, char **argv); // argv[0] is the verb; returns an exit code
 };
 
+// Makes and shows tables of code sets (Codeset.cpp).
+int runCodeset(int argc, char **argv);
+
 // Logs lines of text as events (Log.cpp).
 int runLog(int argc, char **argv);
 

@@ -9,6 +9,7 @@ namespace {
 using tools::Verb;
 
 constexpr Verb kVerbs[] = {
+    {"codeset", "Make and show tables of code sets", tools::runCodeset},
     {"log", "Log lines of text as events", tools::runLog},
 };
 
