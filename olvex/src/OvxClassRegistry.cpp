@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "OvxFFDCTriggerHandler.h"
+#include "OvxFileCopyHandler.h"
 #include "OvxFileHandler.h"
 #include "OvxMavTraceFormatter.h"
 #include "OvxMsgIdFilter.h"
@@ -118,6 +120,23 @@ constexpr BuiltInClass kBuiltInClasses[] = {
      OVX_CLASS_FORMATTER,
      kNoDescription,
      {.format = OvxMavTraceFormatterFFormat, .bindMsg = ovxIntlBindI18Msg}},
+    {"ovx_ffdc_trigger_handler",
+     OVX_CLASS_HANDLER,
+     Message::kDescTriggerHandler,
+     {.allocVars = OvxFFDCTriggerHandlerFAllocVars,
+      .freeVars = OvxFFDCTriggerHandlerFFreeVars,
+      .cfgChange = OvxFFDCTriggerHandlerFCfgChange,
+      .open = OvxFFDCTriggerHandlerFOpen,
+      .close = OvxFFDCTriggerHandlerFClose}},
+    {"ovx_ffdc_filecopy_handler",
+     OVX_CLASS_HANDLER,
+     Message::kDescFileCopyHandler,
+     {.allocVars = OvxFileCopyHandlerFAllocVars,
+      .freeVars = OvxFileCopyHandlerFFreeVars,
+      .cfgChange = OvxFileCopyHandlerFCfgChange,
+      .process = OvxFileCopyHandlerFProcess,
+      .open = OvxFFDCTriggerHandlerFOpen,
+      .close = OvxFFDCTriggerHandlerFClose}},
 };
 
 void addBuiltInClass(const BuiltInClass &row)

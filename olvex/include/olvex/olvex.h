@@ -9,6 +9,7 @@
 #include <olvex/Collections.h>
 #include <olvex/Config.h>
 #include <olvex/Event.h>
+#include <olvex/Ffdc.h>
 #include <olvex/File.h>
 #include <olvex/Handler.h>
 #include <olvex/Level.h>

@@ -26,6 +26,21 @@ void readStatus(int bits, CxProcessStatus &status)
     if (status.signaled) status.signal = low & 0x7F;
 }
 
+// `prepare` runs in the child, where only what signal handlers may call can be used.
+template <class Prepare>
+CxResult createProcess(std::int32_t *pid, const char *path, char *const *argv, Prepare prepare)
+{
+    if (!pid || !path || !*path) return badArgument();
+    char *const none[] = {nullptr};
+    *pid = fork();
+    if (*pid == 0) {
+        prepare();
+        execv(path, argv ? argv : none);
+        _exit(kExecFailed);
+    }
+    return resultOf(*pid);
+}
+
 constexpr int kTraceStep = 3;
 int traceIndent = 0;
 
@@ -63,14 +78,12 @@ CxResult CxProcessGetCwd(char *buffer, size_t size)
 
 CxResult CxProcessCreate(int32_t *pid, const char *path, char *const *argv)
 {
-    if (!pid || !path || !*path) return badArgument();
-    char *const none[] = {nullptr};
-    *pid = fork();
-    if (*pid == 0) {
-        execv(path, argv ? argv : none);
-        _exit(kExecFailed);
-    }
-    return resultOf(*pid);
+    return createProcess(pid, path, argv, [] {});
+}
+
+CxResult cxProcessCreateAlone(int32_t *pid, const char *path, char *const *argv)
+{
+    return createProcess(pid, path, argv, [] { closefrom(STDERR_FILENO + 1); });
 }
 
 CxResult CxProcessWaitFor(int32_t *pid, CxProcessStatus *status, bool wait)

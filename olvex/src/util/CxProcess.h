@@ -1,4 +1,5 @@
-// The environment as privileged processes may use it, and the trace texts for debugging.
+// The environment as privileged processes may use it, children that get nothing but the standard
+// descriptors, and the trace texts for debugging.
 #pragma once
 
 #include <olvex/Export.h>
@@ -6,6 +7,9 @@
 
 // An environment variable that says where files are; null in a process with raised privileges.
 const char *cxTrustedEnv(const char *name);
+
+// CxProcessCreate, the child with no other descriptors than 0, 1 and 2.
+CxResult cxProcessCreateAlone(int32_t *pid, const char *path, char *const *argv);
 
 void cxIntlTraceEnter(const char *format, ...) OVX_PRINTF_LIKE(1, 2);
 void cxIntlTraceLeave(const char *format, ...) OVX_PRINTF_LIKE(1, 2);

@@ -1,0 +1,173 @@
+// Copying files one by one. Neither pipes nor devices can hold the host up: files are opened
+// without waiting and only regular ones are read and written.
+#include "OvxFileCopy.h"
+
+#include <olvex/Misc.h>
+
+#include <algorithm>
+
+#include "OvxFFDCTriggerHandler.h"
+#include "OvxFileState.h"
+#include "OvxLogFiles.h"
+#include "messages/Messages.h"
+#include "util/CxResult.h"
+
+#include <fcntl.h>
+
+using namespace olvex;
+
+namespace {
+
+constexpr std::size_t kBlock = 8192;
+constexpr std::size_t kTargetLimit = 255; // bytes of its path that a copy must stay below
+
+// Of a file that grows while it is copied no more is taken than it had, but files whose size the
+// system does not tell, as those below /proc, come whole.
+constexpr std::int64_t kLeastLimit = 1 << 20;
+
+constexpr int kNeverWait = O_NONBLOCK | O_NOCTTY;
+
+constexpr char kSafePunctuation[] = "_ \"'%+,-./:=@\\~";
+
+bool isSafe(char c)
+{
+    return CxIsASCIIAlpha(c) || CxIsASCIIDigit(c) || std::strchr(kSafePunctuation, c);
+}
+
+void reportMissing(const char *file, const char *handlerName)
+{
+    report(OVX_LEVEL_WARN, Message::kCopySourceMissing, file, handlerName);
+}
+
+void reportNotCopied(const char *target, const char *handlerName)
+{
+    report(OVX_LEVEL_WARN, Message::kNotCopied, handlerName, target);
+}
+
+// An open regular file, closed with its scope.
+class RegularFile {
+  public:
+    RegularFile(const char *path, int flags)
+    {
+        if (!ok(CxFileOpen(&file_, path, flags | kNeverWait))) file_ = -1;
+        isOpen_ = file_ >= 0 && readFileState(file_, state_) == 0 && state_.isRegular;
+    }
+    ~RegularFile()
+    {
+        if (file_ >= 0) CxFileClose(&file_);
+    }
+    RegularFile(const RegularFile &) = delete;
+    RegularFile &operator=(const RegularFile &) = delete;
+
+    bool isOpen() const { return isOpen_; }
+    std::int64_t size() const { return static_cast<std::int64_t>(state_.size); }
+
+    // The bytes read, 0 at the end, -1 on failure.
+    std::int64_t read(char *block, std::size_t size)
+    {
+        std::int64_t count = -1;
+        return ok(CxFileRead(&file_, block, size, &count)) ? count : -1;
+    }
+    bool write(const char *block, std::size_t size) { return ok(writeAll(&file_, block, size)); }
+    bool finish()
+    {
+        const bool flushed = ok(CxFileFlush(&file_));
+        return ok(CxFileClose(&file_)) && flushed;
+    }
+
+  private:
+    CxFile file_ = -1;
+    FileState state_;
+    bool isOpen_ = false;
+};
+
+enum class Outcome { kCopied, kSourceFailed, kTargetFailed };
+
+Outcome copyBlocks(RegularFile &source, RegularFile &target)
+{
+    char block[kBlock];
+    std::int64_t rest = std::max(source.size(), kLeastLimit);
+    while (rest > 0) {
+        const auto wanted = std::min(static_cast<std::uint64_t>(rest), std::uint64_t{kBlock});
+        const std::int64_t count = source.read(block, static_cast<std::size_t>(wanted));
+        if (count < 0) return Outcome::kSourceFailed;
+        if (count == 0) break;
+        if (!target.write(block, static_cast<std::size_t>(count))) return Outcome::kTargetFailed;
+        rest -= count;
+    }
+    return Outcome::kCopied;
+}
+
+// A file that stands there already is written over from its beginning, and keeps what is behind. A
+// link there is not followed.
+Outcome copyFile(const char *from, const char *to)
+{
+    RegularFile source(from, O_RDONLY);
+    if (!source.isOpen()) return Outcome::kSourceFailed;
+    RegularFile target(to, O_CREAT | O_RDWR | O_NOFOLLOW);
+    if (!target.isOpen()) return Outcome::kTargetFailed;
+    const Outcome outcome = copyBlocks(source, target);
+    const bool finished = target.finish();
+    return outcome == Outcome::kCopied && !finished ? Outcome::kTargetFailed : outcome;
+}
+
+const char *lastNameOf(const char *path)
+{
+    const char *slash = BaxStringRChr(path, '/');
+    return slash ? slash + 1 : path;
+}
+
+Text joinPath(const char *dir, const char *name)
+{
+    const char *const parts[] = {dir, name};
+    return Text(OvxStrACat(2, parts, "/"));
+}
+
+} // namespace
+
+bool ovxFileExists(const char *path)
+{
+    CxFilePath file;
+    return CxInitFilePath(&file, path) == 1 && CxFilePathExists(&file) == 0;
+}
+
+bool ovxIsFilenameUnsafe(const char *name)
+{
+    for (; name && *name; ++name)
+        if (!isSafe(*name)) return true;
+    return false;
+}
+
+bool ovxFCHValidateFilesToCopy(const char *files, const char *handlerName)
+{
+    bool isAnyThere = false;
+    forEachListedFile(files, [&](const char *file) {
+        if (ovxFileExists(file))
+            isAnyThere = true;
+        else
+            reportMissing(file, handlerName);
+    });
+    return isAnyThere;
+}
+
+void ovxFCHDoFileCopy(const char *file, const char *dir, const char *handlerName)
+{
+    if (!file || !dir) return;
+    const Text source = nativePath(file);
+    const char *name = source ? lastNameOf(source.get()) : "";
+    if (!*name) return reportMissing(file, handlerName);
+    const Text target = joinPath(dir, name);
+    if (!target) return;
+    const Outcome outcome = BaxStringLen(target.get()) < kTargetLimit
+                                ? copyFile(source.get(), target.get())
+                                : Outcome::kTargetFailed;
+    if (outcome == Outcome::kSourceFailed) reportMissing(source.get(), handlerName);
+    if (outcome == Outcome::kTargetFailed) reportNotCopied(target.get(), handlerName);
+}
+
+// A directory that could not be made shows here: no copy succeeds.
+void ovxFileCopyHandlerCopyToDir(const char *files, const char *dir, const char *handlerName)
+{
+    if (!ovxFCHValidateFilesToCopy(files, handlerName)) return;
+    forEachListedFile(files, [&](const char *file) { ovxFCHDoFileCopy(file, dir, handlerName); });
+}

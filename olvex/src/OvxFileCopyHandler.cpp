@@ -1,0 +1,179 @@
+// The file copy handler: its settings and what it does with an event. The copying itself is in
+// OvxFileCopy.
+#include "OvxFileCopyHandler.h"
+
+#include <olvex/Misc.h>
+
+#include "OvxFFDCSpace.h"
+#include "OvxFileCopy.h"
+#include "messages/Messages.h"
+#include "util/CxResult.h"
+#include "util/Locked.h"
+
+using namespace olvex;
+
+namespace {
+
+OvxFileCopySettings *settingsOf(const OvxObject *handler)
+{
+    const OvxFFDCHandlerVars *vars = ffdcVarsOf(handler);
+    return vars ? vars->copySettings : nullptr;
+}
+
+using Setting = Text OvxFileCopySettings::*;
+
+void store(const OvxObject *handler, Setting setting, Text text)
+{
+    if (OvxFileCopySettings *settings = settingsOf(handler)) settings->*setting = std::move(text);
+}
+
+Text copyOf(const OvxObject *handler, Setting setting)
+{
+    const OvxFileCopySettings *settings = settingsOf(handler);
+    return Text(settings ? BaxStringDup((settings->*setting).get()) : nullptr);
+}
+
+Text withZipExtension(const char *name)
+{
+    const char *dot = BaxStringRChr(name, '.');
+    if (dot && BaxStringICmp(dot, ".zip") == 0) return Text(BaxStringDup(name));
+    const char *const parts[] = {name, ".zip"};
+    return Text(OvxStrACat(2, parts, nullptr));
+}
+
+struct Work {
+    int files = 0;
+    std::int64_t bytes = 0;
+};
+
+// A file whose size cannot be had counts as nothing.
+Work measure(const char *files)
+{
+    Work work;
+    forEachListedFile(files, [&](const char *file) {
+        ++work.files;
+        const Text native = nativePath(file);
+        std::int64_t size = 0;
+        if (!ok(CxFileNameGetSize(native.get(), &size))) return;
+        if (__builtin_add_overflow(work.bytes, size, &work.bytes)) work.bytes = INT64_MAX;
+    });
+    return work;
+}
+
+// The settings are copied first: what is reported on the way can come to code that changes them.
+void act(OvxObject *handler, OvxEvent *event)
+{
+    const Text files = copyOf(handler, &OvxFileCopySettings::filesToCopy);
+    const Text zipFile = copyOf(handler, &OvxFileCopySettings::zipFile);
+    const Text zipCmdPath = copyOf(handler, &OvxFileCopySettings::zipCmdPath);
+    const Work work = measure(files.get());
+    if (!ovxIsFFDCSpaceAvailable(handler, work.bytes)) return;
+    const Text dir(ovxMakeFFDCDir(handler, event));
+    const char *name = ovxIntlGetObjectName(handler);
+    if (!dir) return;
+    if (zipFile)
+        ovxFileCopyHandlerCopyToZip(zipCmdPath.get(), files.get(), work.files, dir.get(),
+                                    zipFile.get(), name);
+    else
+        ovxFileCopyHandlerCopyToDir(files.get(), dir.get(), name);
+}
+
+struct PropertyChange {
+    const char *name;
+    void (*set)(OvxObject *handler, const char *value);
+};
+
+constexpr PropertyChange kChanges[] = {
+    {"filesToCopy", ovxIntlFileCopyHandlerSetFiles},
+    {"zipFileName", ovxIntlFileCopyHandlerSetZipFile},
+    {"zipCmdPath", ovxIntlFileCopyHandlerSetZipCmdPath},
+};
+
+} // namespace
+
+void *OvxFileCopyHandlerFAllocVars()
+{
+    auto *vars = static_cast<OvxFFDCHandlerVars *>(OvxFFDCTriggerHandlerFAllocVars());
+    if (!vars) return nullptr;
+    vars->copySettings = Memory().make<OvxFileCopySettings>();
+    if (vars->copySettings) return vars;
+    OvxFFDCTriggerHandlerFFreeVars(vars);
+    return nullptr;
+}
+
+void OvxFileCopyHandlerFFreeVars(void *variables)
+{
+    auto *vars = static_cast<OvxFFDCHandlerVars *>(variables);
+    if (vars) Memory().destroy(vars->copySettings);
+    OvxFFDCTriggerHandlerFFreeVars(vars);
+}
+
+void OvxFileCopyHandlerFCfgChange(OvxObject *handler, const char *name)
+{
+    if (!name) return;
+    for (const PropertyChange &change : kChanges) {
+        if (BaxStringCmp(name, change.name) != 0) continue;
+        const Text value(ovxIntlGetObjProp(handler, name, nullptr));
+        return change.set(handler, value.get());
+    }
+    OvxFFDCTriggerHandlerFCfgChange(handler, name);
+}
+
+void OvxFileCopyHandlerFProcess(OvxObject *handler, OvxEvent *event)
+{
+    if (!settingsOf(handler) || !event || !handler->enabled) return;
+    OvxFFDCTriggerHandlerFOpen(handler);
+    if (hasBaseDirectory(*ffdcVarsOf(handler)) && ovxShouldFFDCActionOccur(handler, event))
+        act(handler, event);
+    OvxBasicObjectFLog(handler, event);
+}
+
+void ovxIntlFileCopyHandlerSetFiles(OvxObject *handler, const char *files)
+{
+    if (files) store(handler, &OvxFileCopySettings::filesToCopy, Text(BaxStringDup(files)));
+}
+
+void ovxIntlFileCopyHandlerSetZipFile(OvxObject *handler, const char *name)
+{
+    if (name)
+        store(handler, &OvxFileCopySettings::zipFile, *name ? withZipExtension(name) : nullptr);
+}
+
+void ovxIntlFileCopyHandlerSetZipCmdPath(OvxObject *handler, const char *path)
+{
+    if (!path || !settingsOf(handler)) return;
+    if (!ovxIsFilenameUnsafe(path) && ovxFileExists(path))
+        store(handler, &OvxFileCopySettings::zipCmdPath, Text(BaxStringDup(path)));
+    else
+        report(OVX_LEVEL_ERROR, Message::kZipNotRun, path);
+}
+
+char *OvxFileCopyHandlerGetFiles(OvxObject *handler)
+{
+    return locked([&] { return copyOf(handler, &OvxFileCopySettings::filesToCopy).release(); });
+}
+
+void OvxFileCopyHandlerSetFiles(OvxObject *handler, const char *files)
+{
+    locked([&] { ovxIntlFileCopyHandlerSetFiles(handler, files); });
+}
+
+char *OvxFileCopyHandlerGetZipFile(OvxObject *handler)
+{
+    return locked([&] { return copyOf(handler, &OvxFileCopySettings::zipFile).release(); });
+}
+
+void OvxFileCopyHandlerSetZipFile(OvxObject *handler, const char *name)
+{
+    locked([&] { ovxIntlFileCopyHandlerSetZipFile(handler, name); });
+}
+
+char *OvxFileCopyHandlerGetZipCmdPath(OvxObject *handler)
+{
+    return locked([&] { return copyOf(handler, &OvxFileCopySettings::zipCmdPath).release(); });
+}
+
+void OvxFileCopyHandlerSetZipCmdPath(OvxObject *handler, const char *path)
+{
+    locked([&] { ovxIntlFileCopyHandlerSetZipCmdPath(handler, path); });
+}

@@ -1,0 +1,284 @@
+// The file copy handler: copying one by one and into zip archives, with everything that stands in
+// its way.
+#include "Ffdc.h"
+
+#include "OvxFileCopy.h"
+
+#include <chrono>
+#include <sstream>
+
+using namespace olvex::test;
+
+namespace {
+
+using Strings = std::vector<std::string>;
+using Names = std::set<std::string>;
+
+constexpr char kZip[] = "/usr/bin/zip";
+
+class FileCopy : public Ffdc {
+  protected:
+    void copy(const std::string &files)
+    {
+        OvxSetObjProp(copier, "filesToCopy", files.c_str());
+        log(time++);
+    }
+
+    std::string copied(const std::string &name) const
+    {
+        return folder.read("base/2008.04.01/" + name);
+    }
+
+    static std::string missing(const std::string &file)
+    {
+        return "OVXFF0062W Could not find the file " + file +
+               " to be copied by the file copying handler copier.";
+    }
+    static std::string notCopied(const std::string &file)
+    {
+        return "OVXFF0063W The file copying handler copier could not copy the file " + file + ".";
+    }
+
+    // An executable script, by its path.
+    std::string script(const std::string &name, const std::string &lines)
+    {
+        folder.write(name, "#!/bin/sh\n" + lines);
+        chmod((folder / name).c_str(), 0755);
+        return folder / name;
+    }
+
+    void useZip(const std::string &command)
+    {
+        OvxSetObjProp(copier, "zipFileName", "dump");
+        OvxSetObjProp(copier, "zipCmdPath", command.c_str());
+    }
+
+    std::int64_t time = kNoon;
+};
+
+TEST_F(FileCopy, TakesPathsApartAtBlanksAndKeepsQuotedOnes)
+{
+    folder.write("a.log", "first");
+    folder.write("my file.txt", std::string(20000, 'y'));
+    folder.write("empty", "");
+    copy("  " + (folder / "a.log") + " \"" + (folder / "my file.txt") + "\"  " +
+         (folder / "empty"));
+    EXPECT_EQ(kept(), (Names{"2008.04.01/a.log", "2008.04.01/my file.txt", "2008.04.01/empty"}));
+    EXPECT_EQ(copied("a.log"), "first");
+    EXPECT_EQ(copied("my file.txt"), std::string(20000, 'y'));
+    struct stat status = {};
+    stat((base + "/2008.04.01/a.log").c_str(), &status);
+    EXPECT_EQ(status.st_mode & 07777u, 0600u);
+    copy((folder / "a.log") + " " + (folder / "gone"));
+    EXPECT_EQ(reports(), (Strings{missing(folder / "gone"), missing(folder / "gone")}));
+    records.clear();
+    copy((folder / "gone") + " /nowhere/");
+    EXPECT_EQ(reports(), (Strings{missing(folder / "gone"), missing("/nowhere/")}));
+}
+
+TEST_F(FileCopy, WritesOverWhatIsThereWithoutCuttingIt)
+{
+    folder.write("a.log", "long text");
+    copy(folder / "a.log");
+    folder.write("a.log", "LONG");
+    copy(folder / "a.log");
+    EXPECT_EQ(copied("a.log"), "LONG text");
+}
+
+TEST_F(FileCopy, CopiesRegularFilesOnlyAndNeverWaits)
+{
+    folder.write("a.log", "text");
+    mkfifo((folder / "pipe").c_str(), 0600);
+    copy((folder / "pipe") + " /dev/zero " + base + " " + base + "/ " + (folder / "a.log"));
+    EXPECT_EQ(reports(), (Strings{missing(folder / "pipe"), missing("/dev/zero"), missing(base),
+                                  missing(base + "/")}));
+    EXPECT_EQ(kept(), Names{"2008.04.01/a.log"});
+}
+
+TEST_F(FileCopy, EndsOnFilesWithoutAnEnd)
+{
+    copy("/proc/self/status /proc/self/pagemap"); // both say that they are empty
+    EXPECT_NE(copied("status").find("VmSize"), std::string::npos);
+    EXPECT_EQ(copied("pagemap").size(), 1u << 20);
+}
+
+TEST_F(FileCopy, DoesNotWriteThroughWhatIsNoFile)
+{
+    folder.write("a.log", "text");
+    folder.write("precious", "precious");
+    const std::string target = base + "/2008.04.01/a.log";
+    const std::string named = base + "/2008.04.01//a.log";
+    std::filesystem::create_directories(base + "/2008.04.01");
+    std::filesystem::create_symlink(folder / "precious", target);
+    copy(folder / "a.log");
+    std::filesystem::remove(target);
+    std::filesystem::create_directory(target);
+    copy(folder / "a.log");
+    std::filesystem::remove(target);
+    mkfifo(target.c_str(), 0600);
+    copy(folder / "a.log");
+    EXPECT_EQ(reports(), (Strings{notCopied(named), notCopied(named), notCopied(named)}));
+    EXPECT_EQ(folder.read("precious"), "precious");
+}
+
+TEST_F(FileCopy, SaysWhenTheDirectoryCannotBeMade)
+{
+    folder.write("a.log", "text");
+    folder.write("base/2008.04.01", "in the way");
+    copy(folder / "a.log");
+    EXPECT_EQ(reports(), Strings{notCopied(base + "/2008.04.01//a.log")});
+}
+
+TEST_F(FileCopy, TargetsStayBelow255Bytes)
+{
+    const std::size_t room = 254 - (base + "/2008.04.01//").size();
+    const std::string fits(room, 'f');
+    const std::string tooLong(room + 1, 't');
+    folder.write(fits, "fits");
+    folder.write(tooLong, "too long");
+    copy((folder / fits) + " " + (folder / tooLong));
+    EXPECT_EQ(kept(), Names{"2008.04.01/" + fits});
+    EXPECT_EQ(reports(), Strings{notCopied(base + "/2008.04.01//" + tooLong)});
+    records.clear();
+    const std::string longSource = std::string(260, '/') + "etc/passwd";
+    copy(longSource + " " + (folder / fits));
+    EXPECT_EQ(reports(), (Strings{missing(longSource), missing(longSource)}));
+}
+
+TEST_F(FileCopy, StaysWithinTheQuota)
+{
+    folder.write("a.log", std::string(600, 'x'));
+    put("2008.03.01/old", 500, 1);
+    OvxSetObjProp(copier, "maxDiskSpace", "1000");
+    OvxSetObjProp(copier, "firstWarning", "0.4");
+    OvxSetObjProp(copier, "quotaPolicy", "QUOTA_SUSPEND");
+    copy(folder / "a.log");
+    EXPECT_EQ(kept(), Names{"2008.03.01/old"});
+    EXPECT_EQ(reports().size(), 1u);
+    OvxSetObjProp(copier, "quotaPolicy", "QUOTA_AUTODELETE");
+    copy(folder / "a.log");
+    EXPECT_EQ(kept(), Names{"2008.04.01/a.log"});
+}
+
+TEST_F(FileCopy, CopiesOnceWithinTheRepeatTime)
+{
+    folder.write("a.log", "first");
+    OvxSetObjProp(copier, "triggerRepeatTime", "60000");
+    copy(folder / "a.log");
+    folder.write("a.log", "second");
+    copy(folder / "a.log");
+    EXPECT_EQ(copied("a.log"), "first");
+}
+
+TEST_F(FileCopy, ZipNamesEndInZip)
+{
+    const struct {
+        const char *given, *kept;
+    } cases[] = {{"backup", "backup.zip"}, {"data.tar", "data.tar.zip"},
+                 {"Dump.ZIP", "Dump.ZIP"}, {"a.zip.b", "a.zip.b.zip"},
+                 {".zip", ".zip"},         {"", "(none)"}};
+    for (const auto &entry : cases) {
+        OvxSetObjProp(copier, "zipFileName", entry.given);
+        EXPECT_EQ(take(OvxFileCopyHandlerGetZipFile(copier)), entry.kept);
+    }
+}
+
+TEST_F(FileCopy, RefusesUnsafeAndMissingCommands)
+{
+    EXPECT_FALSE(ovxIsFilenameUnsafe("_ \"'%+,-./:=@\\~azAZ09"));
+    EXPECT_FALSE(ovxIsFilenameUnsafe(nullptr));
+    for (const char c : std::string("!#$&()*;<>?[]^`{|}\t\n\x7f\x80\xff"))
+        EXPECT_TRUE(ovxIsFilenameUnsafe((std::string("/bin/") + c).c_str())) << c;
+    OvxSetObjProp(copier, "zipCmdPath", "/bin/sh");
+    for (const char *command : {"/bin/sh;rm", "/nowhere/zip", ""})
+        OvxSetObjProp(copier, "zipCmdPath", command);
+    EXPECT_EQ(take(OvxFileCopyHandlerGetZipCmdPath(copier)), "/bin/sh");
+    ASSERT_EQ(reports().size(), 3u);
+    EXPECT_EQ(reports()[0], "OVXFF0065E The specified zip command '/bin/sh;rm'. does not exist or "
+                            "cannot be run.");
+}
+
+// What stands in the directory at the end of a zip archive.
+Names namesInArchive(const std::string &archive)
+{
+    Names names;
+    for (std::size_t at = archive.find("PK\x01\x02"); at != std::string::npos;
+         at = archive.find("PK\x01\x02", at + 1)) {
+        const auto size = static_cast<unsigned char>(archive[at + 28]);
+        names.insert(archive.substr(at + 46, size));
+    }
+    return names;
+}
+
+TEST_F(FileCopy, MakesAndUpdatesArchivesWithTheRealZip)
+{
+    if (access(kZip, X_OK) != 0) GTEST_SKIP() << "there is no zip here";
+    folder.write("a.log", std::string(5000, 'a'));
+    folder.write("my file.txt", "text");
+    folder.write("-c.log", "c");
+    useZip(kZip);
+    copy((folder / "a.log") + " \"" + (folder / "my file.txt") + "\" " + (folder / "gone"));
+    EXPECT_EQ(kept(), Names{"2008.04.01/dump.zip"});
+    EXPECT_EQ(namesInArchive(copied("dump.zip")), (Names{"a.log", "my file.txt"}));
+    EXPECT_EQ(reports(), Strings{missing(folder / "gone")});
+    const std::string here = std::filesystem::current_path().string();
+    std::filesystem::current_path(folder / "");
+    copy("-c.log"); // a file, not an option
+    std::filesystem::current_path(here);
+    EXPECT_EQ(namesInArchive(copied("dump.zip")), (Names{"-c.log", "a.log", "my file.txt"}));
+}
+
+TEST_F(FileCopy, GivesZipItsArgumentsAndTheStandardDescriptorsOnly)
+{
+    folder.write("a.log", "text");
+    folder.write("secret", "text");
+    const int inherited = open((folder / "secret").c_str(), O_RDONLY); // not close-on-exec
+    useZip(script("zip", "out=" + (folder / "seen") + "\n" +
+                             "for word; do echo \"<$word>\"; done >$out\n"
+                             "ls -l /proc/$$/fd >>$out\n"
+                             "touch \"$3\"\n"));
+    copy((folder / "gone") + " " + (folder / "a.log"));
+    close(inherited);
+    const std::string seen = folder.read("seen");
+    EXPECT_EQ(seen.substr(0, seen.find("total")),
+              "<-q>\n<-j>\n<" + base + "/2008.04.01//dump.zip>\n<" + (folder / "a.log") + ">\n");
+    EXPECT_EQ(seen.find("secret"), std::string::npos);
+    EXPECT_NE(seen.find(" 2 -> "), std::string::npos);
+    EXPECT_EQ(reports(), Strings{missing(folder / "gone")});
+}
+
+TEST_F(FileCopy, SaysWhenThereIsNoArchiveInTheEnd)
+{
+    folder.write("a.log", "text");
+    const std::string noArchive =
+        "OVXFF0064E Could not create the zip file " + base + "/2008.04.01//dump.zip.";
+    OvxSetObjProp(copier, "zipFileName", "dump");
+    copy(folder / "a.log"); // no command: nothing happens
+    EXPECT_EQ(reports(), Strings{});
+    useZip(script("dies", "kill -9 $$\n"));
+    copy(folder / "a.log");
+    useZip(folder / "a.log"); // no program
+    copy(folder / "a.log");
+    useZip(script("zip", "touch \"$3\"\n"));
+    copy(folder / "gone");
+    EXPECT_EQ(reports(), (Strings{noArchive, noArchive, missing(folder / "gone"), noArchive}));
+    std::filesystem::remove(folder / "zip");
+    copy(folder / "a.log");
+    EXPECT_EQ(reports().back(), "OVXFF0065E The specified zip command '" + (folder / "zip") +
+                                    "'. does not exist or cannot be run.");
+}
+
+TEST(ProgramRun, EndsProgramsThatHang)
+{
+    char name[] = "sleep";
+    char seconds[] = "60";
+    char *const arguments[] = {name, seconds, nullptr};
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(olvex::runProgram("/bin/sleep", arguments, 100));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
+    char none[] = "0";
+    char *const atOnce[] = {name, none, nullptr};
+    EXPECT_TRUE(olvex::runProgram("/bin/sleep", atOnce, 30000));
+}
+
+} // namespace
