@@ -41,10 +41,21 @@ AppendFormat appendFormatOf(OvxFFormat format)
 // Buffers that a huge event has blown up are not kept.
 constexpr std::uint32_t kLargestKept = 64 * 1024;
 
-OvxObject *formatterOf(const OvxObject *handler)
+// What the handler formats with, held while a function of its class runs: that function may give
+// the handler another one.
+ObjectRef formatterOf(const OvxObject *handler)
 {
-    if (!isHandler(handler) || !isFormatter(handler->formatter)) return nullptr;
-    return handler->formatter;
+    const bool usable = isHandler(handler) && isFormatter(handler->formatter);
+    return ObjectRef(usable ? ovxIntlAcquireObject(handler->formatter) : nullptr);
+}
+
+// Calls a function of the formatter's class; null when there is no formatter or no such function.
+template <class Function, class... Arguments>
+char *callFormatter(const OvxObject *handler, Function ClassSlots::*slot, Arguments... arguments)
+{
+    const ObjectRef formatter = formatterOf(handler);
+    const Function function = formatter ? formatter.get()->cls->slots.*slot : nullptr;
+    return function ? function(formatter.get(), arguments...) : nullptr;
 }
 
 } // namespace
@@ -53,18 +64,18 @@ namespace olvex {
 
 EventText::EventText(OvxObject *handler, OvxEvent *event)
 {
-    OvxObject *formatter = formatterOf(handler);
-    if (!formatter || !formatter->cls->slots.format) return;
-    const AppendFormat append = appendFormatOf(formatter->cls->slots.format);
+    const ObjectRef formatter = formatterOf(handler);
+    if (!formatter) return;
+    const AppendFormat append = appendFormatOf(formatter.get()->cls->slots.format);
     if (!append || shared.inUse) {
-        owned_.reset(formatter->cls->slots.format(formatter, event));
+        owned_.reset(callFormatter(handler, &ClassSlots::format, event));
         text_ = owned_.get();
         size_ = BaxStringLen(text_);
         return;
     }
     shared.inUse = usesSharedBuffer_ = true;
     CxStringBuffRestart(&shared.text);
-    if (!append(formatter, event, &shared.text)) return;
+    if (!append(formatter.get(), event, &shared.text)) return;
     text_ = shared.text.str;
     size_ = shared.text.length;
 }
@@ -98,23 +109,17 @@ void ovxIntlHandlerSetFormatter(OvxObject *handler, OvxObject *formatter)
 
 char *ovxIntlHandlerGetFmtHeader(OvxObject *handler)
 {
-    OvxObject *formatter = formatterOf(handler);
-    const OvxFGetHeader getHeader = formatter ? formatter->cls->slots.getHeader : nullptr;
-    return getHeader ? getHeader(formatter) : nullptr;
+    return callFormatter(handler, &ClassSlots::getHeader);
 }
 
 char *ovxIntlHandlerGetFmtTrailer(OvxObject *handler)
 {
-    OvxObject *formatter = formatterOf(handler);
-    const OvxFGetTrailer getTrailer = formatter ? formatter->cls->slots.getTrailer : nullptr;
-    return getTrailer ? getTrailer(formatter) : nullptr;
+    return callFormatter(handler, &ClassSlots::getTrailer);
 }
 
 char *ovxIntlHandlerDoFmt(OvxObject *handler, OvxEvent *event)
 {
-    OvxObject *formatter = formatterOf(handler);
-    const OvxFFormat format = formatter ? formatter->cls->slots.format : nullptr;
-    return format ? format(formatter, event) : nullptr;
+    return callFormatter(handler, &ClassSlots::format, event);
 }
 
 void OvxBasicHandlerFCfgChange(OvxObject *handler, const char *name)

@@ -178,7 +178,8 @@ void ovxToolkitRemObjInstance(OvxObject *object)
 }
 
 // Private variables go first and links second, so that no object is reached through another one
-// that is gone already; what the functions of the classes make meanwhile goes in another round.
+// that is gone already; what the functions of the classes make meanwhile goes in another round. A
+// class that makes objects without end is not called again: what it has left becomes shells.
 void ovxFreeInstancesMap()
 {
     constexpr int kRounds = 8;
@@ -188,5 +189,7 @@ void ovxFreeInstancesMap()
         forEachTaken(all, ovxFreeObjectLinks);
         forEachTaken(all, ovxRetireObject);
     }
+    for (const auto *node = instances ? instances->first() : nullptr; node; node = node->next())
+        node->value()->cls = nullptr;
     ovxIntlFreeStringToObjMap(std::exchange(instances, nullptr));
 }

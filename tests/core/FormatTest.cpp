@@ -157,6 +157,31 @@ TEST_F(Format, ConsoleHandlersWriteHeaderRecordsAndTrailer)
     }
 }
 
+// Gives the handler another formatter, which ends the one that is at work.
+char *changeFormatter(OvxObject *formatter, OvxEvent *event)
+{
+    OvxObject *handler = ovxIntlGetObject("console", nullptr);
+    ovxIntlHandlerSetFormatter(handler, nullptr);
+    ovxIntlReleaseObject(handler);
+    OvxSetEventProp(event, "formatter", ovxIntlGetObjectName(formatter));
+    return OvxGetEventProp(event, "formatter", nullptr);
+}
+
+TEST_F(Format, AFormatterLivesUntilItHasFormatted)
+{
+    OvxAddFormatterClass("test_changes", nullptr, nullptr, nullptr, nullptr, changeFormatter,
+                         nullptr, nullptr, nullptr);
+    OvxObject *logger = get("log", "ovx_basiclogger");
+    OvxObject *handler = get("console", "ovx_consolehandler");
+    OvxAddListener(logger, handler);
+    OvxObject *formatter = OvxGetObject("once", "test_changes");
+    OvxHandlerSetFormatter(handler, formatter);
+    OvxReleaseObject(formatter);
+    CaptureStdout();
+    OvxLogText(logger, "text", 0);
+    EXPECT_EQ(GetCapturedStdout(), "once");
+}
+
 TEST_F(Format, AHandlerWithoutFormatterIsSilentButPassesOn)
 {
     OvxObject *logger = get("log", "ovx_basiclogger");

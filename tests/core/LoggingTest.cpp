@@ -1,6 +1,8 @@
 // Logging: the calls, levels, the typed parameter list, filters, and events that come back.
 #include "Toolkit.h"
 
+#include <climits>
+
 using namespace olvex::test;
 
 namespace {
@@ -172,6 +174,43 @@ TEST_F(Logging, AnUnknownMarkerEndsTheListAndIsReported)
     EXPECT_EQ(recordedBy("logRecorder"), Strings{"1 two"});
     EXPECT_EQ(reports(),
               Strings{"OVXBC0071W The logging method's parameter list is missing type markers."});
+}
+
+OvxEvent *makeEvent(const char *catalog, ...)
+{
+    va_list list;
+    va_start(list, catalog);
+    OvxEvent *event = OvxVaAllocEvent(OVX_LEVEL_WARN, catalog, 1, 2, "text", list);
+    va_end(list);
+    return event;
+}
+
+TEST_F(Logging, EventsKeepWhatTheyAreGiven)
+{
+    OvxEvent *event =
+        makeEvent("cat", OVX_PROP, "long", OVX_PARM_LONG, LONG_MIN, OVX_PROP, "float",
+                  OVX_PARM_FLOAT, 1.5, OVX_PROP, "bool", OVX_PARM_BOOL, 1, OVX_PROP, "char",
+                  OVX_PARM_CHAR, 'c', OVX_PROP, "none", OVX_PARM_STRING, nullptr, 0);
+    EXPECT_TRUE(OvxGetEventIsMessage(event)); // it has a catalog
+    EXPECT_EQ(OvxGetEventLevel(event), OVX_LEVEL_WARN);
+    EXPECT_EQ(OvxGetEventPropLong(event, "long", nullptr), LONG_MIN);
+    EXPECT_EQ(OvxGetEventPropFloat(event, "float", nullptr), 1.5F);
+    EXPECT_TRUE(OvxGetEventPropBool(event, "bool", nullptr));
+    EXPECT_EQ(take(OvxGetEventProp(event, "char", nullptr)), "c");
+    bool found = false;
+    EXPECT_EQ(OvxGetEventProp(event, "none", &found), nullptr);
+    EXPECT_TRUE(found);
+    EXPECT_EQ(OvxGetEventMessageId(event), nullptr);
+    OvxSetEventMessageId(event, "ID1");
+    EXPECT_EQ(take(OvxGetEventMessageId(event)), "ID1");
+    OvxSetEventMessageId(event, nullptr);
+    EXPECT_EQ(OvxGetEventMessageId(event), nullptr);
+    OvxFreeEvent(event);
+    event = makeEvent(nullptr, OVX_PROP, "lost", 42, OVX_PARM_INT, 1, 0);
+    EXPECT_FALSE(OvxGetEventIsMessage(event));
+    EXPECT_EQ(reports(),
+              Strings{"OVXBC0071W The logging method's parameter list is missing type markers."});
+    OvxFreeEvent(event);
 }
 
 TEST_F(Logging, ParametersOfEveryTypeArePrinted)

@@ -165,6 +165,126 @@ TEST_F(Objects, PropertiesKeepTypedValuesAsText)
     EXPECT_FALSE(found);
 }
 
+Strings calls; // of the functions of the class below, in order
+
+void *makeTracedVars(void)
+{
+    static int number = 0;
+    number = calls.empty() ? 0 : number;
+    calls.push_back("make" + std::to_string(++number));
+    return new int(number);
+}
+
+void freeTracedVars(void *variables)
+{
+    auto *number = static_cast<int *>(variables);
+    calls.push_back("free" + (number ? std::to_string(*number) : ""));
+    delete number;
+}
+
+void traceClose(OvxObject *object)
+{
+    auto *formatter = ovxIntlHandlerGetFormatter(object);
+    const auto *group = ovxFetchListenerGroup(object, false);
+    calls.push_back(std::string("close ") + ovxIntlGetObjectName(object) +
+                    (ovxIntlGetObjectVars(object) ? " with variables" : "") +
+                    (formatter ? " formatter" : "") + (group ? " listeners" : ""));
+    ovxIntlReleaseObject(formatter);
+    ovxIntlReleaseObject(ovxIntlAcquireObject(object)); // does not end it once more
+}
+
+void addTracedClass()
+{
+    calls.clear();
+    OvxAddHandlerClass("test_traced", nullptr, makeTracedVars, freeTracedVars,
+                       OvxBasicHandlerFCfgChange, nullptr, nullptr, traceClose);
+    OvxObjCfg *cfg = OvxLogMgrGetCfg("traced");
+    OvxSetObjCfgProp(cfg, "className", "test_traced");
+    OvxReleaseObjCfg(cfg);
+}
+
+TEST_F(Objects, AreMadeAnewWhenOnlyTheListThatIsSetAgainHeldThem)
+{
+    addTracedClass();
+    OvxObject *logger = get("log", "ovx_basiclogger");
+    OvxSetObjProp(logger, "listenerNames", "traced");
+    OvxSetObjProp(logger, "listenerNames", "traced");
+    EXPECT_EQ(calls, (Strings{"make1", "close traced with variables formatter", "free1", "make2"}));
+}
+
+TEST_F(Objects, EndAtCloseInAnOrderThatLeavesNoPointerBehind)
+{
+    addTracedClass();
+    OvxObject *b = get("traced.b");
+    OvxObject *a = get("traced.a");
+    OvxAddListener(a, b);
+    OvxAddListener(b, a);
+    closeToolkit();
+    EXPECT_EQ(calls, (Strings{"make1", "make2", "free1", "free2", "close traced.b", "free",
+                              "close traced.a", "free"}));
+}
+
+std::vector<OvxObject *> keptAtClose; // by the class below
+
+// Makes another object of its class for each that goes.
+void freeAndMakeAnother(void *variables)
+{
+    BaxMemoryFree(variables);
+    const std::string name = "made" + std::to_string(keptAtClose.size());
+    keptAtClose.push_back(ovxIntlGetObject(name.c_str(), "test_endless"));
+}
+
+TEST_F(Objects, MadeAtCloseWithoutEndAreLeftAsShells)
+{
+    OvxAddHandlerClass("test_endless", nullptr, makeVars, freeAndMakeAnother, nullptr, nullptr,
+                       nullptr, nullptr);
+    keptAtClose.clear();
+    OvxReleaseObject(OvxGetObject("first", "test_endless"));
+    closeToolkit();
+    EXPECT_GT(keptAtClose.size(), 2u);
+    for (OvxObject *object : keptAtClose) {
+        EXPECT_EQ(OvxGetObjectName(object), nullptr);
+        OvxReleaseObject(object);
+    }
+}
+
+bool lowLevels(OvxObject *, OvxEvent *event)
+{
+    return OvxGetEventLevel(event) < OVX_LEVEL_INFO;
+}
+
+TEST_F(Objects, MayLeaveTheirClassFunctionsToTheCategory)
+{
+    OvxAddLoggerClass("l", nullptr, nullptr, nullptr, nullptr, nullptr);
+    OvxAddFilterClass("f", nullptr, nullptr, nullptr, OvxLevelFilterFCfgChange, nullptr, nullptr,
+                      nullptr);
+    OvxAddFilterClass("low", nullptr, nullptr, nullptr, nullptr, nullptr, lowLevels, nullptr);
+    OvxAddHandlerClass("h", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    OvxAddFormatterClass("t", nullptr, nullptr, nullptr, OvxBasicFormatterFCfgChange, nullptr,
+                         nullptr, nullptr, nullptr);
+    OvxObject *logger = get("logger", "l");
+    OvxSetObjProp(logger, "level", "FATAL"); // nobody is told
+    OvxObject *handler = get("handler", "h");
+    OvxAddListener(handler, get("unreached", "test_recorder")); // a handler that does nothing
+    for (const char *name : {"f", "low"}) {
+        OvxAddListener(logger, get(name, name));
+        OvxAddListener(get(name), get((name + std::string("Recorder")).c_str(), "test_recorder"));
+    }
+    OvxAddListener(logger, handler);
+    OvxAddListener(logger, get("other", "ovx_basiclogger")); // only filters and handlers listen
+    OvxAddListener(logger, get("text", "t"));
+    OvxSetObjProp(get("f"), "level", "WARN");
+    OvxLogWarn(logger, nullptr, 0, 0, "warn", 0);
+    OvxLogDebugMin(logger, nullptr, nullptr, 0, "debug", 0);
+    EXPECT_EQ(recordedBy("fRecorder"), Strings{"warn"});
+    EXPECT_EQ(recordedBy("lowRecorder"), Strings{"debug"});
+    EXPECT_EQ(recordedBy("unreached"), Strings{});
+    OvxSetObjProp(get("text"), "dateTimeFormat", "T");
+    OvxHandlerSetFormatter(handler, get("text"));
+    EXPECT_EQ(OvxHandlerGetFmtHeader(handler), nullptr);
+    EXPECT_EQ(reports(), Strings{});
+}
+
 TEST_F(Objects, WhatTheHostHoldsAfterCloseIsAnEmptyShell)
 {
     addCountingClass();

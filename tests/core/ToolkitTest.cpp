@@ -81,12 +81,37 @@ TEST_F(Toolkit, ReadsAFileOnceAndFurtherOnesOnDemand)
 
 TEST_F(Toolkit, AnUnreadableFileLeavesItClosed)
 {
+    OvxAddHandlerClass("mine", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    OvxObject *early = OvxGetObject("early", "mine");
     testing::internal::CaptureStderr();
     EXPECT_FALSE(OvxOpenToolkit("/nonexistent/file"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "OVX0051E The log manager could not read the properties file /nonexistent/file.\n");
     EXPECT_FALSE(OvxIsToolkitOpen());
+    EXPECT_EQ(OvxGetObjectName(early), nullptr);
+    OvxReleaseObject(early);
     EXPECT_TRUE(OvxOpenToolkit(nullptr));
+    EXPECT_NE(names(OvxGetHandlerClasses()).back(), "mine");
+}
+
+// Until there is an error logger, only what stands in the way of opening is said.
+TEST_F(Toolkit, SaysLittleWhileItOpens)
+{
+    const TemporaryFile strange("olvex.errorLogger.listenerNames = missing\n"
+                                "olvex.stderrHandler.formatterName = missing\n");
+    const TemporaryFile broken("a.b = c\\d\n");
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(OvxOpenToolkit(strange.path()));
+    OvxCloseToolkit();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(OvxOpenToolkit(broken.path()));
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(said.find("OVX0052E The value of property 'a.b' "), 0u);
+    EXPECT_NE(said.find(std::string("\nOVX0051E The log manager could not read the properties "
+                                    "file ") +
+                        broken.path() + ".\n"),
+              std::string::npos);
 }
 
 TEST_F(Toolkit, ListsClassesInOrderOfRegistration)
