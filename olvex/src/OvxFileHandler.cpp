@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "OvxHandler.h"
+#include "OvxOlderFiles.h"
 #include "messages/Messages.h"
 #include "util/CxResult.h"
 #include "util/CxStringBuff.h"
@@ -221,8 +222,8 @@ void OvxFileHandlerFClose(OvxObject *handler)
 void ovxFileHandlerDoRollover(OvxFileHandlerVars &vars)
 {
     const std::int32_t last = vars.maxFiles - 1;
-    reportFailure(removeIfThere(vars.name.pathOf(last).get()));
-    for (std::int32_t n = last - 1; n >= 0; --n)
-        reportFailure(renameIfThere(vars.name.pathOf(n).get(), vars.name.pathOf(n + 1).get()));
+    for (OlderFiles older(vars.name, last); const std::int32_t n = older.next();)
+        reportFailure(n == last ? removeIfThere(vars.name.pathOf(n).get()) : moveUp(vars.name, n));
+    reportFailure(moveUp(vars.name, 0));
     vars.state.size = 0;
 }

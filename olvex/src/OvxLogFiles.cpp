@@ -140,6 +140,11 @@ CxResult renameIfThere(const char *from, const char *to)
     return ignoreMissing(CxFileNameRename(from, to));
 }
 
+CxResult moveUp(const LogName &name, std::int32_t number)
+{
+    return renameIfThere(name.pathOf(number).get(), name.pathOf(number + 1).get());
+}
+
 } // namespace olvex
 
 int ovxFHTrailingBaseDigit(const char *name)

@@ -36,6 +36,9 @@ CxResult appendRecord(CxFile *file, const char *bytes, std::size_t count, std::u
 CxResult removeIfThere(const char *path);
 CxResult renameIfThere(const char *from, const char *to);
 
+// Gives the file of that number the next one, if it is there.
+CxResult moveUp(const LogName &name, std::int32_t number);
+
 } // namespace olvex
 
 // Where a name's base ends in a digit, the place of that digit; else -1.

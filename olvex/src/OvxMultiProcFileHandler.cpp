@@ -68,23 +68,34 @@ void ovxMultiProcFileHandlerUnlockSem(OvxFileHandlerVars &vars, Failures &failur
     if (isLogFull(vars, vars.state.size)) ovxMultiProcFileHandlerDoRollover(vars, failures);
 }
 
+// Leaves the handler closed and the record unwritten when the file's size cannot be read.
 void writeRecord(OvxFileHandlerVars &vars, const EncodedText &text, Failures &failures)
 {
     const std::uint64_t before = vars.state.size;
     const CxResult measured = measure(vars);
     failures.add(measured);
-    if (ok(measured) && (vars.state.size < before || isLogFull(vars, vars.state.size)))
-        tendRollovers(vars, failures);
+    if (!ok(measured)) return;
+    if (vars.state.size < before || isLogFull(vars, vars.state.size)) tendRollovers(vars, failures);
     const CxResult written = appendRecord(&vars.file, text.get(), text.size(), vars.state.size);
     if (ok(written)) vars.state.size += text.size();
     failures.add(written);
 }
 
-void writeUnderSemaphore(OvxFileHandlerVars &vars, const EncodedText &text, Failures &failures)
+void writeUnderSemaphore(OvxFileHandlerVars &vars, const EventText &text, Failures &failures)
 {
+    const EncodedText encoded(vars.codeSet, text.get(), text.size());
     if (!ovxMultiProcFileHandlerLockSem(vars, failures)) return;
-    writeRecord(vars, text, failures);
+    writeRecord(vars, encoded, failures);
     ovxMultiProcFileHandlerUnlockSem(vars, failures);
+}
+
+void writeText(OvxObject *handler, OvxFileHandlerVars &vars, const EventText &text,
+               Failures &failures)
+{
+    writeUnderSemaphore(vars, text, failures);
+    if (vars.isOpen) return;
+    OvxMultiProcFileHandlerFOpen(handler);
+    if (vars.isOpen) writeUnderSemaphore(vars, text, failures);
 }
 
 } // namespace
@@ -108,9 +119,7 @@ void OvxMultiProcFileHandlerFProcess(OvxObject *handler, OvxEvent *event)
     Failures failures;
     {
         const EventText text(handler, event);
-        if (text.get())
-            writeUnderSemaphore(*vars, EncodedText(vars->codeSet, text.get(), text.size()),
-                                failures);
+        if (text.get()) writeText(handler, *vars, text, failures);
     }
     failures.report(*vars);
     OvxBasicObjectFLog(handler, event);

@@ -6,6 +6,7 @@
 
 #include <olvex/StringBuff.h>
 
+#include "OvxOlderFiles.h"
 #include "OvxRolloverPoints.h"
 #include "messages/Messages.h"
 
@@ -95,28 +96,32 @@ class Shift {
     void all()
     {
         const std::int32_t last = vars_.maxFiles - 1;
-        failures_.add(removeIfThere(vars_.name.pathOf(last).get()));
-        rolloverPoint("removed");
-        below(last);
+        for (OlderFiles older(vars_.name, last); const std::int32_t n = older.next();)
+            n == last ? remove(n) : rename(n);
     }
 
     // Goes on with a shift that was cut short: what lies above the gap has been moved.
     void rest()
     {
-        const std::int32_t last = vars_.maxFiles - 1;
-        for (std::int32_t gap = 1; gap <= last; ++gap)
-            if (!exists(vars_.name.pathOf(gap).get())) return below(gap);
-        all();
+        std::int32_t gap = 1;
+        while (gap < vars_.maxFiles && exists(vars_.name.pathOf(gap).get()))
+            ++gap;
+        if (gap == vars_.maxFiles) return all();
+        while (--gap >= 1)
+            rename(gap);
     }
 
   private:
-    void below(std::int32_t gap)
+    void remove(std::int32_t number)
     {
-        for (std::int32_t n = gap - 1; n >= 1; --n) {
-            failures_.add(
-                renameIfThere(vars_.name.pathOf(n).get(), vars_.name.pathOf(n + 1).get()));
-            rolloverPoint("renamed");
-        }
+        failures_.add(removeIfThere(vars_.name.pathOf(number).get()));
+        rolloverPoint("removed");
+    }
+
+    void rename(std::int32_t number)
+    {
+        failures_.add(moveUp(vars_.name, number));
+        rolloverPoint("renamed");
     }
 
     const OvxFileHandlerVars &vars_;

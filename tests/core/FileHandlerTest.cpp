@@ -75,6 +75,28 @@ TEST_F(FileHandler, OneFileIsNeverRolled)
                                  "handler 'file', because property 'maxFiles' is set to 1."});
 }
 
+TEST_F(FileHandler, ManyFilesAreFoundRatherThanTriedOneByOne)
+{
+    for (const char *maxFiles : {"100", "2147483647"}) {
+        set("maxFiles", maxFiles);
+        set("maxFileBytes", "1");
+        for (const char *name : {"app.log", "app1.log", "app2.log", "app7.log", "app99.log",
+                                 "app07.log", "app3.txt", "app4.log.old"})
+            directory_.write(name, name);
+        log("new");
+        EXPECT_EQ(directory_.read("app1.log"), "app.log");
+        EXPECT_EQ(directory_.read("app2.log"), "app1.log");
+        EXPECT_EQ(directory_.read("app3.log"), "app2.log");
+        EXPECT_EQ(directory_.read("app8.log"), "app7.log");
+        Names expected{"app.log",  "app1.log",  "app2.log", "app3.log",
+                       "app8.log", "app07.log", "app3.txt", "app4.log.old"};
+        if (maxFiles != std::string("100")) expected.insert("app100.log");
+        EXPECT_EQ(directory_.names(), expected);
+        for (const std::string &name : directory_.names())
+            fs::remove(directory_ / name);
+    }
+}
+
 TEST_F(FileHandler, FramesEachFileAndReopensWithItsSettings)
 {
     useFormatter("test_framed");

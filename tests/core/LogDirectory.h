@@ -23,6 +23,7 @@ class LogDirectory {
     LogDirectory(const LogDirectory &) = delete;
     LogDirectory &operator=(const LogDirectory &) = delete;
 
+    std::string path() const { return path_.string(); }
     std::string operator/(const std::string &name) const { return (path_ / name).string(); }
 
     std::string read(const std::string &name) const

@@ -5,11 +5,14 @@
 #include "OvxFileHandler.h"
 #include "OvxRolloverPoints.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstring>
+#include <map>
 #include <sys/ipc.h>
 #include <sys/sem.h>
 #include <sys/wait.h>
+#include <thread>
 
 using namespace olvex::test;
 
@@ -201,6 +204,43 @@ TEST_F(SharedLog, HoldsEveryRecordOfSeveralProcessesOnce)
         EXPECT_EQ(count, kRecords);
 }
 
+// A thread logs all the while its process forks; each child logs too.
+TEST_F(SharedLog, BothSidesOfAForkGoOn)
+{
+    constexpr int kChildren = 20;
+    constexpr int kRecords = 20;
+    set("maxFiles", "1");
+    std::atomic<bool> isOver = false;
+    std::map<std::string, int> expected;
+    std::thread thread([&] {
+        for (int i = 0; !isOver || i < kRecords; ++i) {
+            const std::string text = "thread " + std::to_string(i);
+            log(text);
+            ++expected[text];
+        }
+    });
+    for (int c = 0; c < kChildren; ++c) {
+        const pid_t child = fork();
+        if (child == 0) {
+            for (int i = 0; i < kRecords; ++i)
+                log("child " + std::to_string(c) + " " + std::to_string(i));
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        ASSERT_EQ(status, 0);
+    }
+    isOver = true;
+    thread.join();
+    for (int c = 0; c < kChildren; ++c)
+        for (int i = 0; i < kRecords; ++i)
+            ++expected["child " + std::to_string(c) + " " + std::to_string(i)];
+    std::map<std::string, int> found;
+    for (const std::string &line : readBack(directory_, 0))
+        ++found[line];
+    EXPECT_EQ(found, expected);
+}
+
 const char *deadlyPoint = "";
 int passesLeft = 0;
 
@@ -209,49 +249,116 @@ void dieAtPoint(const char *point)
     if (std::strcmp(point, deadlyPoint) == 0 && passesLeft-- == 0) _exit(9);
 }
 
-// A process dies inside a rollover; this one, which has the log open, goes on.
-TEST_F(SharedLog, RolloversCutShortLoseNothingAndDoubleNothing)
-{
-    const LogDirectory memory("/dev/shm"); // where flushing takes no time
-    set("fileName", memory / "app.log");
-    const struct {
-        const char *point;
-        int passes; // how often it is passed unharmed
-    } cases[] = {{"begun", 0},   {"removed", 0}, {"renamed", 0},  {"renamed", 1},
-                 {"copying", 0}, {"copied", 0},  {"truncated", 0}};
-    set("maxFiles", "5");
-    set("maxFileBytes", "20000");
-    const std::string filler(5000, '.');
-    for (const auto &entry : cases) {
-        for (const std::string &name : memory.names())
-            fs::remove(memory / name);
-        int number = 0;
-        const auto logNext = [&] { log(std::to_string(number++) + filler); };
-        while (memory.names().size() < 4)
-            logNext(); // app.log and three older ones
-        while (memory.read("app.log").size() < 20000)
+// A process dies inside a rollover, and perhaps a second one while it mends that; this one, which
+// has the log open, goes on.
+class CutRollover : public SharedLog {
+  protected:
+    void SetUp() override
+    {
+        SharedLog::SetUp();
+        set("maxFiles", "5");
+        set("maxFileBytes", "20000");
+        set("fileName", memory_ / "app.log");
+    }
+
+    void logNext() { log(std::to_string(number_++) + std::string(5000, '.')); }
+
+    // Leaves a full file and three older ones.
+    void fill()
+    {
+        for (const std::string &name : memory_.names())
+            fs::remove(memory_ / name);
+        number_ = 0;
+        while (memory_.names().size() < 4)
             logNext();
+        while (memory_.read("app.log").size() < 20000)
+            logNext();
+    }
+
+    void dieAt(const char *point, int passes)
+    {
         const pid_t child = fork();
         if (child == 0) {
-            deadlyPoint = entry.point;
-            passesLeft = entry.passes;
+            deadlyPoint = point;
+            passesLeft = passes;
             olvex::rolloverPointHook = dieAtPoint;
             log("never written");
             _exit(0);
         }
         int status = 0;
         waitpid(child, &status, 0);
-        ASSERT_EQ(WEXITSTATUS(status), 9) << entry.point << " was not reached";
+        ASSERT_EQ(WEXITSTATUS(status), 9) << point << " was not reached";
+    }
+
+    void expectAllOnce(const std::string &what)
+    {
+        int expected = 0;
+        for (const std::string &line : readBack(memory_, 4))
+            EXPECT_EQ(std::stoi(line), expected++) << what;
+        EXPECT_EQ(expected, number_) << what;
+        EXPECT_EQ(memory_.names().size(), 5u) << what;
+        EXPECT_EQ(reports(), Strings{});
+    }
+
+    LogDirectory memory_{"/dev/shm"}; // where flushing takes no time
+    int number_ = 0;
+};
+
+TEST_F(CutRollover, LosesNothingAndDoublesNothing)
+{
+    const struct {
+        const char *point;
+        int passes;         // how often it is passed unharmed
+        const char *second; // where the next process dies
+    } cases[] = {
+        {"begun", 0, nullptr},     {"renamed", 0, nullptr},    {"renamed", 1, nullptr},
+        {"renamed", 2, nullptr},   {"copying", 0, nullptr},    {"copying", 1, nullptr},
+        {"copied", 0, nullptr},    {"truncated", 0, nullptr},  {"begun", 0, "renamed"},
+        {"renamed", 0, "renamed"}, {"renamed", 0, "copying"},  {"copying", 0, "copying"},
+        {"copied", 0, "copied"},   {"copied", 0, "truncated"}, {"copying", 1, "begun"},
+    };
+    for (const auto &entry : cases) {
+        const std::string what =
+            std::string(entry.point) + ", " + (entry.second ? entry.second : "");
+        fill();
+        dieAt(entry.point, entry.passes);
+        if (entry.second) dieAt(entry.second, 0);
         const auto start = std::chrono::steady_clock::now();
         logNext();
-        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << entry.point;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << what;
         logNext();
-        int expected = 0;
-        for (const std::string &line : readBack(memory, 4))
-            EXPECT_EQ(std::stoi(line), expected++);
-        EXPECT_EQ(expected, number) << entry.point;
-        EXPECT_EQ(memory.names().size(), 5u) << entry.point;
+        expectAllOnce(what);
     }
+}
+
+// With as many files as may be, the oldest goes, and only that.
+TEST_F(CutRollover, RemovesTheOldestFileOnce)
+{
+    set("maxFiles", "4");
+    fill();
+    dieAt("removed", 0);
+    logNext();
+    const Strings lines = readBack(memory_, 3);
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        EXPECT_EQ(std::stoi(lines[i]), static_cast<int>(i) + 4);
+    EXPECT_EQ(lines.size(), static_cast<std::size_t>(number_ - 4));
+    EXPECT_EQ(memory_.names().size(), 4u);
+}
+
+// One that comes later finds what was left behind before it writes its first record.
+TEST_F(CutRollover, IsFinishedByAProcessThatComesLater)
+{
+    fill();
+    dieAt("truncated", 0);
+    OvxReleaseObject(OvxGetObject("late", "ovx_multiproc_filehandler"));
+    OvxObject *late = get("late", "ovx_multiproc_filehandler");
+    OvxSetObjProp(late, "MPFileSemKey", std::to_string(key_).c_str());
+    OvxSetObjProp(late, "fileName", (memory_ / "app.log").c_str());
+    OvxHandlerSetFormatter(late, get("plain", "test_plain"));
+    OvxRemListener(logger_, handler_);
+    OvxAddListener(logger_, late);
+    logNext();
+    expectAllOnce("late");
 }
 
 } // namespace

@@ -1,0 +1,30 @@
+// The older files of a log, for a rollover to go through. Called with the API mutex held.
+#pragma once
+
+#include "OvxLogFiles.h"
+
+namespace olvex {
+
+// The numbers of the older files, highest first. Few possible numbers are all handed out, whether
+// there is such a file or not; of many, those that the log's directory holds, so that a limit that
+// is never reached costs nothing.
+class OlderFiles {
+  public:
+    OlderFiles(const LogName &name, std::int32_t highest);
+    OlderFiles(const OlderFiles &) = delete;
+    OlderFiles &operator=(const OlderFiles &) = delete;
+
+    // 0 at the end.
+    std::int32_t next();
+
+  private:
+    bool find(const LogName &name, std::int32_t highest);
+    bool add(std::int32_t number);
+
+    Owned<std::int32_t> found_; // ascending, taken from the end
+    std::size_t count_ = 0;
+    std::size_t capacity_ = 0;
+    std::int32_t nextOfAll_; // after what was found
+};
+
+} // namespace olvex
