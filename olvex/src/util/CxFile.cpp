@@ -84,9 +84,9 @@ CxResult CxFileGetSize(CxFile *file, int64_t *size)
 {
     if (!file || !size) return badArgument();
     struct stat status = {};
-    const int returned = fstat(*file, &status);
+    if (fstat(*file, &status) != 0) return failure(errno);
     *size = status.st_size;
-    return resultOf(returned);
+    return success();
 }
 
 CxResult CxFileFlush(CxFile *file)
@@ -106,9 +106,9 @@ CxResult CxFileNameGetSize(const char *name, int64_t *size)
 {
     if (!name || !size) return badArgument();
     struct stat status = {};
-    const int returned = stat(name, &status);
+    if (stat(name, &status) != 0) return failure(errno);
     *size = status.st_size;
-    return resultOf(returned);
+    return success();
 }
 
 CxResult CxFileNameGetInfo(CxFileInfo *info, const char *name)

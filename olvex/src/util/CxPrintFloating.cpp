@@ -1,15 +1,11 @@
 // Floating-point numbers of the formatted-output engine. At most 19 significant digits are
 // produced, correctly rounded by the C library; everything else is arranging them.
-#include "util/CxPrintUtil.h"
-
-#include <olvex/Memory.h>
+#include "util/CxPrintNumber.h"
 
 #include <algorithm>
 
 #include "util/CxStringBuff.h"
 
-#include <cctype>
-#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -25,17 +21,16 @@ struct Decimal {
     char digits[kMostDigits + 1];
     int count;
     int point;
+    char exponent[16];
 
-    bool roundsUpAt(int index) const { return index < count && digits[index] >= '5'; }
-
-    // Rounds to the first `kept` digits; true when a carry leaves the first one, all kept digits
-    // being zero then.
-    bool roundTo(int kept)
+    // Rounds half up to the first `kept` digits; true when a carry leaves the first one, all kept
+    // digits being zero then.
+    bool roundTo(std::int64_t kept)
     {
-        const bool up = roundsUpAt(kept);
-        count = std::min(count, kept);
-        if (!up) return false;
-        for (int i = kept - 1; i >= 0; --i) {
+        if (kept >= count) return false;
+        count = static_cast<int>(kept);
+        if (digits[count] < '5') return false;
+        for (int i = count - 1; i >= 0; --i) {
             if (digits[i] != '9') {
                 ++digits[i];
                 return false;
@@ -43,6 +38,15 @@ struct Decimal {
             digits[i] = '0';
         }
         return true;
+    }
+
+    // The exponent of a number with one digit before the point, in at least two digits.
+    std::string_view writeExponent(char letter)
+    {
+        const int value = point - 1;
+        const int size = std::snprintf(exponent, sizeof exponent, "%c%c%02d", letter,
+                                       value < 0 ? '-' : '+', std::abs(value));
+        return {exponent, static_cast<std::size_t>(size)};
     }
 
     void prependOne()
@@ -57,7 +61,7 @@ Decimal decimalOf(long double magnitude, int digits)
 {
     char text[64];
     std::snprintf(text, sizeof text, "%.*Le", digits - 1, magnitude);
-    Decimal decimal = {{}, 0, 1};
+    Decimal decimal = {{}, 0, 1, {}};
     const char *at = text;
     for (; *at && *at != 'e'; ++at) // the locale's decimal point stands between the digits
         if (*at >= '0' && *at <= '9') decimal.digits[decimal.count++] = *at;
@@ -65,153 +69,64 @@ Decimal decimalOf(long double magnitude, int digits)
     return decimal;
 }
 
-// What a number is made of, in the order of output, padding aside.
-struct Pieces {
-    char sign = '\0';
-    const char *integer = "";
-    int integerCount = 0;
-    int integerZeros = 0;
-    bool point = false;
-    int fractionLeadingZeros = 0;
-    const char *fraction = "";
-    int fractionCount = 0;
-    int fractionTrailingZeros = 0;
-    char exponent[16] = "";
-
-    // Leaves out trailing zeros of the fraction, and the point of one that becomes empty.
-    void trimFraction()
-    {
-        fractionTrailingZeros = 0;
-        while (fractionCount > 0 && fraction[fractionCount - 1] == '0')
-            --fractionCount;
-        if (fractionCount == 0) fractionLeadingZeros = 0;
-        point = fractionLeadingZeros + fractionCount > 0;
-    }
-};
-
-std::size_t sizeOf(int count)
+// Digits of a decimal from one place to another, as far as there are any.
+std::string_view digitsOf(const Decimal &decimal, std::int64_t from, std::int64_t count)
 {
-    return static_cast<std::size_t>(count);
-}
-
-char signOf(const Directive &directive, long double value)
-{
-    const bool negative = value < 0 || (std::isnan(value) && std::signbit(value));
-    return negative ? '-' : directive.has(kFlagPlus) ? '+' : directive.has(kFlagSpace) ? ' ' : '\0';
-}
-
-// The integer part with the zeros behind its digits, grouped if wanted.
-bool appendInteger(const Directive &directive, const Pieces &pieces, CxStringBuff *target)
-{
-    CxStringBuff plain = {};
-    bool written = appendBytes(&plain, pieces.integer, sizeOf(pieces.integerCount)) &&
-                   appendFill(&plain, '0', sizeOf(pieces.integerZeros));
-    const char conversion = directive.item.conversion;
-    const bool groups = directive.has(kFlagGroup) && conversion != 'e' && conversion != 'E' &&
-                        pieces.exponent[0] == '\0';
-    written = written && (groups ? appendGrouped(target, plain.str, plain.length)
-                                 : appendBytes(target, plain.str, plain.length));
-    CxStringBuffDiscard(&plain);
-    return written;
-}
-
-bool appendNumber(const Directive &directive, const Pieces &pieces, CxStringBuff *text)
-{
-    return appendInteger(directive, pieces, text) &&
-           (!pieces.point || CxStringBuffAppendStr(text, localeconv()->decimal_point)) &&
-           appendFill(text, '0', sizeOf(pieces.fractionLeadingZeros)) &&
-           appendBytes(text, pieces.fraction, sizeOf(pieces.fractionCount)) &&
-           appendFill(text, '0', sizeOf(pieces.fractionTrailingZeros)) &&
-           CxStringBuffAppendStr(text, pieces.exponent);
-}
-
-bool appendPadded(const Directive &directive, char sign, const CxStringBuff &text, bool mayZeroPad,
-                  CxStringBuff *buffer)
-{
-    const std::size_t used = text.length + (sign ? 1 : 0);
-    const auto width = static_cast<std::size_t>(directive.width);
-    const std::size_t padding = width > used ? width - used : 0;
-    const bool left = directive.has(kFlagLeft);
-    const bool zeros = mayZeroPad && !left && directive.has(kFlagZero);
-    return (left || zeros || appendFill(buffer, ' ', padding)) &&
-           (!sign || CxStringBuffAppendChar(buffer, sign)) &&
-           (!zeros || appendFill(buffer, '0', padding)) &&
-           appendBytes(buffer, text.str ? text.str : "", text.length) &&
-           (!left || appendFill(buffer, ' ', padding));
-}
-
-void setExponent(Pieces &pieces, char letter, int exponent)
-{
-    std::snprintf(pieces.exponent, sizeof pieces.exponent, "%c%c%02d", letter,
-                  exponent < 0 ? '-' : '+', std::abs(exponent));
+    count = std::clamp<std::int64_t>(decimal.count - from, 0, count);
+    return {decimal.digits + from, static_cast<std::size_t>(count)};
 }
 
 // One digit, the point, the others; zeros for the digits beyond those that there are.
-void arrangeExponent(const Directive &directive, const Decimal &decimal, int precision, char letter,
-                     Pieces &pieces)
+void arrangeExponent(const Decimal &decimal, std::int64_t precision, Number &number)
 {
-    pieces.integer = decimal.digits;
-    pieces.integerCount = 1;
-    pieces.point = precision > 0 || directive.has(kFlagAlternate);
-    pieces.fraction = decimal.digits + 1;
-    pieces.fractionCount = std::min(decimal.count - 1, precision);
-    pieces.fractionTrailingZeros = precision - pieces.fractionCount;
-    setExponent(pieces, letter, decimal.point - 1);
+    number.integer = digitsOf(decimal, 0, 1);
+    number.fraction = digitsOf(decimal, 1, precision);
 }
 
 // A value below 1: leading zeros, then digits. A carry out of them takes the place of a leading
-// zero and reaches the integer part only when there is none.
-void arrangeSmall(Decimal &decimal, int precision, Pieces &pieces)
+// zero and reaches the integer part only when there is none. Nothing is rounded up when more
+// leading zeros than the precision come first.
+void arrangeSmall(Decimal &decimal, std::int64_t precision, Number &number)
 {
-    const int zeros = std::min(-decimal.point, precision);
-    pieces.integer = "0";
-    pieces.integerCount = 1;
-    pieces.fractionLeadingZeros = zeros;
-    const bool carried = -decimal.point <= precision && decimal.roundTo(precision - zeros);
-    if (carried && zeros > 0) {
-        decimal.prependOne();
-        --pieces.fractionLeadingZeros;
-    } else if (carried) {
-        pieces.integer = "1";
+    number.integer = "0";
+    number.fractionZeros = std::min<std::int64_t>(-decimal.point, precision);
+    if (-decimal.point > precision) return;
+    if (decimal.roundTo(precision - number.fractionZeros)) {
+        if (number.fractionZeros == 0) {
+            number.integer = "1";
+        } else {
+            decimal.prependOne();
+            --number.fractionZeros;
+        }
     }
-    pieces.fraction = decimal.digits;
-    pieces.fractionCount = std::min(decimal.count, precision - pieces.fractionLeadingZeros);
-    if (-decimal.point > precision) pieces.fractionCount = 0;
+    number.fraction = digitsOf(decimal, 0, precision - number.fractionZeros);
 }
 
-void arrangeLarge(Decimal &decimal, int precision, Pieces &pieces)
+void arrangeLarge(Decimal &decimal, std::int64_t precision, Number &number)
 {
-    int integers = decimal.point;
-    if (precision < kMostDigits && decimal.roundTo(integers + precision)) {
+    std::int64_t integers = decimal.point;
+    if (decimal.roundTo(integers + precision)) {
         decimal.prependOne();
         ++integers;
     }
-    pieces.integer = decimal.digits;
-    pieces.integerCount = std::min(integers, decimal.count);
-    pieces.integerZeros = integers - pieces.integerCount;
-    pieces.fraction = decimal.digits + pieces.integerCount;
-    pieces.fractionCount = std::min(decimal.count - pieces.integerCount, precision);
+    number.integer = digitsOf(decimal, 0, integers);
+    number.integerZeros = integers - std::ssize(number.integer);
+    number.fraction = digitsOf(decimal, std::ssize(number.integer), precision);
 }
 
-void arrangeFixed(const Directive &directive, Decimal &decimal, int precision, Pieces &pieces)
+void arrangeFixed(Decimal &decimal, std::int64_t precision, Number &number)
 {
     if (decimal.point <= 0)
-        arrangeSmall(decimal, precision, pieces);
+        arrangeSmall(decimal, precision, number);
     else
-        arrangeLarge(decimal, precision, pieces);
-    pieces.point = precision > 0 || directive.has(kFlagAlternate);
-    pieces.fractionTrailingZeros = precision - pieces.fractionLeadingZeros - pieces.fractionCount;
+        arrangeLarge(decimal, precision, number);
 }
 
-void arrangeGeneral(const Directive &directive, Decimal &decimal, int precision, Pieces &pieces)
+// Leaves out trailing zeros of the fraction.
+void trimFraction(Number &number)
 {
-    const int exponent = decimal.point - 1;
-    if (exponent >= precision || exponent < -4)
-        arrangeExponent(directive, decimal, precision - 1,
-                        directive.item.conversion == 'g' ? 'e' : 'E', pieces);
-    else
-        arrangeFixed(directive, decimal, precision - decimal.point, pieces);
-    if (!directive.has(kFlagAlternate)) pieces.trimFraction();
+    number.fraction = number.fraction.substr(0, number.fraction.find_last_not_of('0') + 1);
+    if (number.fraction.empty()) number.fractionZeros = 0;
 }
 
 bool isUpper(char conversion)
@@ -251,35 +166,71 @@ bool printHexadecimal(const Directive &directive, long double value, CxStringBuf
                                       static_cast<double>(value));
     };
     const int count = print(nullptr, 0);
-    if (count < 0 || !cxStringBuffHasCapacity(buffer, sizeOf(count))) return false;
-    print(buffer->str + buffer->length, sizeOf(count) + 1);
-    buffer->length += static_cast<std::uint32_t>(count);
+    if (count < 0 || !cxStringBuffHasCapacity(buffer, static_cast<std::size_t>(count)))
+        return false;
+    print(buffer->str + buffer->length, static_cast<std::size_t>(count) + 1);
+    extend(buffer, static_cast<std::size_t>(count));
     return true;
 }
 
-void arrange(const Directive &directive, Decimal &decimal, int precision, Pieces &pieces)
+bool isLowered(char conversion, char lower)
 {
-    switch (directive.item.conversion) {
-    case 'e':
-    case 'E':
-        return arrangeExponent(directive, decimal, precision, directive.item.conversion, pieces);
-    case 'f':
-    case 'F': return arrangeFixed(directive, decimal, precision, pieces);
-    default: return arrangeGeneral(directive, decimal, precision, pieces);
-    }
+    return (conversion | ('a' - 'A')) == lower;
 }
 
-// How many digits to ask for, and the precision that counts.
-int digitsWanted(char conversion, int &precision)
+bool isGeneral(char conversion)
 {
-    if (precision < 0) precision = 6;
-    switch (conversion) {
-    case 'e':
-    case 'E': return precision < kMostDigits ? precision + 1 : kMostDigits;
-    case 'g':
-    case 'G': precision = std::max(precision, 1); return std::min(precision, kMostDigits);
-    default: return kMostDigits;
+    return isLowered(conversion, 'g');
+}
+
+std::int64_t precisionOf(const Directive &directive)
+{
+    if (directive.precision < 0) return 6;
+    return directive.precision == 0 && isGeneral(directive.item.conversion) ? 1
+                                                                            : directive.precision;
+}
+
+// How many digits to ask for.
+int digitsWanted(char conversion, std::int64_t precision)
+{
+    if (isLowered(conversion, 'f')) return kMostDigits;
+    const std::int64_t wanted = isGeneral(conversion) ? precision : precision + 1;
+    return static_cast<int>(std::min<std::int64_t>(wanted, kMostDigits));
+}
+
+// Arranges a decimal as its conversion wants it.
+void arrange(const Directive &directive, Decimal &decimal, std::int64_t precision, Number &number)
+{
+    const char conversion = directive.item.conversion;
+    const bool general = isGeneral(conversion);
+    const int exponent = decimal.point - 1;
+    const bool withExponent =
+        general ? exponent >= precision || exponent < -4 : isLowered(conversion, 'e');
+    if (general) precision -= withExponent ? 1 : decimal.point;
+    if (withExponent) {
+        arrangeExponent(decimal, precision, number);
+        number.exponent = decimal.writeExponent(isUpper(conversion) ? 'E' : 'e');
+    } else {
+        arrangeFixed(decimal, precision, number);
     }
+    const bool alternate = directive.has(kFlagAlternate);
+    if (general && !alternate)
+        trimFraction(number);
+    else
+        number.trailingZeros = precision - number.fractionZeros - std::ssize(number.fraction);
+    number.hasPoint =
+        alternate || number.fractionZeros + std::ssize(number.fraction) + number.trailingZeros > 0;
+}
+
+bool printFinite(const Directive &directive, long double value, Number &number,
+                 CxStringBuff *buffer)
+{
+    const char conversion = directive.item.conversion;
+    const std::int64_t precision = precisionOf(directive);
+    Decimal decimal = decimalOf(std::fabs(value), digitsWanted(conversion, precision));
+    arrange(directive, decimal, precision, number);
+    number.groups = directive.has(kFlagGroup) && conversion != 'F';
+    return appendNumber(directive, number, buffer);
 }
 
 } // namespace
@@ -290,23 +241,14 @@ bool printFloating(const Directive &directive, CxStringBuff *buffer)
     const long double value = extendedOf(directive.slot);
     const char conversion = directive.item.conversion;
     const bool finite = std::isfinite(value);
-    if (finite && (conversion == 'a' || conversion == 'A'))
-        return printHexadecimal(directive, value, buffer);
-    Pieces pieces;
-    pieces.sign = signOf(directive, value);
-    CxStringBuff text = {};
-    bool written = false;
-    if (finite) {
-        int precision = directive.precision;
-        Decimal decimal = decimalOf(std::fabs(value), digitsWanted(conversion, precision));
-        arrange(directive, decimal, precision, pieces);
-        written = appendNumber(directive, pieces, &text);
-    } else {
-        written = CxStringBuffAppendStr(&text, textOfNonFinite(conversion, value)) == 1;
-    }
-    written = written && appendPadded(directive, pieces.sign, text, finite, buffer);
-    CxStringBuffDiscard(&text);
-    return written;
+    if (finite && isLowered(conversion, 'a')) return printHexadecimal(directive, value, buffer);
+    const bool negative = value < 0 || (std::isnan(value) && std::signbit(value));
+    Number number;
+    std::strcpy(number.lead, signOf(directive, negative));
+    if (finite) return printFinite(directive, value, number, buffer);
+    number.integer = textOfNonFinite(conversion, value);
+    number.zeroPads = false;
+    return appendNumber(directive, number, buffer);
 }
 
 } // namespace olvex

@@ -275,7 +275,7 @@ class Parser {
     {
         if (count > arguments_.capacity && !growArguments(count)) return false;
         for (std::int32_t i = arguments_.count; i < count; ++i)
-            arguments_.items[i].type = kUnset;
+            arguments_.items[i] = {}; // so that an argument that is never filled is null
         arguments_.count = count;
         return true;
     }

@@ -74,6 +74,7 @@ bool gatherAll(CxPrintfArgs &arguments, ArgumentList *given)
 
 bool gatherAll(CxPrintfArgs &arguments, const CxPrintfValue *values)
 {
+    if (!values) return arguments.count == 0;
     for (std::int32_t i = 0; i < arguments.count; ++i) {
         if (arguments.items[i].type == kUnset) return false;
         arguments.items[i].value = values[i];
@@ -184,5 +185,5 @@ int CxStringBuffPrintfV(uc_ch_t *codeSet, CxStringBuff *buffer, const char *form
 int CxStringBuffPrintfA(uc_ch_t *codeSet, CxStringBuff *buffer, const char *format,
                         const CxPrintfValue *values)
 {
-    return values || !format ? print(codeSet, buffer, format, values) : 0;
+    return print(codeSet, buffer, format, values);
 }

@@ -127,9 +127,6 @@ bool printFloating(const Directive &directive, CxStringBuff *buffer);
 bool printNarrow(const Directive &directive, CxStringBuff *buffer);
 bool printWide(const Directive &directive, CxStringBuff *buffer, uc_ch_t *codeSet);
 
-// Appends `digits` grouped as the locale wants it.
-bool appendGrouped(CxStringBuff *buffer, const char *digits, std::size_t count);
-
 } // namespace olvex
 
 // Makes both lists ready for another format; their memory is kept.

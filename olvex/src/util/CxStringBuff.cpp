@@ -29,7 +29,7 @@ bool allocateFirst(CxStringBuff *buffer)
 
 [[gnu::cold]] bool grow(CxStringBuff *buffer, std::uint64_t need)
 {
-    std::uint64_t capacity = buffer->capacity;
+    std::uint64_t capacity = std::max(buffer->capacity, 1U);
     while (capacity <= need)
         capacity *= 2;
     if (capacity > kLargest) return false;

@@ -1,0 +1,97 @@
+// The property list: growth, replacement, removal and walks. Reading files is with the reader.
+#include <olvex/Memory.h>
+#include <olvex/PropList.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+class PropList : public testing::Test {
+  protected:
+    ~PropList() override { CxPropListDiscard(&list_); }
+
+    bool put(const std::string &key, const std::string &value)
+    {
+        return CxPropListPutStr(&list_, key.c_str(), value.c_str());
+    }
+
+    // The entries as "key=value", in the order of a walk.
+    Strings walk()
+    {
+        Strings pairs;
+        CxPropListIter place = CxPropListIterator(&list_);
+        for (; CxPropListIterPeekKey(&place); CxPropListIterNext(&place))
+            pairs.push_back(std::string(CxPropListIterPeekKey(&place)) + "=" +
+                            CxPropListIterPeekVal(&place));
+        EXPECT_EQ(place.list, nullptr);
+        EXPECT_EQ(place.index, 0);
+        return pairs;
+    }
+
+    CxPropList list_ = {};
+};
+
+TEST_F(PropList, KeepsOneSlotToSpare)
+{
+    for (int i = 0; i < 64; ++i) {
+        EXPECT_TRUE(put("key" + std::to_string(i), "value"));
+        EXPECT_EQ(list_.count, i + 1);
+        EXPECT_EQ(list_.capacity, i < 31 ? 32 : i < 63 ? 64 : 128) << i;
+    }
+    EXPECT_STREQ(CxPropListPeekStr(&list_, "key63", nullptr), "value");
+}
+
+TEST_F(PropList, ReplacesInPlaceAndRemovesWithTheLast)
+{
+    for (const char *key : {"a.b", "A.b", "c"})
+        put(key, "1");
+    EXPECT_TRUE(put("a.b", "2"));
+    EXPECT_EQ(walk(), (Strings{"a.b=2", "A.b=1", "c=1"}));
+    EXPECT_TRUE(CxPropListRemove(&list_, "a.b"));
+    EXPECT_FALSE(CxPropListRemove(&list_, "a.b"));
+    EXPECT_EQ(walk(), (Strings{"c=1", "A.b=1"}));
+    EXPECT_TRUE(CxPropListRemove(&list_, "A.b"));
+    EXPECT_TRUE(put("d", ""));
+    EXPECT_EQ(walk(), (Strings{"c=1", "d="}));
+    CxPropListDiscard(&list_);
+    EXPECT_EQ(list_.capacity, 0);
+    EXPECT_EQ(walk(), Strings());
+    EXPECT_TRUE(put("again", "1"));
+    EXPECT_EQ(walk(), Strings{"again=1"});
+}
+
+TEST_F(PropList, TellsMissingFromEmpty)
+{
+    put("empty", "");
+    bool found = false;
+    char *copy = CxPropListCopyStr(&list_, "empty", &found);
+    EXPECT_STREQ(copy, "");
+    EXPECT_TRUE(found);
+    BaxMemoryFree(copy);
+    EXPECT_EQ(CxPropListPeekStr(&list_, "none", &found), nullptr);
+    EXPECT_FALSE(found);
+    EXPECT_FALSE(CxPropListPutStr(&list_, "key", nullptr));
+    EXPECT_FALSE(CxPropListHasKey(&list_, "key"));
+}
+
+TEST_F(PropList, WalksKnowWhatFollows)
+{
+    put("a", "1");
+    CxPropListIter place = CxPropListIterator(&list_);
+    EXPECT_FALSE(CxPropListIterHasNext(&place));
+    put("b", "2");
+    EXPECT_TRUE(CxPropListIterHasNext(&place));
+    CxPropListIterNext(&place);
+    EXPECT_STREQ(CxPropListIterPeekKey(&place), "b");
+    CxPropListRemove(&list_, "b"); // under the walk
+    EXPECT_EQ(CxPropListIterPeekVal(&place), nullptr);
+    CxPropListIter before = {&list_, -1};
+    EXPECT_FALSE(CxPropListIterHasNext(&before));
+}
+
+} // namespace

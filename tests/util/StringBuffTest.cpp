@@ -1,0 +1,202 @@
+// The string buffer: how it grows, what appends write, and what stays when they fail.
+#include "util/CxStringBuff.h"
+
+#include <olvex/Memory.h>
+#include <olvex/Ucv.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+namespace {
+
+class StringBuff : public testing::Test {
+  protected:
+    ~StringBuff() override { CxStringBuffDiscard(&buffer_); }
+
+    // The text since the last call.
+    std::string take()
+    {
+        EXPECT_TRUE(!buffer_.str || buffer_.str[buffer_.length] == '\0');
+        std::string text(buffer_.str ? buffer_.str : "", buffer_.length);
+        CxStringBuffRestart(&buffer_);
+        return text;
+    }
+
+    CxStringBuff buffer_ = {};
+};
+
+TEST_F(StringBuff, GrowsByDoubling)
+{
+    EXPECT_EQ(CxStringBuffPeekStr(&buffer_), nullptr);
+    EXPECT_EQ(CxStringBuffTakeStr(&buffer_), nullptr);
+    EXPECT_EQ(buffer_.capacity, 0u);
+    EXPECT_EQ(CxStringBuffAppendChar(&buffer_, 'a'), 1);
+    EXPECT_EQ(buffer_.capacity, 1024u);
+    EXPECT_EQ(CxStringBuffAppendStr(&buffer_, std::string(1022, 'b').c_str()), 1);
+    EXPECT_EQ(buffer_.length, 1023u);
+    EXPECT_EQ(buffer_.capacity, 1024u);
+    EXPECT_EQ(CxStringBuffAppendChar(&buffer_, 'c'), 1);
+    EXPECT_EQ(buffer_.capacity, 2048u);
+    // 4096 bytes in all: the capacity must be greater than what is needed.
+    EXPECT_EQ(CxStringBuffAppendStr(&buffer_, std::string(4096 - 1 - 1024, 'd').c_str()), 1);
+    EXPECT_EQ(buffer_.capacity, 8192u);
+    EXPECT_EQ(take(), "a" + std::string(1022, 'b') + "c" + std::string(4096 - 1 - 1024, 'd'));
+    EXPECT_EQ(buffer_.capacity, 8192u);
+}
+
+TEST_F(StringBuff, PacksToItsTextAndGrowsFromThere)
+{
+    CxStringBuffAppendStr(&buffer_, "abc");
+    EXPECT_EQ(CxStringBuffPack(&buffer_), 1);
+    EXPECT_EQ(buffer_.capacity, 4u);
+    EXPECT_EQ(CxStringBuffPack(&buffer_), 0);
+    CxStringBuffAppendStr(&buffer_, "defgh");
+    EXPECT_EQ(buffer_.capacity, 16u);
+    EXPECT_EQ(take(), "abcdefgh");
+    EXPECT_EQ(CxStringBuffPack(&buffer_), 1); // nothing in it: given back
+    EXPECT_EQ(buffer_.str, nullptr);
+    EXPECT_EQ(buffer_.capacity, 0u);
+}
+
+TEST_F(StringBuff, WritesIntegersInBothCharacterSets)
+{
+    const struct {
+        std::int64_t value;
+        const char *ascii;
+        const char *ebcdic;
+    } cases[] = {
+        {0, "0", "\xf0"},
+        {-12, "-12", "\x60\xf1\xf2"},
+        {INT64_MAX, "9223372036854775807",
+         "\xf9\xf2\xf2\xf3\xf3\xf7\xf2\xf0\xf3\xf6\xf8\xf5\xf4\xf7\xf7\xf5\xf8\xf0\xf7"},
+        {INT64_MIN, "-9223372036854775808",
+         "\x60\xf9\xf2\xf2\xf3\xf3\xf7\xf2\xf0\xf3\xf6\xf8\xf5\xf4\xf7\xf7\xf5\xf8\xf0\xf8"},
+    };
+    for (const auto &entry : cases) {
+        EXPECT_EQ(CxStringBuffAppendInt64(&buffer_, entry.value), 1);
+        EXPECT_EQ(take(), entry.ascii);
+        EXPECT_EQ(CxStringBuffAppendEBCDICInt64(&buffer_, entry.value), 1);
+        EXPECT_EQ(take(), entry.ebcdic);
+    }
+    CxStringBuffAppendInt32(&buffer_, INT32_MIN);
+    EXPECT_EQ(take(), "-2147483648");
+    CxStringBuffAppendUInt64(&buffer_, UINT64_MAX);
+    EXPECT_EQ(take(), "18446744073709551615");
+}
+
+TEST_F(StringBuff, WritesCodePointsInOneToSixBytes)
+{
+    const struct {
+        std::int32_t codePoint;
+        const char *bytes;
+    } cases[] = {
+        {'a', "a"},
+        {-1, "\x7f"},
+        {0x7f, "\x7f"},
+        {0x80, "\xc2\x80"},
+        {0x7ff, "\xdf\xbf"},
+        {0x800, "\xe0\xa0\x80"},
+        {0xd800, "\xed\xa0\x80"},
+        {0xffff, "\xef\xbf\xbf"},
+        {0x10000, "\xf0\x90\x80\x80"},
+        {0x10ffff, "\xf4\x8f\xbf\xbf"},
+        {0x1fffff, "\xf7\xbf\xbf\xbf"},
+        {0x200000, "\xf8\x88\x80\x80\x80"},
+        {0x3ffffff, "\xfb\xbf\xbf\xbf\xbf"},
+        {0x4000000, "\xfc\x84\x80\x80\x80\x80"},
+        {0x7fffffff, "\xfd\xbf\xbf\xbf\xbf\xbf"},
+    };
+    for (const auto &entry : cases) {
+        EXPECT_EQ(CxStringBuffAppendUTF32Char(&buffer_, entry.codePoint), 1);
+        EXPECT_EQ(take(), entry.bytes) << entry.codePoint;
+    }
+    CxStringBuffAppendUCS2Char(&buffer_, 0x20ac);
+    EXPECT_EQ(take(), "\xe2\x82\xac");
+    CxStringBuffAppendUTF32Char(&buffer_, INT32_MIN);
+    EXPECT_EQ(take(), std::string(1, '\0'));
+}
+
+TEST_F(StringBuff, AppendsPartsAndInserts)
+{
+    CxStringBuffAppendStrN(&buffer_, "abc", 5);
+    CxStringBuffAppendStrN(&buffer_, "defg", 1);
+    CxStringBuffAppendStrN(&buffer_, "hij", -1);
+    CxStringBuffAppendStrN(&buffer_, "klm", 0);
+    EXPECT_EQ(CxStringBuffInsertStr(&buffer_, "<", 0), 1);
+    EXPECT_EQ(CxStringBuffInsertStr(&buffer_, ">", 8), 1);
+    EXPECT_EQ(CxStringBuffInsertStr(&buffer_, std::string(2000, '-').c_str(), 4), 1);
+    EXPECT_EQ(CxStringBuffInsertStr(&buffer_, "x", 2010), 0);
+    EXPECT_EQ(CxStringBuffInsertStr(&buffer_, "x", -1), 0);
+    EXPECT_EQ(take(), "<abc" + std::string(2000, '-') + "dhij>");
+    EXPECT_EQ(CxStringBuffAppendStr(&buffer_, nullptr), 0);
+    EXPECT_EQ(CxStringBuffAppendStr(nullptr, "a"), 0);
+}
+
+TEST_F(StringBuff, RefusesSizesBeyondTheRangeAndKeepsItsText)
+{
+    CxStringBuffAppendStr(&buffer_, "text");
+    for (const std::size_t extra : {std::size_t{INT32_MAX} - 5, std::size_t{INT32_MAX},
+                                    std::size_t{UINT32_MAX} - 3, SIZE_MAX})
+        EXPECT_EQ(cxStringBuffHasCapacity(&buffer_, extra), 0);
+    EXPECT_EQ(buffer_.capacity, 1024u);
+    EXPECT_EQ(take(), "text");
+}
+
+TEST_F(StringBuff, HandsOutItsTextOrCopies)
+{
+    CxStringBuffAppendStr(&buffer_, "text");
+    char *copy = CxStringBuffCopyStr(&buffer_);
+    EXPECT_STREQ(copy, "text");
+    EXPECT_NE(copy, CxStringBuffPeekStr(&buffer_));
+    BaxMemoryFree(copy);
+    char *taken = CxStringBuffTakeStr(&buffer_);
+    EXPECT_STREQ(taken, "text");
+    BaxMemoryFree(taken);
+    EXPECT_EQ(buffer_.str, nullptr);
+    EXPECT_EQ(buffer_.length, 0u);
+    EXPECT_EQ(buffer_.capacity, 0u);
+}
+
+TEST_F(StringBuff, LimitsWideTextToWholeCharacters)
+{
+    uc_ch_t *utf8 = ucv_cs_new("UTF8");
+    const char16_t *text = u"a\u00e4\u20ac"; // one, two and three bytes
+    const struct {
+        int limit;
+        const char *bytes;
+    } cases[] = {{-1, "a\xc3\xa4\xe2\x82\xac"},
+                 {6, "a\xc3\xa4\xe2\x82\xac"},
+                 {5, "a\xc3\xa4"},
+                 {2, "a"},
+                 {0, ""}};
+    for (const auto &entry : cases) {
+        EXPECT_EQ(CxStringBuffAppendWStrN(&buffer_, utf8, text, entry.limit), 1);
+        EXPECT_EQ(take(), entry.bytes) << entry.limit;
+    }
+    EXPECT_EQ(CxStringBuffAppendWStrN(&buffer_, utf8, u"", -1), 1);
+    EXPECT_EQ(take(), "");
+    ucv_cs_free(utf8);
+}
+
+TEST_F(StringBuff, ChangesItsCodeSetInPlace)
+{
+    uc_ch_t *latin1 = ucv_cs_new("INTERNAL-37");
+    CxStringBuffAppendStr(&buffer_, "Gr\xc3\xbc\xc3\x9f"
+                                    "e");
+    EXPECT_EQ(CxStringBuffChangeFromUTF8(latin1, &buffer_), 1);
+    EXPECT_STREQ(buffer_.str, "Gr\xfc\xdf"
+                              "e");
+    EXPECT_EQ(buffer_.length, 5u);
+    std::string longer(700, '\xfc');
+    CxStringBuffAppendStr(&buffer_, longer.c_str());
+    EXPECT_EQ(CxStringBuffChangeToUTF8(latin1, &buffer_), 1);
+    EXPECT_EQ(buffer_.length, 7u + 1400);
+    EXPECT_EQ(take().substr(0, 9), "Gr\xc3\xbc\xc3\x9f"
+                                   "e\xc3\xbc");
+    EXPECT_EQ(CxStringBuffChangeToUTF8(latin1, nullptr), 0);
+    ucv_cs_free(latin1);
+}
+
+} // namespace
