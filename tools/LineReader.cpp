@@ -45,6 +45,10 @@ bool LineReader::refill()
     std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
     end_ -= begin_;
     begin_ = 0;
+    if (end_ >= kLongestLine) {
+        error_ = EMSGSIZE;
+        return false;
+    }
     if (end_ + 1 == buffer_.size()) buffer_.resize(2 * buffer_.size());
     ssize_t count;
     do

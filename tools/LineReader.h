@@ -1,5 +1,6 @@
 // Reads lines of any length from a descriptor through one buffer that is used over and over: its
-// size follows the longest line, not the length of the input.
+// size follows the longest line, not the length of the input. A line that is longer than any line
+// should be ends the reading with an error instead of taking all the memory there is.
 #pragma once
 
 #include <cstddef>
@@ -10,6 +11,8 @@ namespace tools {
 
 class LineReader {
   public:
+    static constexpr std::size_t kLongestLine = 64 * 1024 * 1024; // the least that is refused
+
     explicit LineReader(int descriptor) : descriptor_(descriptor), buffer_(kBlock + 1) {}
 
     // The next line without its LF or CR LF, valid until the next call and followed by a NUL. The

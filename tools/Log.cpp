@@ -29,7 +29,8 @@ constexpr const char *kConsoleHandler = "olvexConsole";
 constexpr const char *kFooter = R"(What becomes of a line:
   The end of the line, LF or CR LF, is dropped; the last line needs none. Text is taken as UTF-8
   and never as a format. A NUL byte inside a line is logged as the two characters \0. The console
-  handler writes at most 4095 bytes of a record.
+  handler writes at most 4095 bytes of a record. A line of 64 MiB or more ends its input, as one
+  that cannot be read.
 
 Without --config, records go to standard output when their level is INFO or more severe. With it,
 the logger must be described in that file: its class, and where it writes.

@@ -2,6 +2,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include "Verbs.h"
 
 namespace {
@@ -53,10 +56,20 @@ int finish(int code)
     return code == tools::kOk ? tools::kTrouble : code;
 }
 
+// Fills closed standard streams with what fails when it is used. Otherwise a log file could be
+// opened under the number of standard output and receive what is written there.
+void holdStandardStreams()
+{
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream)
+        if (fcntl(stream, F_GETFD) < 0)
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    holdStandardStreams();
     if (argc < 2) return refuse(nullptr);
     if (isOneOf(argv[1], "-h", "--help")) {
         printUsage(stdout);

@@ -198,6 +198,39 @@ TEST(LogCommand, NoticesThatItsOutputIsLost)
     }
 }
 
+// A closed standard output is an error, even when a log file could be opened under its number.
+TEST(LogCommand, KeepsClosedOutputApartFromFiles)
+{
+    Folder folder;
+    const std::string input = folder.put("input", "text\n");
+    const std::string config = folder.put("log.properties", R"(
+olvex.log.className = ovx_basiclogger
+olvex.log.listenerNames = file screen
+file.className = ovx_filehandler
+file.fileName = )" + folder.path() + R"(/out.log
+screen.className = ovx_consolehandler
+)");
+    folder.put("out.log", "");
+    const std::string command =
+        OLVEX_COMMAND " log --config '" + config + "' <'" + input + "' >&- 2>/dev/null";
+    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+    const int file = open((folder.path() + "/out.log").c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(withoutTimes(readAll(file)), "@ text\n");
+    close(file);
+}
+
+// Input without an end of line must not take all the memory there is.
+TEST(LogCommand, RefusesEndlessLines)
+{
+    const int zeros = open("/dev/zero", O_RDONLY | O_CLOEXEC);
+    const int out = makeFile({}), err = makeFile({});
+    const Outcome outcome = finish(start({"log"}, zeros, out, err));
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_THAT(readAll(err), HasSubstr("standard input: Message too long"));
+    for (const int file : {zeros, out, err})
+        close(file);
+}
+
 // The record of a line is there before the next line comes.
 TEST(LogCommand, WritesWhileItWaitsForInput)
 {

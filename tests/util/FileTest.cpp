@@ -6,6 +6,7 @@
 #include "core/LogDirectory.h"
 
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <ostream>
 #include <set>

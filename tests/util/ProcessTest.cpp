@@ -1,0 +1,275 @@
+// Processes, semaphores between them, threads and mutexes.
+#include "util/CxProcess.h"
+
+#include <olvex/Process.h>
+#include <olvex/System.h>
+#include <olvex/Thread.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <ctime>
+#include <string>
+#include <sys/sem.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+std::vector<unsigned> sleeps;
+
+} // namespace
+
+// Takes precedence over the C library's: sleeping is noted and takes no time.
+extern "C" unsigned sleep(unsigned seconds)
+{
+    sleeps.push_back(seconds);
+    return 0;
+}
+
+namespace {
+
+void expectSuccess(CxResult result)
+{
+    EXPECT_EQ(result.kind, '-') << result.code;
+    EXPECT_EQ(result.code, 0);
+}
+
+void expectFailure(CxResult result, int code)
+{
+    EXPECT_EQ(result.kind, 'p');
+    EXPECT_EQ(result.code, code);
+}
+
+// Starts a shell with a script.
+std::int32_t start(const char *script)
+{
+    char shell[] = "sh", option[] = "-c";
+    char *const argv[] = {shell, option, const_cast<char *>(script), nullptr};
+    std::int32_t pid = 0;
+    expectSuccess(CxProcessCreate(&pid, "/bin/sh", argv));
+    EXPECT_GT(pid, 0);
+    return pid;
+}
+
+struct Ending {
+    bool finished;
+    int exitCode;
+    bool signaled;
+    int signal;
+    bool operator==(const Ending &) const = default;
+};
+
+Ending waitFor(std::int32_t pid, bool wait)
+{
+    CxProcessStatus status = {true, 99, true, 99};
+    expectSuccess(CxProcessWaitFor(&pid, &status, wait));
+    return {status.finished, status.exitCode, status.signaled, status.signal};
+}
+
+TEST(Process, EndsAreCollected)
+{
+    EXPECT_EQ(waitFor(start("exit 3"), true), (Ending{true, 3, false, 0}));
+    EXPECT_EQ(waitFor(start("exit 0"), true), (Ending{true, 0, false, 0}));
+    EXPECT_EQ(waitFor(start("kill -9 $$"), true), (Ending{true, 0, true, 9}));
+    std::int32_t running = start("while :; do :; done");
+    EXPECT_EQ(waitFor(running, false), (Ending{false, 0, false, 0}));
+    kill(running, SIGTERM);
+    EXPECT_EQ(waitFor(running, true), (Ending{true, 0, true, SIGTERM}));
+    CxProcessStatus status = {};
+    expectFailure(CxProcessWaitFor(&running, &status, true), ECHILD);
+}
+
+TEST(Process, WhatCannotBeStartedEndsWithAStatus)
+{
+    std::int32_t pid = 0;
+    char name[] = "none";
+    char *const argv[] = {name, nullptr};
+    expectSuccess(CxProcessCreate(&pid, "/no/such/program", argv));
+    EXPECT_EQ(waitFor(pid, true), (Ending{true, 127, false, 0}));
+    expectFailure(CxProcessCreate(&pid, "", argv), 22);
+    pid = -1;
+    CxProcessStatus status = {};
+    expectFailure(CxProcessWaitFor(&pid, &status, false), 22);
+    expectFailure(CxProcessRelease(0), 22);
+    expectSuccess(CxProcessRelease(1));
+}
+
+TEST(Process, KnowsWhereItIs)
+{
+    char folder[4096];
+    expectSuccess(CxProcessGetCwd(folder, sizeof folder));
+    EXPECT_EQ(folder[0], '/');
+    expectFailure(CxProcessGetCwd(folder, 1), ERANGE);
+    EXPECT_STREQ(folder, "");
+    EXPECT_EQ(CxProcessGetCurrentID(), getpid());
+    setenv("OLVEX_TEST", "value", 1);
+    EXPECT_STREQ(CxProcessGetEnv("OLVEX_TEST"), "value");
+    EXPECT_EQ(CxProcessGetEnv("OLVEX_TEST_NONE"), nullptr);
+    char name[2] = "x";
+    expectFailure(CxSystemGetFQHostname(name, 0), 22);
+    EXPECT_LT(std::abs(CxSystemGetTimestamp() / 1000 - time(nullptr)), 2);
+}
+
+TEST(Process, TracesAreIndented)
+{
+    testing::internal::CaptureStderr();
+    cxIntlTraceEnter("%s\n", "one");
+    cxIntlTracePoint("in %d\n", 1);
+    cxIntlTraceLeave("one\n");
+    cxIntlTraceLeave("too often\n");
+    cxIntlTraceEnter("x\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "ENTER one\n   ... in 1\nLEAVE one\nLEAVE too often\nENTER x\n");
+}
+
+// A semaphore under a key of this process, removed in the end.
+class Semaphore : public testing::Test {
+  protected:
+    void SetUp() override
+    {
+        expectSuccess(CxSemOpen(&sem_, key_));
+    }
+    void TearDown() override { semctl(sem_, 0, IPC_RMID); }
+
+    int value() const { return semctl(sem_, 0, GETVAL); }
+
+    // Runs `work` in a child and returns its exit status.
+    template <class Work>
+    static int inChild(Work work)
+    {
+        const pid_t child = fork();
+        if (child == 0) _exit(work());
+        int status = -1;
+        waitpid(child, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    const std::int32_t key_ = 0x0f000000 | getpid();
+    CxSem sem_ = -1;
+};
+
+TEST_F(Semaphore, IsMadeFreeForEveryone)
+{
+    EXPECT_EQ(value(), 1);
+    semid_ds status = {};
+    semctl(sem_, 0, IPC_STAT, &status);
+    EXPECT_EQ(status.sem_perm.mode & 0777, 0666);
+    CxSem other = -1;
+    expectSuccess(CxSemLock(&sem_));
+    EXPECT_EQ(value(), 0);
+    expectSuccess(CxSemOpen(&other, key_));
+    EXPECT_EQ(other, sem_);
+    expectSuccess(CxSemUnlock(&other));
+    EXPECT_EQ(value(), 1);
+    expectSuccess(CxSemClose(&other));
+    EXPECT_EQ(other, -1);
+    EXPECT_EQ(value(), 1);
+}
+
+TEST_F(Semaphore, IsGivenBackWhenItsHolderEnds)
+{
+    EXPECT_EQ(inChild([this] { return CxSemLock(&sem_).code; }), 0);
+    EXPECT_EQ(value(), 1);
+    // A whole turn leaves nothing to undo either.
+    EXPECT_EQ(inChild([this] { return CxSemLock(&sem_).code | CxSemUnlock(&sem_).code; }), 0);
+    EXPECT_EQ(value(), 1);
+}
+
+TEST_F(Semaphore, KeepsOthersWaiting)
+{
+    expectSuccess(CxSemLock(&sem_));
+    const pid_t child = fork();
+    if (child == 0) _exit(CxSemLock(&sem_).code);
+    while (semctl(sem_, 0, GETNCNT) == 0)
+        usleep(1000);
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, WNOHANG), 0);
+    expectSuccess(CxSemUnlock(&sem_));
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(Semaphore, TellsWhenItWasRemoved)
+{
+    semctl(sem_, 0, IPC_RMID);
+    expectFailure(CxSemLock(&sem_), EINVAL);
+    expectFailure(CxSemUnlock(&sem_), EINVAL);
+}
+
+TEST(Mutex, CannotBeUsedOrDestroyedWithoutOne)
+{
+    CxMutex mutex = nullptr;
+    expectFailure(CxMutexDestroy(&mutex), 22);
+    expectFailure(CxMutexLock(mutex), 22);
+    expectFailure(CxMutexUnlock(mutex), 22);
+    expectSuccess(CxMutexCreate(&mutex));
+    expectSuccess(CxMutexDestroy(&mutex));
+    EXPECT_EQ(mutex, nullptr);
+}
+
+struct Shared {
+    CxMutex mutex = nullptr;
+    long count = 0;
+};
+
+void *countUp(void *argument)
+{
+    auto *shared = static_cast<Shared *>(argument);
+    for (int i = 0; i < 10000; ++i) {
+        CxMutexLock(shared->mutex);
+        ++shared->count;
+        CxMutexUnlock(shared->mutex);
+    }
+    return nullptr;
+}
+
+TEST(MutexThreads, ExcludeEachOther)
+{
+    Shared shared;
+    expectSuccess(CxMutexCreate(&shared.mutex));
+    CxThread threads[4] = {};
+    for (CxThread &thread : threads)
+        expectSuccess(CxThreadCreate(&thread, &thread == threads ? 0 : 1 << 20, countUp, &shared));
+    for (CxThread &thread : threads)
+        expectSuccess(CxThreadJoin(thread));
+    EXPECT_EQ(shared.count, 40000);
+    CxMutexDestroy(&shared.mutex);
+}
+
+void *storeId(void *argument)
+{
+    *static_cast<std::uint64_t *>(argument) = CxThreadGetCurrentID();
+    return nullptr;
+}
+
+TEST(Thread, NumbersAreThoseOfTheSystem)
+{
+    EXPECT_EQ(CxThreadGetCurrentID(), static_cast<std::uint64_t>(gettid()));
+    std::uint64_t other = 0;
+    CxThread thread = {};
+    expectSuccess(CxThreadCreate(&thread, 0, storeId, &other));
+    expectSuccess(CxThreadJoin(thread));
+    EXPECT_GT(other, 0u);
+    EXPECT_NE(other, CxThreadGetCurrentID());
+    expectFailure(CxThreadCreate(&thread, 1, storeId, &other), EINVAL); // too small a stack
+    const pid_t child = fork();
+    if (child == 0) _exit(CxThreadGetCurrentID() == static_cast<std::uint64_t>(getpid()) ? 0 : 1);
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+TEST(Thread, SleepsToTheNearestSecond)
+{
+    sleeps.clear();
+    for (const unsigned milliseconds : {0u, 499u, 500u, 1499u, 1500u, UINT32_MAX})
+        CxThreadSleep(milliseconds);
+    EXPECT_EQ(sleeps, (std::vector<unsigned>{0, 0, 1, 1, 2, 4294967}));
+}
+
+} // namespace
