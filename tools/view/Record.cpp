@@ -1,0 +1,99 @@
+// See Record.h.
+#include "view/Record.h"
+
+namespace tools::view {
+
+namespace {
+
+constexpr std::string_view kLevelNames[kLevelCount] = {
+    "", "OTHER", "DEBUG_MAX", "DEBUG_MID", "DEBUG_MIN", "INFO", "WARN", "ERROR", "FATAL",
+};
+
+constexpr std::string_view kFormatNames[kFormatCount] = {"text", "xml", "trace", "console"};
+
+struct LevelWord {
+    std::string_view word;
+    Level level;
+};
+
+constexpr LevelWord kLevelWords[] = {
+    {"INFO", Level::kInfo},    {"WARN", Level::kWarn},    {"ERROR", Level::kError},
+    {"MAX", Level::kDebugMax}, {"MID", Level::kDebugMid}, {"MIN", Level::kDebugMin},
+};
+
+constexpr std::size_t kFewestLetters = 3;
+constexpr std::size_t kMostLetters = 6;
+
+// How many digits an identifier has behind so many letters.
+struct Digits {
+    std::size_t fewest;
+    std::size_t most;
+};
+constexpr Digits kDigits[] = {{3, 6}, {3, 5}, {2, 4}, {3, 3}};
+
+bool isLetter(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+} // namespace
+
+void Record::clear()
+{
+    level = Level::kNone;
+    isCut = hasTime = false;
+    millis = 0;
+    time = kind = id = text = {};
+    fields = {};
+    attributes.clear();
+    parameters.clear();
+}
+
+std::string_view nameOf(Level level)
+{
+    return kLevelNames[static_cast<std::size_t>(level)];
+}
+
+std::string_view nameOf(Format format)
+{
+    return kFormatNames[static_cast<std::size_t>(format)];
+}
+
+Level levelOfWord(std::string_view word)
+{
+    for (const LevelWord &entry : kLevelWords)
+        if (entry.word == word) return entry.level;
+    return Level::kOther;
+}
+
+Level levelOfId(std::string_view id)
+{
+    switch (id.empty() ? '\0' : id.back()) {
+    case 'I': return Level::kInfo;
+    case 'W': return Level::kWarn;
+    case 'E': return Level::kError;
+    default: return Level::kNone;
+    }
+}
+
+std::size_t idLength(std::string_view text)
+{
+    std::size_t letters = 0;
+    while (letters < text.size() && letters <= kMostLetters && isLetter(text[letters]))
+        ++letters;
+    if (letters < kFewestLetters || letters > kMostLetters) return 0;
+    const Digits allowed = kDigits[letters - kFewestLetters];
+    std::size_t end = letters;
+    while (end < text.size() && end - letters <= allowed.most && isDigit(text[end]))
+        ++end;
+    const std::size_t digits = end - letters;
+    if (digits < allowed.fewest || digits > allowed.most || end == text.size()) return 0;
+    return levelOfId(text.substr(0, end + 1)) == Level::kNone ? 0 : end + 1;
+}
+
+} // namespace tools::view
