@@ -19,4 +19,7 @@ int runCodeset(int argc, char **argv);
 // Logs lines of text as events (Log.cpp).
 int runLog(int argc, char **argv);
 
+// Shows the records of logs (View.cpp).
+int runView(int argc, char **argv);
+
 } // namespace tools

@@ -14,6 +14,7 @@ using tools::Verb;
 constexpr Verb kVerbs[] = {
     {"codeset", "Make and show tables of code sets", tools::runCodeset},
     {"log", "Log lines of text as events", tools::runLog},
+    {"view", "Show, search and count the records of logs", tools::runView},
 };
 
 const Verb *findVerb(const char *name)

@@ -55,10 +55,11 @@ LogFile openFile(const std::string &path)
     const bool isInput = path == "-";
     file.descriptor =
         Descriptor(isInput ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-    struct stat status{};
+    struct stat status {};
     if (!file.descriptor.isOpen() || ::fstat(file.descriptor.get(), &status) != 0) return file;
     file.id = {status.st_dev, status.st_ino};
-    if (S_ISREG(status.st_mode)) file.size = static_cast<std::uint64_t>(status.st_size);
+    file.isRegular = S_ISREG(status.st_mode);
+    if (file.isRegular) file.size = static_cast<std::uint64_t>(status.st_size);
     return file;
 }
 

@@ -41,6 +41,7 @@ struct LogFile {
     std::string path; // "-" for standard input
     Descriptor descriptor;
     FileId id;
+    bool isRegular = false;
     std::uint64_t size = 0;
     std::uint64_t start = 0; // where to begin reading
 };

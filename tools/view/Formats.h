@@ -22,10 +22,10 @@ enum class Depth : std::uint8_t {
 // What the user said of the logs.
 struct LogOptions {
     bool formats[kFormatCount] = {true, true, true, true}; // those that are looked for
-    std::string timeLayout;        // of text records, for strptime(3); empty: the formatters' own
-    std::string separator;         // of text records; empty: a blank, or the sign behind the time
-    bool knowsFields = false;      // whether `fields` says what a text record has
-    std::vector<Field> fields;     // between the time and the message, in the order of the line
+    std::string timeLayout;    // of text records, for strptime(3); empty: the formatters' own
+    std::string separator;     // of text records; empty: a blank, or the sign behind the time
+    bool knowsFields = false;  // whether `fields` says what a text record has
+    std::vector<Field> fields; // between the time and the message, in the order of the line
 };
 
 // `isLast`: nothing follows the bytes that are given.

@@ -111,8 +111,7 @@ Frame unfinished(std::string_view bytes, bool isLast, Format format)
 Frame withoutForeign(std::string_view bytes, Frame frame)
 {
     const std::string_view record = bytes.substr(0, frame.length);
-    if (const std::size_t nul = record.find('\0'); nul != kNone)
-        return cutFrame(frame.format, nul);
+    if (const std::size_t nul = record.find('\0'); nul != kNone) return cutFrame(frame.format, nul);
     if (frame.format != Format::kTrace) return frame;
     const std::size_t inside = findTraceInside(record);
     return inside == kNone ? frame : cutFrame(frame.format, inside);
@@ -125,8 +124,7 @@ Frame frameLines(std::string_view bytes, bool isLast, Format format, const LogOp
     while (lines.hasEnd() && lines.end() < bytes.size()) {
         const Start start = startAt(bytes.substr(lines.end()), isLast, options);
         const bool isNext = start.begins == Begins::kYes || bytes[lines.end()] == '\0';
-        if (isNext)
-            return withoutForeign(bytes, {FrameKind::kRecord, lines.end(), format, false});
+        if (isNext) return withoutForeign(bytes, {FrameKind::kRecord, lines.end(), format, false});
         if (start.begins == Begins::kUnclear || !lines.next(isLast)) break;
     }
     if (lines.hasEnd() && lines.end() == bytes.size() && isLast)

@@ -1,6 +1,8 @@
 // See Record.h.
 #include "view/Record.h"
 
+#include <olvex/MsgId.h>
+
 namespace tools::view {
 
 namespace {
@@ -21,15 +23,9 @@ constexpr LevelWord kLevelWords[] = {
     {"MAX", Level::kDebugMax}, {"MID", Level::kDebugMid}, {"MIN", Level::kDebugMin},
 };
 
+constexpr std::size_t kLongestId = 10;
 constexpr std::size_t kFewestLetters = 3;
 constexpr std::size_t kMostLetters = 6;
-
-// How many digits an identifier has behind so many letters.
-struct Digits {
-    std::size_t fewest;
-    std::size_t most;
-};
-constexpr Digits kDigits[] = {{3, 6}, {3, 5}, {2, 4}, {3, 3}};
 
 bool isLetter(char c)
 {
@@ -81,19 +77,19 @@ Level levelOfId(std::string_view id)
     }
 }
 
+// Most words are no identifiers and are told apart by their beginning.
 std::size_t idLength(std::string_view text)
 {
+    const std::string_view begin = text.substr(0, kLongestId);
     std::size_t letters = 0;
-    while (letters < text.size() && letters <= kMostLetters && isLetter(text[letters]))
+    while (letters < begin.size() && isLetter(begin[letters]))
         ++letters;
-    if (letters < kFewestLetters || letters > kMostLetters) return 0;
-    const Digits allowed = kDigits[letters - kFewestLetters];
-    std::size_t end = letters;
-    while (end < text.size() && end - letters <= allowed.most && isDigit(text[end]))
-        ++end;
-    const std::size_t digits = end - letters;
-    if (digits < allowed.fewest || digits > allowed.most || end == text.size()) return 0;
-    return levelOfId(text.substr(0, end + 1)) == Level::kNone ? 0 : end + 1;
+    if (letters < kFewestLetters || letters > kMostLetters || letters == begin.size() ||
+        !isDigit(begin[letters]))
+        return 0;
+    char word[kLongestId + 1] = {};
+    begin.copy(word, kLongestId);
+    return static_cast<std::size_t>(CxParseZMSID(word).length);
 }
 
 } // namespace tools::view

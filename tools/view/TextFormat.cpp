@@ -52,7 +52,8 @@ void takePrefix(Record &record, std::size_t length, std::string_view separator)
     for (std::string_view &word : words) {
         const std::size_t end = prefix.find(separator);
         word = prefix.substr(0, end);
-        prefix.remove_prefix(end == std::string_view::npos ? prefix.size() : end + separator.size());
+        prefix.remove_prefix(end == std::string_view::npos ? prefix.size()
+                                                           : end + separator.size());
     }
     if (!isNumber(words[2])) return;
     record[Field::kSourceFile] = words[0];

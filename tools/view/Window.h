@@ -25,7 +25,7 @@ class Window {
 
     // The first bytes of the file, as far as they were read: what it is recognised by.
     const std::string &head() const { return head_; }
-    static constexpr std::size_t kHeadLength = 64;
+    static constexpr std::size_t kHeadLength = 256;
 
   private:
     static constexpr std::size_t kBlock = 256 * 1024;

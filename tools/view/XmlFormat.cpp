@@ -1,5 +1,5 @@
-// Message and Trace elements of the XML formatter. Nothing in them is escaped, so a value ends where
-// its closing mark is followed by what can stand behind it, and not at the first mark.
+// Message and Trace elements of the XML formatter. Nothing in them is escaped, so a value ends
+// where its closing mark is followed by what can stand behind it, and not at the first mark.
 #include "view/Formats.h"
 
 #include <charconv>
@@ -77,8 +77,7 @@ void parseOpening(Record &record, std::string_view line)
 
 void parseTime(Record &record, std::string_view value)
 {
-    const auto result =
-        std::from_chars(value.data(), value.data() + value.size(), record.millis);
+    const auto result = std::from_chars(value.data(), value.data() + value.size(), record.millis);
     record.hasTime = result.ec == std::errc();
     if (!record.hasTime) return;
     value.remove_prefix(static_cast<std::size_t>(result.ptr - value.data()));
