@@ -16,6 +16,7 @@ constexpr std::string_view kSeverity = "\" Severity=\"";
 constexpr std::string_view kTagEnd = "\">";
 constexpr std::string_view kTextBegin = "<![CDATA[";
 constexpr std::string_view kNoId = "None";
+constexpr std::string_view kTraceKind = "Trace";
 constexpr std::size_t kLongestOpening = 4096;
 
 // Fields that are parsed by functions of their own have kPrefix here.
@@ -71,7 +72,7 @@ void parseOpening(Record &record, std::string_view line)
         record.level = levelOfWord(line.substr(severity + kSeverity.size()));
         return;
     }
-    record.kind = "Trace";
+    record.kind = kTraceKind;
     if (takePrefix(line, kTraceLevelTag)) record.level = levelOfWord(line);
 }
 
@@ -230,13 +231,19 @@ Begins xmlBegins(std::string_view bytes, bool isLast)
     return kXmlTimeLine.starts_with(second) ? tooShort : Begins::kNo;
 }
 
+// A trace has no identifier of its own; what its text begins with takes the place.
 void parseXml(Record &record, Depth depth)
 {
     std::string_view rest = record.raw;
     parseOpening(record, takeUntil(rest, "\n"));
     takeElement(record, rest); // the time
-    while (depth == Depth::kAll && !rest.empty())
+    const bool isTrace = record.kind == kTraceKind;
+    const auto isEnough = [&] {
+        return depth == Depth::kHead && (!isTrace || record.text.data() != nullptr);
+    };
+    while (!rest.empty() && !isEnough())
         takeElement(record, rest);
+    if (isTrace) record.id = record.text.substr(0, idLength(record.text));
 }
 
 void parseXmlProduct(std::string_view bytes, Record &record)
