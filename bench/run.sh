@@ -1,10 +1,20 @@
 #!/usr/bin/env bash
-# Runs the benchmarks of a build and prints their figures. Further arguments go to Google Benchmark.
-# Usage: run.sh BUILD_DIR [ARGUMENTS]
+# Runs the benchmarks of a build and prints their figures: the comparison with other libraries, then
+# those of olvex alone. Arguments go to the comparison (compare.py --help); `run.sh BUILD_DIR own
+# ARGUMENTS` runs the second half only, with arguments for Google Benchmark.
+# Usage: run.sh BUILD_DIR [own] [ARGUMENTS]
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 build=$1
 shift
+
+if [[ ${1:-} == own ]]; then
+    shift
+else
+    printf '\n== Other logging libraries, every record in the kernel when the call returns\n'
+    /usr/bin/python3 "$here/peers/compare.py" "$build/bench" "$@"
+    set --
+fi
 
 printf '\n== The path of an event, in nanoseconds; allocations for each event\n'
 "$build/bench/olvex_bench" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
