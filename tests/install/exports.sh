@@ -26,8 +26,29 @@ declared() {
 
 exported() { nm -D --defined-only "$library" | awk '$2 != "A" { sub(/@.*/, "", $3); print $3 }'; }
 
+# The tracing front end is C++: its functions, variables and classes stand in the namespace
+# olvex_trace. Classes are compared by name; their type information must be there to derive from them.
+trace_declared() {
+    sed -nE 's/^(extern )?OVX_API [^(;]*[ *]([A-Za-z_]+[A-Za-z0-9_]*)(\(|\[|;).*/olvex_trace::\2/p
+        s/^class OVX_API ([A-Za-z]+).*/olvex_trace::\1/p' "$include"/olvex/trace/*.h \
+        "$include"/olvex/trace/base/*.h
+    sed -nE 's/^class OVX_API ([A-Za-z]*Tracer[A-Za-z]*|Trace|Object|OlvexWrapper)\>.*/typeinfo for olvex_trace::\1/p' \
+        "$include"/olvex/trace/*.h "$include"/olvex/trace/base/*.h
+}
+
+trace_exported() {
+    c++filt <"$work/all" | grep -F olvex_trace:: | grep -Ev '^(vtable|typeinfo name) for ' |
+        sed -E 's/^(typeinfo for )?(olvex_trace::[A-Za-z0-9_]+).*/\1\2/'
+}
+
+exported | sort -u >"$work/all"
 declared | sort -u >"$work/declared"
-exported | sort -u >"$work/exported"
+trace_declared | sort -u >>"$work/declared"
+{
+    grep -v '^_Z.*11olvex_trace' "$work/all"
+    trace_exported
+} | sort -u >"$work/exported"
+sort -u -o "$work/declared" "$work/declared"
 missing=$(comm -23 "$work/declared" "$work/exported")
 surplus=$(comm -13 "$work/declared" "$work/exported")
 [[ -s $work/declared ]] || fail "no declarations were found in $include"

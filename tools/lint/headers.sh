@@ -13,15 +13,21 @@ for header in "$include"/olvex/*.h; do
     g++ -std=c++17 "${warnings[@]}" -Wold-style-cast -x c++ - <<<"$alone" || failures=1
 done
 
+# The tracing front end is C++.
+for header in "$include"/olvex/trace/*.h "$include"/olvex/trace/base/*.h; do
+    alone="#include <olvex/${header#"$include"/olvex/}>"
+    g++ -std=c++17 "${warnings[@]}" -Wold-style-cast -x c++ - <<<"$alone" || failures=1
+done
+
 # A declaration follows a line that ends a comment which began with "/**".
 awk '
     FNR == 1 { documented = 0 }
     /^ *\/\*\*/ { isDoc = 1 }
     /^ *\/\*([^*]|$)/ { isDoc = 0 }
-    /^(extern )?OVX_API / && !documented { print FILENAME ":" FNR ": not documented: " $0; bad = 1 }
+    /^(extern |class )?OVX_API / && !documented { print FILENAME ":" FNR ": not documented: " $0; bad = 1 }
     /\*\/ *$/ { documented = isDoc; next }
     NF > 0 { documented = 0 }
     END { exit bad }
-' "$include"/olvex/*.h >&2 || failures=1
+' "$include"/olvex/*.h "$include"/olvex/trace/*.h "$include"/olvex/trace/base/*.h >&2 || failures=1
 
 exit "$failures"

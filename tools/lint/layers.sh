@@ -15,7 +15,7 @@ layer_of() {
     "$source_root"/util/*) echo 1 ;;
     "$source_root"/ucv/*) echo 2 ;;
     "$source_root"/*) echo 3 ;;
-    *) echo 4 ;; # programs
+    *) echo 4 ;; # the tracing front end, programs
     esac
 }
 
@@ -51,7 +51,7 @@ check_file() {
 while IFS= read -r file; do
     check_file "$file"
 done < <(git ls-files --cached --others --exclude-standard \
-    'olvex/src/*.h' 'olvex/src/*.cpp' 'tools/*.h' 'tools/*.cpp' 'samples/*' 'bench/*' |
+    'olvex/src/*.h' 'olvex/src/*.cpp' 'src/*.h' 'src/*.cpp' 'tools/*.h' 'tools/*.cpp' 'samples/*' 'bench/*' |
     grep -E '\.(h|c|cpp)$')
 
 exit "$failures"

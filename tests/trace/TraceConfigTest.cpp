@@ -1,0 +1,171 @@
+// Finding the trace properties file, and moving a trace file that cannot be written.
+#include "TraceToolkit.h"
+
+#include "common/olvex/OlvLogConfig.h"
+
+#include <pwd.h>
+
+using namespace olvex::test;
+
+namespace {
+
+std::string homeIn(const std::string &content)
+{
+    const TemporaryFile file(content);
+    char home[olvex::kTraceBuffer];
+    olvex::readHomeDirectory(file.path(), home);
+    return home;
+}
+
+std::string configDirectory()
+{
+    char buffer[olvex::kTraceBuffer];
+    return get_config_directory_path(buffer);
+}
+
+TEST(TraceConfig, ReadsTheHomeDirectoryFromTheProductFile)
+{
+    EXPECT_EQ(homeIn("# c\n[zet]\nother=1\n \tZET_HomeDirectory = /opt/zet \r\n"
+                     "ZET_HomeDirectory=/late\n"),
+              "/opt/zet");
+    EXPECT_EQ(homeIn("zet_homedirectory=/x\nZET_HomeDirectory2=/y\nZET_HomeDirectory\n"), "");
+    EXPECT_EQ(homeIn("ZET_HomeDirectory=/a=b"), "/a=b");
+    EXPECT_EQ(homeIn(""), "");
+    char home[olvex::kTraceBuffer] = "x";
+    olvex::readHomeDirectory("/nonexistent/zet.ini", home);
+    EXPECT_STREQ(home, "");
+}
+
+TEST(TraceConfig, ALineThatIsTooLongIsCutAndItsRestIsNoLine)
+{
+    const std::string filler(1023, 'x');
+    EXPECT_EQ(homeIn(filler + "ZET_HomeDirectory=/no\nZET_HomeDirectory=/yes\n"), "/yes");
+    const std::string longHome(2000, 'h');
+    EXPECT_EQ(homeIn("ZET_HomeDirectory=" + longHome), longHome.substr(0, 1023 - 18));
+}
+
+TEST(TraceConfig, TheEnvironmentComesBeforeTheProductFile)
+{
+    setenv("ZET_TEST", "/opt/z", 1);
+    EXPECT_EQ(configDirectory(), "/opt/z/config/");
+    EXPECT_STREQ(initializeWrapper(nullptr), "/opt/z/config/ZetTrace.properties");
+    setenv("ZET_TEST", "", 1);
+    EXPECT_EQ(configDirectory(), "/config/");
+    setenv("ZET_TEST", std::string(3000, 'z').c_str(), 1);
+    EXPECT_EQ(configDirectory(), std::string(1023, 'z'));
+    EXPECT_EQ(initializeWrapper(nullptr), std::string(1023, 'z'));
+    EXPECT_EQ(get_config_directory_path(nullptr), nullptr);
+}
+
+TEST(TraceConfig, KeepsTheNamedFileWithSlashesAndCutToFit)
+{
+    EXPECT_EQ(initializeWrapper("D:\\zet\\trace.properties"), g_LogPropertiesFile);
+    EXPECT_STREQ(g_LogPropertiesFile, "D:/zet/trace.properties");
+    EXPECT_STREQ(initializeWrapper(g_LogPropertiesFile), "D:/zet/trace.properties");
+    EXPECT_EQ(initializeWrapper(std::string(5000, 'p').c_str()), std::string(1023, 'p'));
+    EXPECT_STREQ(initializeWrapper(""), "");
+}
+
+TEST(TraceConfig, TheHomeDirectoryComesFromTheUserDatabase)
+{
+    setenv("HOME", "/elsewhere", 1);
+    const passwd *entry = getpwuid(getuid());
+    ASSERT_NE(entry, nullptr);
+    EXPECT_STREQ(getHomeDir(), entry->pw_dir);
+}
+
+// A directory with a file that all may write and one that none may, itself closed or not.
+class WriteBlocked : public ::testing::Test {
+  protected:
+    void SetUp() override
+    {
+        for (const char *name : {"open", "closed"})
+            directory_.write(name, "");
+        chmod((directory_ / "open").c_str(), 0666);
+        chmod((directory_ / "closed").c_str(), 0444);
+    }
+
+    std::string ask(mode_t mode) const
+    {
+        const std::string path = directory_ / "";
+        chmod(path.c_str(), mode);
+        std::string answers;
+        for (const char *name : {"open", "closed", "missing"})
+            answers += std::to_string(isWriteBlocked((directory_ / name).c_str(), path.c_str()));
+        return answers;
+    }
+
+    LogDirectory directory_;
+};
+
+TEST_F(WriteBlocked, RootMayWriteEverything)
+{
+    if (getuid() != 0) GTEST_SKIP() << "this test is not run as root";
+    EXPECT_EQ(ask(0555), "000");
+    EXPECT_EQ(isWriteBlocked(nullptr, "/nonexistent/directory"), 1);
+    EXPECT_EQ(isWriteBlocked(nullptr, nullptr), 0);
+}
+
+TEST_F(WriteBlocked, AnotherUserMayWriteWhatTheModesAllow)
+{
+    chmod((directory_ / "").c_str(), 0777);
+    EXPECT_EQ(asOrdinaryUser([&] {
+                  std::string answers;
+                  const std::string path = directory_ / "";
+                  for (const char *name : {"open", "closed", "missing"})
+                      answers +=
+                          std::to_string(isWriteBlocked((directory_ / name).c_str(), path.c_str()));
+                  return answers;
+              }),
+              "010");
+    chmod((directory_ / "").c_str(), 0555);
+    EXPECT_EQ(asOrdinaryUser([&] { return ask(0555); }), "111");
+    chmod((directory_ / "").c_str(), 0755);
+}
+
+class TraceFile : public TraceToolkit {
+  protected:
+    // The name that the trace file has, for an ordinary user, when the handle was made.
+    std::string nameAfterStart(const std::string &configured, const std::string &workingDirectory)
+    {
+        start("handlers.traceFile.fileName = " + configured + "\n");
+        chmod((directory_ / "").c_str(), 0755);
+        return asOrdinaryUser([&] {
+            if (chdir(workingDirectory.c_str()) != 0 || !getOlvLogHw()->initialized)
+                return std::string("not started");
+            OvxObjCfg *cfg = OvxLogMgrGetCfg("handlers.traceFile");
+            std::string name = take(OvxGetObjCfgProp(cfg, "fileName", nullptr));
+            OvxReleaseObjCfg(cfg);
+            return name;
+        });
+    }
+
+    static std::string home()
+    {
+        return asOrdinaryUser([] { return std::string(getHomeDir() ? getHomeDir() : ""); });
+    }
+};
+
+TEST_F(TraceFile, MovesToTheHomeDirectoryWhenItsOwnCannotBeWritten)
+{
+    const std::string closed = directory_ / "closed";
+    mkdir(closed.c_str(), 0555);
+    chmod((directory_ / "").c_str(), 0755);
+    EXPECT_EQ(nameAfterStart(closed + "/z.log", "/"), home() + "/z.log");
+    EXPECT_EQ(nameAfterStart(closed + "\\\\z.log", "/"), home() + "\\z.log");
+    EXPECT_EQ(nameAfterStart("z.log", closed), home() + "/z.log");
+}
+
+TEST_F(TraceFile, StaysWhereItCanBeWrittenOrHasNoDirectory)
+{
+    const std::string open = directory_ / "open";
+    mkdir(open.c_str(), 0777);
+    chmod(open.c_str(), 0777);
+    chmod((directory_ / "").c_str(), 0755);
+    EXPECT_EQ(nameAfterStart(open + "/z.log", "/"), open + "/z.log");
+    EXPECT_EQ(nameAfterStart("z.log", open), "z.log");
+    EXPECT_EQ(nameAfterStart("/nonexistent/z.log", "/"), "/nonexistent/z.log");
+    EXPECT_EQ(nameAfterStart("", "/"), "");
+}
+
+} // namespace

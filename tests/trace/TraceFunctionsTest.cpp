@@ -1,0 +1,178 @@
+// The plain trace functions and the wrapper objects: levels, records, texts.
+#include "TraceToolkit.h"
+
+#include <olvex/trace/OlvexWrapper.h>
+
+using namespace olvex::test;
+
+namespace {
+
+using Traced = std::vector<TraceRecord>;
+
+TEST(TraceText, EscapesMethodNames)
+{
+    EXPECT_EQ(take(createMethodName("Entry ", "a<b>")), "Entry a&lt;b&gt;");
+    EXPECT_EQ(take(createMethodName("", "plain")), "plain");
+    EXPECT_EQ(take(createMethodName("Exit ", nullptr)), "Exit ");
+    EXPECT_EQ(createMethodName(nullptr, "m"), nullptr);
+    EXPECT_EQ(take(escapeXmlString("\"&'<>&amp;")), "&quot;&amp;&apos;&lt;&gt;&amp;amp;");
+    EXPECT_EQ(take(escapeXmlString("")), "");
+    EXPECT_EQ(escapeXmlString(nullptr), nullptr);
+}
+
+TEST(TraceText, ReplacesWhatIsNotValidInXml)
+{
+    char text[] = "\001A\037";
+    EXPECT_EQ(replaceInvalidXMLChars('?', text), 2);
+    EXPECT_STREQ(text, "?A?");
+    char valid[] = "\t\n\r \177\200\377";
+    EXPECT_EQ(replaceInvalidXMLChars('?', valid), 0);
+    char blank[] = "a\007b";
+    EXPECT_EQ(replaceInvalidXMLChars(7, blank), 1);
+    EXPECT_STREQ(blank, "a b");
+    std::string longText(1030, '\002');
+    EXPECT_EQ(replaceInvalidXMLChars('.', longText.data()), 1024);
+    EXPECT_EQ(longText, std::string(1024, '.') + std::string(6, '\002'));
+    EXPECT_EQ(replaceInvalidXMLChars('?', nullptr), 0);
+}
+
+TEST(TraceText, TrimsAndTurnsSlashesInPlace)
+{
+    char text[] = " \t\n\v\f\r a b\240 \t";
+    EXPECT_EQ(trim(text), text);
+    EXPECT_STREQ(text, "a b\240");
+    char blank[] = " \t ";
+    EXPECT_STREQ(trim(blank), "");
+    EXPECT_EQ(trim(nullptr), nullptr);
+    char path[] = "a\\b\\\\c/";
+    EXPECT_EQ(convertSlashes(path), path);
+    EXPECT_STREQ(path, "a/b//c/");
+}
+
+// Every kind of call once; what a handle does not take leaves no record.
+void callAll(OlvLogWrapper *handle)
+{
+    traceMIN(handle, 1, "f.c", "m", "%s %d", "min", 1);
+    traceMID(handle, 2, "f.c", "m", "%s %d", "mid", 2);
+    traceMAX(handle, 3, "f.c", "m", "%s %d", "max", 3);
+    traceEntry(handle, 4, "f.c", "a<b>", "%s", "in");
+    traceExit(handle, 5, "f.c", "m", "%s", "out");
+}
+
+class TraceFunctions : public TraceToolkit {};
+
+TEST_F(TraceFunctions, WriteWhatTheLevelOfTheHandleTakes)
+{
+    start();
+    const Traced all{{3000, "f.c", 1, "m", "min 1"},
+                     {2000, "f.c", 2, "m", "mid 2"},
+                     {1000, "f.c", 3, "m", "max 3"},
+                     {1000, "f.c", 4, "Entry a&lt;b&gt;", "in"},
+                     {1000, "f.c", 5, "Exit m", "out"}};
+    const struct {
+        OlvLogWrapper *handle;
+        int level;
+        std::size_t records;
+    } cases[] = {{getOlvLogHw(), 4, 5},
+                 {getOlvLogSw(), 2, 2},
+                 {getOlvLogCom(), 1, 1},
+                 {getOlvLogPlugin(), 0, 0}};
+    for (const auto &[handle, level, records] : cases) {
+        traced.clear();
+        callAll(handle);
+        EXPECT_EQ(getTrcLevel(handle), level);
+        EXPECT_EQ(handle->initialized, 1);
+        EXPECT_EQ(traced, Traced(all.begin(), all.begin() + static_cast<long>(records))) << level;
+        for (int other = 0; other <= 4; ++other)
+            EXPECT_EQ(istraceActive(handle, other), other == level);
+    }
+}
+
+TEST_F(TraceFunctions, TheLevelIsFixedWhenTheHandleIsMade)
+{
+    start();
+    OlvLogWrapper *handle = getOlvLogHw();
+    OvxSetObjProp(handle->logger, "level", "ERROR");
+    callAll(handle);
+    EXPECT_EQ(traced, Traced());
+    EXPECT_EQ(getTrcLevel(handle), 4);
+}
+
+TEST_F(TraceFunctions, TextIsCutAndIsNoFormat)
+{
+    start();
+    traceMAX(getOlvLogHw(), 1, "f", "m", "%s", std::string(3000, 'x').c_str());
+    traceMAX(getOlvLogHw(), 1, nullptr, nullptr, "%s", "100% of %1$s and %s");
+    const char *noFormat = nullptr;
+    traceMAX(getOlvLogHw(), 1, "f", "m", noFormat, 0);
+    EXPECT_EQ(traced, (Traced{{1000, "f", 1, "m", std::string(1023, 'x')},
+                              {1000, "(none)", 0, "", "100% of %1$s and %s"},
+                              {1000, "f", 1, "m", ""}}));
+}
+
+TEST_F(TraceFunctions, AHandleWithoutLoggerOrNoHandleDoesNothing)
+{
+    start();
+    testing::internal::CaptureStderr();
+    OlvLogWrapper *handle = getOlvLogXse();
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("sigeval.loggers.trcLogger"),
+              std::string::npos);
+    EXPECT_EQ(handle->initialized, 0);
+    callAll(handle);
+    callAll(nullptr);
+    EXPECT_EQ(traced, Traced());
+    EXPECT_EQ(getTrcLevel(nullptr), 0);
+    EXPECT_EQ(istraceActive(nullptr, 0), 0);
+    EXPECT_EQ(createWrapper(-1), nullptr);
+    EXPECT_EQ(createWrapper(8), nullptr);
+    EXPECT_EQ(createWrapper(3), handle);
+}
+
+TEST_F(TraceFunctions, AnUnreadableFileLeavesHandlesInactive)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(getOlvLogHw()->initialized, 0);
+    EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+    start();
+    EXPECT_EQ(getOlvLogHw()->initialized, 0);
+    EXPECT_EQ(getOlvLogSw()->initialized, 1);
+}
+
+TEST_F(TraceFunctions, WrapperObjectsForwardToTheHandles)
+{
+    directory_.write("x.properties", kTraceProperties);
+    OlvexWrapper::initialize((directory_ / "x.properties").c_str());
+    OlvexWrapper *hardware = getOlvexHw();
+    hardware->traceMIN(1, "f", "m", "%d", 1);
+    hardware->traceMID(2, "f", "m", "%d", 2);
+    hardware->traceMAX(3, "f", "m", "%s", std::string(3000, 'x').c_str());
+    hardware->traceMidEntry(4, "f", "m", "%s", "%d");
+    hardware->traceMidExit(5, "f", "m", "%s", "");
+    getOlvexSw()->traceMidEntry(6, "f", "m", "%d", 6);
+    getOlvexSw()->traceMID(7, "f", "m", "%d", 7);
+    EXPECT_EQ(traced, (Traced{{3000, "f", 1, "m", "1"},
+                              {2000, "f", 2, "m", "2"},
+                              {1000, "f", 3, "m", std::string(1023, 'x')},
+                              {1000, "f", 4, "Entry m", "%d"},
+                              {1000, "f", 5, "Exit m", ""},
+                              {2000, "f", 7, "m", "7"}}));
+    EXPECT_TRUE(getOlvexSw()->istraceActive(2));
+    EXPECT_FALSE(getOlvexSw()->istraceActive(1));
+    EXPECT_EQ(getOlvexCom()->getTrcLevel(), 1);
+}
+
+TEST_F(TraceFunctions, WrapperObjectsAreSharedUntilCleanUp)
+{
+    start();
+    OlvexWrapper *common = getOlvexCom();
+    EXPECT_EQ(OlvexWrapper::getInstance(OLVEX_COMMON), common);
+    EXPECT_NE(getOlvexSw(), common);
+    EXPECT_EQ(OlvexWrapper::getInstance(OlvexType(8)), nullptr);
+    EXPECT_EQ(OlvexWrapper::getInstance(OlvexType(-1)), nullptr);
+    OlvexWrapper::cleanupInstances();
+    getOlvexCom()->traceMIN(1, "f", "m", "%s", "again");
+    EXPECT_EQ(traced, (Traced{{3000, "f", 1, "m", "again"}}));
+    OlvexWrapper::cleanupInstances();
+}
+
+} // namespace
