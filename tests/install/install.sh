@@ -4,6 +4,7 @@
 # Usage: install.sh BUILD_DIR WORK_DIR CC CXX
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+samples=$(cd "$here/../../samples" && pwd)
 build=$1 work=$2 cc=$3 cxx=$4
 flags=(-Wall -Wextra -Wpedantic -Werror)
 
@@ -28,6 +29,21 @@ check_programs() {
     expect '^counter got level 5000: 1 of 2$' "$folder/own_handler"
     expect "^as a record: ${stamp#^} the last\$" "$folder/own_handler"
     expect '^received 2 events$' "$folder/own_handler"
+    expect '^message 1: from a String of its own$' "$folder/own_tracer"
+    expect '^[0-9/]{8} [0-9:]{8} F \[Vpd     \] main {26} \[[0-9]{4,}\] console$' "$folder/own_tracer"
+    expect '^types are right$' "$folder/own_tracer"
+}
+
+# The sample that traces, as a program outside the tree: to standard error, and through the toolkit
+# to a file in the current directory.
+check_tracing_sample() {
+    local folder=$1
+    expect '\[Hardware\] readSensor {21}\[[0-9]{4,}\] ----> ENTRY$' "$folder/sample_trace" --stderr
+    expect '^the trace is in olvex-trace.log$' \
+        env -C "$folder" ./sample_trace "$samples/trace.properties"
+    expect 'Entry readSensor' cat "$folder/olvex-trace.log"
+    expect '^00000010: 30 30 00 {40}00\.$' cat "$folder/olvex-trace.log"
+    expect '^Error: 2  File: .*trace.cpp  Line: [0-9]+$' cat "$folder/olvex-trace.log"
 }
 
 # The program and the properties file that the README shows.
@@ -51,9 +67,11 @@ expect '^olvex [0-9]+\.[0-9]+\.[0-9]+$' "$prefix/bin/olvex" --version
 expect '^Usage: olvex' "$prefix/bin/olvex" --help
 
 cmake -S "$here/consumer" -B "$work/cmake" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
+    -DSAMPLES="$samples" \
     -DCMAKE_C_COMPILER="$cc" -DCMAKE_CXX_COMPILER="$cxx" >"$work/cmake.log"
 cmake --build "$work/cmake" >"$work/build.log" || fail "$(cat "$work/build.log")"
 check_programs "$work/cmake"
+check_tracing_sample "$work/cmake"
 
 pc=$(find "$prefix" -name olvex.pc)
 PKG_CONFIG_PATH=$(dirname "$pc")
@@ -68,5 +86,7 @@ for source in hello own_handler; do
 done
 "$cxx" -std=c++17 "${flags[@]}" "$here/consumer/hello.cpp" -o "$work/pkg-config/hello_cpp" \
     "${options[@]}"
+"$cxx" -std=c++17 "${flags[@]}" "$here/consumer/own_tracer.cpp" "$here/consumer/own_string.cpp" \
+    -o "$work/pkg-config/own_tracer" "${options[@]}"
 check_programs "$work/pkg-config"
 check_readme
