@@ -13,6 +13,9 @@ struct Verb {
     int (*run)(int argc, char **argv); // argv[0] is the verb; returns an exit code
 };
 
+// Makes and checks message catalogs (Catalog.cpp).
+int runCatalog(int argc, char **argv);
+
 // Makes and shows tables of code sets (Codeset.cpp).
 int runCodeset(int argc, char **argv);
 

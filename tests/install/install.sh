@@ -66,6 +66,19 @@ prefix=$work/moved
 expect '^olvex [0-9]+\.[0-9]+\.[0-9]+$' "$prefix/bin/olvex" --version
 expect '^Usage: olvex' "$prefix/bin/olvex" --help
 
+# Messages in the user's language, with no other setting than it; but a search path comes first.
+mkdir -p "$work/own/de"
+echo '51 eigene Meldung: %s' >"$work/de.msg"
+"$prefix/bin/olvex" catalog compile "$work/de.msg" -o "$work/own/de/ovxmsg.cat"
+# shellcheck disable=SC2016
+says() { expect "$1" env LANG="$2" "${@:3}" bash -c '"$0" log --config missing.properties || true' "$prefix/bin/olvex"; }
+says 'OVX0051E The log manager' C
+says 'OVX0051E Die Protokollverwaltung konnte .* missing\.properties nicht lesen' de_DE.UTF-8
+says 'OVX0051E .*プロパティー・ファイル missing\.properties を' ja_JP.UTF-8
+says 'OVX0051E O gerenciador' pt_PT
+says 'OVX0051E 日志管理器' zh_CN.GB18030
+says '^eigene Meldung: missing\.properties' de_AT NLSPATH="$work/own/%L/%N.cat"
+
 cmake -S "$here/consumer" -B "$work/cmake" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
     -DSAMPLES="$samples" \
     -DCMAKE_C_COMPILER="$cc" -DCMAKE_CXX_COMPILER="$cxx" >"$work/cmake.log"

@@ -124,6 +124,28 @@ TEST(CatalogTexts, AreFoundBySetAndNumber)
     ucv_catclose_fully(catalog);
 }
 
+TEST(CatalogTexts, ComeInTheCodeSetThatIsAskedFor)
+{
+    const CatalogFolder folder;
+    ucv_set_dir(OLVEX_TABLES);
+    uc_ch_t *latin1 = ucv_cs_new("ISO8859-1");
+    ASSERT_NE(latin1, nullptr);
+    const std::string path = folder.put(
+        "app.cat", catalogBytes({{1, {{1, "caf\xC3\xA9"}, {2, ""}, {3, "\xC3\xA9\xC3\xA9"}}}}));
+    ucv_cat_t *catalog = ucv_catopen(path.c_str(), 0, nullptr);
+    ucv_set_def_cs(latin1);
+    const char *stored = ucv_catgets(catalog, 1, 1, "-", utf8());
+    EXPECT_STREQ(stored, "caf\xC3\xA9");
+    EXPECT_STREQ(ucv_catgets(catalog, 1, 1, "-", nullptr), "caf\xE9");
+    EXPECT_STREQ(ucv_catgets(catalog, 1, 2, "-", nullptr), "");
+    EXPECT_STREQ(ucv_catgets(catalog, 1, 3, "-", latin1), "\xE9\xE9");
+    EXPECT_STREQ(ucv_catgets(catalog, 1, 1, "-", latin1), "caf\xE9");
+    EXPECT_EQ(ucv_catgets(catalog, 1, 1, "-", utf8()), stored); // as stored, not a copy
+    ucv_catclose_fully(catalog);
+    ucv_set_def_cs(nullptr);
+    ucv_cs_free(latin1);
+}
+
 TEST(CatalogCache, KeepsAndForgets)
 {
     const CatalogFolder folder;

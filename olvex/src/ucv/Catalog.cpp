@@ -1,7 +1,7 @@
 // Message catalogs as others see them.
 #include <olvex/Catalog.h>
 
-#include <olvex/Ucv.h>
+#include <olvex/UcvWide.h>
 
 #include "ucv/CatalogFile.h"
 #include "ucv/CatalogSearch.h"
@@ -11,11 +11,11 @@ using namespace olvex::ucv;
 
 namespace {
 
-const char *textIn(const CatalogMessage &message, uc_ch_t *codeSet)
+const char *textIn(CatalogMessage &message, uc_ch_t *codeSet)
 {
     if (codeSet == &utf8Handle) return message.utf8;
-    if (codeSet && message.other) convertInto(message.other, message, codeSet);
-    return codeSet ? message.other : message.local;
+    if (!codeSet) return message.local;
+    return message.other ? ucv_u2s(codeSet, message.utf8, &message.other) : nullptr;
 }
 
 } // namespace
@@ -28,7 +28,7 @@ ucv_cat_t *ucv_catopen(const char *name, int flags, const char *locale)
 const char *ucv_catgets(ucv_cat_t *catalog, int set, int message, const char *defaultText,
                         uc_ch_t *codeSet)
 {
-    const CatalogMessage *found = catalog ? findMessage(catalog, set, message) : nullptr;
+    CatalogMessage *found = catalog ? findMessage(catalog, set, message) : nullptr;
     const char *text = found ? textIn(*found, codeSet) : nullptr;
     return text ? text : defaultText;
 }

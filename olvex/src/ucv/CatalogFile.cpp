@@ -2,7 +2,7 @@
 #include "ucv/CatalogFile.h"
 
 #include <olvex/Memory.h>
-#include <olvex/Ucv.h>
+#include <olvex/UcvWide.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -125,7 +125,7 @@ bool readMessages(const ucv_cat_t &catalog, const MCSetTDisk &set, const char *t
             ntoh_MCMsgTDisk(&record);
             const char *text =
                 record.msgOffset < set.textLength ? texts + record.msgOffset : nullptr;
-            messages[done + index] = {record.msgId, record.msgOffset, record.invalid, 0,
+            messages[done + index] = {record.msgId, record.msgOffset, record.invalid,
                                       text,         nullptr,          nullptr};
         }
         done += count;
@@ -144,10 +144,10 @@ void convertMessages(CatalogMessage *messages, std::size_t count, char *area, st
         if (!message->utf8) continue;
         const std::size_t room = 2 * strnlen(message->utf8, size) + 1;
         if (room > size - used) return;
-        message->room = static_cast<std::uint32_t>(std::min<std::size_t>(room, INT32_MAX));
         message->local = area + used;
+        *message->local = '\0';
         message->other = others + used;
-        convertInto(message->local, *message, nullptr);
+        ucv_u2s(nullptr, message->utf8, &message->local);
         used += room;
     }
 }
@@ -224,12 +224,6 @@ void closeCatalogFile(ucv_cat_t *catalog)
     BaxMemoryFree(catalog->sets);
     close(catalog->file);
     BaxMemoryFree(catalog);
-}
-
-void convertInto(char *place, const CatalogMessage &message, uc_ch_t *codeSet)
-{
-    *place = place[message.room - 1] = '\0';
-    ucv_from_utf8(codeSet, message.utf8, -1, place, static_cast<int>(message.room));
 }
 
 CatalogMessage *findMessage(ucv_cat_t *catalog, int set, int message)

@@ -13,10 +13,9 @@ struct CatalogMessage {
     std::uint32_t id;
     std::uint32_t offset;
     std::uint32_t invalid;
-    std::uint32_t room; // bytes in each of the two places below
-    const char *utf8;   // null when the offset lies outside the block of texts
-    char *local;        // in the default code set; null for a text that overlaps others
-    char *other;        // for a text in another code set
+    const char *utf8; // null when the offset lies outside the block of texts
+    char *local;      // in the default code set; null for a text that overlaps others
+    char *other;      // the place for the text in another code set
 };
 
 struct CatalogSet {
@@ -27,9 +26,6 @@ struct CatalogSet {
 // Opens a catalog file, close-on-exec; null when it is none, or memory runs out.
 ucv_cat_t *openCatalogFile(const char *path, int flags);
 void closeCatalogFile(ucv_cat_t *catalog);
-
-// Converts a message's text into one of its places, which `message.room` bytes hold.
-void convertInto(char *place, const CatalogMessage &message, uc_ch_t *codeSet);
 
 // The message, its set loaded if need be; null when there is none.
 CatalogMessage *findMessage(ucv_cat_t *catalog, int set, int message);

@@ -1,0 +1,283 @@
+// `olvex catalog` as a user runs it: sources and their mistakes, files, translations.
+#include "Command.h"
+
+#include <olvex/olvex.h>
+
+#include <filesystem>
+
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+
+#include "catalog/CatalogFile.h"
+#include "catalog/Check.h"
+#include "catalog/Source.h"
+#include "ucv/CatalogFiles.h"
+
+using namespace tools_test;
+using olvex::test::CatalogFolder;
+using tools::catalog::Messages;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contentsOf(const std::string &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string textOf(const Messages &messages, std::uint32_t set, std::uint32_t number)
+{
+    const auto found = messages.find({set, number});
+    return found == messages.end() ? "(none)" : found->second.text;
+}
+
+TEST(CatalogSource, IsReadAsItHasAlwaysBeen)
+{
+    const tools::catalog::Source source = tools::catalog::parseSource(
+        "app.msg", "$ a comment\n$\n\n"
+                   "2 before any set\r\n"
+                   "$set 7 the seventh\n"
+                   "1  one blank is dropped \n"
+                   "2 goes \\\non\\n\\t\\v\\b\\r\\f\\\\\\q\\303\\251\\60\n"
+                   "3 \"no quotes yet\"\n"
+                   "4 \n"
+                   "5 goes away\n"
+                   "5\n"
+                   "$quote \"\n"
+                   "6 \" kept \\\" \"  \n"
+                   "7 \"\"\n"
+                   "8 bare \"word\"\n"
+                   "$quote\n"
+                   "9 \"again\n"
+                   "$set 8\n1 x\n$delset 8\n"
+                   "2 the last line");
+    EXPECT_EQ(source.problems, std::vector<std::string>{});
+    const struct {
+        std::uint32_t set, number;
+        const char *text;
+    } cases[] = {{1, 2, "before any set"},
+                 {7, 1, " one blank is dropped "},
+                 {7, 2, "goes on\n\t\v\b\r\f\\q\xC3\xA9\x30"},
+                 {7, 3, "\"no quotes yet\""},
+                 {7, 4, ""},
+                 {7, 5, "(none)"},
+                 {7, 6, " kept \" "},
+                 {7, 7, ""},
+                 {7, 8, "bare \"word\""},
+                 {7, 9, "\"again"},
+                 {8, 1, "(none)"},
+                 {8, 2, "the last line"}};
+    for (const auto &entry : cases)
+        EXPECT_EQ(textOf(source.messages, entry.set, entry.number), entry.text)
+            << entry.set << ' ' << entry.number;
+}
+
+TEST(CatalogCommand, NamesThePlaceOfEachMistake)
+{
+    Folder folder;
+    const std::string source = folder.put("bad.msg", "1 fine\n"
+                                                     "word\n"
+                                                     "$sett 3\n"
+                                                     "$set 0\n"
+                                                     "2x text\n"
+                                                     "$quote '\n"
+                                                     "3 'open\n"
+                                                     "4 'closed' more\n"
+                                                     "5 \xC3\xA4\xC3\xA4\\400\n"
+                                                     "6 \\000\n"
+                                                     "7 \\303\n"
+                                                     "8 \xC3\xA4\xFF\n"
+                                                     "1 again\n"
+                                                     "99999999999 far\n");
+    const Outcome outcome = run({"catalog", "compile", source, "-o", folder.path() + "/bad.cat"});
+    EXPECT_EQ(outcome.code, 1);
+    const char *const problems[] = {
+        ":2:1: a line begins with a number or with '$'",
+        ":3:1: there is no directive '$sett'",
+        ":4:6: a set's number is from 1 to 2147483647",
+        ":5:2: a message's number ends with a blank",
+        ":7:3: the closing quote is missing",
+        ":8:12: there is text behind the closing quote",
+        ":9:6: a byte in octal is from 001 to 377",
+        ":10:4: a byte in octal is from 001 to 377",
+        ":11:4: these bytes are no characters",
+        ":12:4: this is not UTF-8",
+        ":13:1: message 1 of set 1 is in line 1 already",
+        ":14:1: a message's number is from 1 to 2147483647",
+    };
+    std::string expected;
+    for (const char *problem : problems)
+        expected += source + problem + "\n";
+    EXPECT_EQ(outcome.err, expected);
+    EXPECT_FALSE(fs::exists(folder.path() + "/bad.cat"));
+}
+
+TEST(CatalogCommand, MakesFilesThatTheLibraryReadsAndDumpPrintsBack)
+{
+    const CatalogFolder folder;
+    const std::string source = folder.put(
+        "app.msg", "$set 3\n9 nine\\n\\001\n2 \xE6\x97\xA5 \"two\" \\\\\n$set 1\n4 four\n");
+    const std::string catalog = folder.path() + "/app.cat", copy = folder.path() + "/copy";
+    ASSERT_EQ(run({"catalog", "compile", source, "-o", catalog}).code, 0);
+    ucv_cat_t *open = ucv_catopen(catalog.c_str(), 0, nullptr);
+    uc_ch_t *utf8 = ucv_cs_new("UTF8");
+    EXPECT_STREQ(ucv_catgets(open, 1, 4, "-", utf8), "four");
+    EXPECT_STREQ(ucv_catgets(open, 3, 2, "-", utf8), "\xE6\x97\xA5 \"two\" \\");
+    EXPECT_STREQ(ucv_catgets(open, 3, 9, "-", utf8), "nine\n\1");
+    ucv_catclose_fully(open);
+
+    const Outcome dump = run({"catalog", "dump", catalog});
+    EXPECT_EQ(dump.out, "$quote \"\n$set 1\n4 \"four\"\n$set 3\n"
+                        "2 \"\xE6\x97\xA5 \\\"two\\\" \\\\\"\n9 \"nine\\n\\001\"\n");
+    const std::string again = folder.put("again.msg", dump.out);
+    ASSERT_EQ(run({"catalog", "compile", again, "-o", copy}).code, 0);
+    EXPECT_EQ(contentsOf(copy), contentsOf(catalog));
+    EXPECT_EQ(run({"catalog", "dump", catalog, "-o", copy}).code, 0);
+    EXPECT_EQ(contentsOf(copy), dump.out);
+}
+
+TEST(CatalogCommand, RefusesWhatItCannotUse)
+{
+    const CatalogFolder folder;
+    const std::string source = folder.put("app.msg", "1 text\n");
+    const std::string empty = folder.put("empty.msg", "$ nothing\n");
+    const std::string bad = folder.put("bad.cat", std::string(100, 'x'));
+    const std::string target = folder.path() + "/app.cat";
+    const struct {
+        std::vector<std::string> arguments;
+        int code;
+        const char *says;
+    } cases[] = {
+        {{"compile", "nowhere.msg", "-o", target}, 1, "nowhere.msg cannot be read: No such file"},
+        {{"compile", folder.path(), "-o", target}, 1, "cannot be read: Is a directory"},
+        {{"compile", empty, "-o", target}, 1, "holds no messages"},
+        {{"compile", source, "-o", "/nowhere/app.cat"}, 1, "cannot be written"},
+        {{"compile", source, "-o", target, "--codeset", "none"}, 1, "there is no code set 'none'"},
+        {{"dump", bad}, 1, "no valid catalog: it lacks the magic"},
+        {{"compile", source}, 2, "--output is required"},
+        {{"bake"}, 2, "--help"},
+        {{}, 2, "--help"},
+    };
+    for (const auto &entry : cases) {
+        std::vector<std::string> arguments = entry.arguments;
+        arguments.insert(arguments.begin(), "catalog");
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.code, entry.code) << entry.says;
+        EXPECT_NE(outcome.err.find(entry.says), std::string::npos) << outcome.err;
+    }
+}
+
+TEST(CatalogCommand, ReadsOnlyWhatLiesInsideAFile)
+{
+    const std::string whole =
+        tools::catalog::makeCatalog({{{1, 1}, {"one", {}}}, {{2, 5}, {"two", {}}}});
+    EXPECT_EQ(tools::catalog::readCatalog(whole).size(), 2u);
+    for (std::size_t size = 0; size < whole.size() - 1; ++size)
+        EXPECT_THROW(tools::catalog::readCatalog(whole.substr(0, size)), std::runtime_error)
+            << size;
+    const std::string circle =
+        olvex::test::headerBytes(1) +
+        olvex::test::bytesOf<MCSetTDisk>({1, 28, 0, 0, 0, 0, 1}, hton_MCSetTDisk);
+    EXPECT_THROW(tools::catalog::readCatalog(circle), std::runtime_error);
+}
+
+TEST(CatalogCheck, ComparesPlaceholdersByArgument)
+{
+    const struct {
+        const char *base, *translation, *problem;
+    } cases[] = {
+        {"%s has %d", "%2$d: %1$s", ""},
+        {"%1$s %2$5.1f%%", "%2$f %1$-20s", ""},
+        {"%1s and %2s", "%s %1s", ""}, // widths, not numbers
+        {"%*d", "%2$*1$d", ""},
+        {"plain", "schlicht", ""},
+        {"%s has %d", "%d hat %s", "prints argument 1 as %d instead of %s"},
+        {"%ld x", "%d y", "prints argument 1 as %d instead of %ld"},
+        {"%s %s", "%s", "lacks argument 2 (%s)"},
+        {"%s x", "%s %2$s", "mixes placeholders with and without a number"},
+        {"%1$s x", "%1$s %2$d", "has argument 2, which the base does not use"},
+        {"%1$s x", "%1$s %1$d", "uses argument 1 in two ways"},
+        {"100%% x", "100% y", "has a '%' that begins no placeholder"},
+        {"50 x", "50%", "has a '%' that begins no placeholder"},
+        {"same", "same", "is not translated"},
+        {"%s: %d", "%s: %d", ""}, // nothing to translate
+    };
+    for (const auto &entry : cases) {
+        tools::catalog::Source base, translation;
+        translation.file = "de.msg";
+        base.messages[{1, 4}].text = entry.base;
+        translation.messages[{1, 4}] = {entry.translation, {3, 1}};
+        const std::string problem =
+            *entry.problem ? "de.msg:3:1: message 4 of set 1 " + std::string(entry.problem) : "";
+        const auto problems = tools::catalog::checkTranslation(base, translation, false);
+        EXPECT_EQ(problems.empty() ? "" : problems[0], problem) << entry.translation;
+    }
+}
+
+TEST(CatalogCheck, ReportsWhatIsMissingAndWhatIsTooMuch)
+{
+    Folder folder;
+    const std::string base = folder.put("en.msg", "1 one\n2 two\n3 OK\n");
+    const std::string german = folder.put("de.msg", "1 eins\n3 OK\n4 vier\n");
+    const Outcome outcome = run({"catalog", "check", base, german, "--allow-same"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.err, german + ":1:1: message 2 of set 1 is missing (" + base + ":2)\n" +
+                               german + ":3:1: message 4 of set 1 is not in the base\n");
+    EXPECT_EQ(run({"catalog", "check", base, base, "--allow-same"}).code, 0);
+    EXPECT_EQ(run({"catalog", "check", base, base}).code, 1);
+}
+
+// The toolkit's own messages: every translation has every message, with the same placeholders and
+// under the same identifier.
+TEST(CatalogsOfTheToolkit, AgreeWithItsMessages)
+{
+    Folder folder;
+    const std::string builtIn = folder.put("base.msg", run({"catalog", "builtin"}).out);
+    const tools::catalog::Source base = tools::catalog::readSource(builtIn, "");
+    ASSERT_GT(base.messages.size(), 50u);
+    int languages = 0;
+    for (const auto &entry : fs::directory_iterator(OLVEX_CATALOG_SOURCES)) {
+        if (!entry.is_directory()) continue;
+        ++languages;
+        const std::string file = entry.path().string() + "/ovxmsg.msg";
+        const Outcome outcome = run({"catalog", "check", builtIn, file});
+        EXPECT_EQ(outcome.code, 0) << outcome.err;
+        const tools::catalog::Source translation = tools::catalog::readSource(file, "");
+        for (const auto &[key, message] : translation.messages) {
+            const std::string wanted = textOf(base.messages, 1, key.second);
+            if (!wanted.starts_with("OVX")) continue;
+            EXPECT_EQ(message.text.substr(0, message.text.find(' ')),
+                      wanted.substr(0, wanted.find(' ')))
+                << file << ':' << message.place.line;
+        }
+    }
+    EXPECT_EQ(languages, 6);
+}
+
+// A program with the rights of another group does not take the search path from the environment.
+TEST(CatalogsOfTheToolkit, AreNotReplacedInAProgramWithRaisedPrivileges)
+{
+    const CatalogFolder folder;
+    struct statvfs mount = {};
+    statvfs(folder.path().c_str(), &mount);
+    const std::string program = folder.path() + "/olvex";
+    fs::copy_file(OLVEX_COMMAND, program);
+    if (geteuid() != 0 || (mount.f_flag & ST_NOSUID) || chown(program.c_str(), 0, 1) != 0 ||
+        chmod(program.c_str(), 02755) != 0)
+        GTEST_SKIP() << "no program with raised privileges can be made here";
+    folder.put("C/ovxmsg.cat", tools::catalog::makeCatalog({{{1, 51}, {"replaced %s", {}}}}));
+    folder.use();
+    const auto says = [](const std::string &command) {
+        FILE *output = popen((command + " log --config missing.properties 2>&1").c_str(), "re");
+        char text[1000] = "";
+        EXPECT_NE(std::fgets(text, sizeof text, output), nullptr) << command;
+        pclose(output);
+        return std::string(text);
+    };
+    EXPECT_TRUE(says(OLVEX_COMMAND).starts_with("replaced missing.properties"));
+    EXPECT_TRUE(says(program).starts_with("OVX0051E The log manager")) << says(program);
+}
+
+} // namespace
