@@ -1,7 +1,7 @@
 /*
- * First failure data capture: handlers that act when a selected event arrives. A trigger, which is a
- * filter object, selects the events; the file copy handler ("ovx_ffdc_filecopy_handler") then copies
- * files into a directory of the event's date, one by one or into a zip archive.
+ * First failure data capture: handlers that act when a selected event arrives. A trigger, which is
+ * a filter object, selects the events; the file copy handler ("ovx_ffdc_filecopy_handler") then
+ * copies files into a directory of the event's date, one by one or into a zip archive.
  *
  * All of that lies below a base directory with a quota. What is below it belongs to these handlers:
  * under the policy QUOTA_AUTODELETE the oldest files there are deleted to make room. Symbolic links
@@ -22,8 +22,8 @@ OVX_BEGIN_DECLS
 /** The base directory, yours; NULL when there is none: no action takes place then. */
 OVX_API char *OvxFFDCTriggerHandlerGetBaseDir(OvxObject *handler);
 /**
- * Sets the base directory (copied; slashes for backslashes); one of more than 255 bytes leaves none.
- * NULL is ignored. Property "baseDir".
+ * Sets the base directory (copied; slashes for backslashes); one of more than 255 bytes leaves
+ * none. NULL is ignored. Property "baseDir".
  */
 OVX_API void OvxFFDCTriggerHandlerSetBaseDir(OvxObject *handler, const char *dir);
 

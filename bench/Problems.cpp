@@ -1,0 +1,112 @@
+// What problem determination costs: an XML record or a trace line, from the logging call into a
+// stream that throws it away, and the message-ID filter's verdict on an event with an identifier.
+#include <benchmark/benchmark.h>
+
+#include <cstdarg>
+#include <cstdio>
+
+#include <olvex/olvex.h>
+
+#include "Allocations.h"
+
+namespace {
+
+long bytesWritten = 0;
+
+ssize_t countBytes(void *, const char *, std::size_t size)
+{
+    bytesWritten += static_cast<long>(size);
+    return static_cast<ssize_t>(size);
+}
+
+// A message with three parameters and four properties.
+void logProblem(OvxObject *logger)
+{
+    OvxLogError(logger, nullptr, 0, 0, "SHPDB0020E The user %1$s could not read %2$s after %3$d ms",
+                OVX_PARM_STRING, "operator", OVX_PARM_STRING, "/var/lib/shop/orders.db",
+                OVX_PARM_INT, 4711, OVX_PROP, "product", OVX_PARM_STRING, "shop", OVX_PROP,
+                "component", OVX_PARM_STRING, "database", OVX_PROP, "client", OVX_PARM_STRING,
+                "operator", OVX_PROP, "order", OVX_PARM_LONG, 1234567L, 0);
+}
+
+void logThrough(benchmark::State &state, const char *loggerClass, const char *formatterClass)
+{
+    OvxOpenToolkit(nullptr);
+    static FILE *nowhere = fopencookie(nullptr, "w", {nullptr, countBytes, nullptr, nullptr});
+    stderr = nowhere;
+    OvxObject *logger = OvxGetObject("problems.logger", loggerClass);
+    OvxObject *handler = OvxGetObject("problems.handler", "ovx_stderrhandler");
+    OvxObject *formatter = OvxGetObject("problems.formatter", formatterClass);
+    OvxHandlerSetFormatter(handler, formatter);
+    OvxAddListener(logger, handler);
+    for (int warmUp = 0; warmUp < 100; ++warmUp)
+        logProblem(logger);
+    std::fflush(stderr);
+    bytesWritten = 0;
+    const long before = allocationCount();
+    for (auto _ : state)
+        logProblem(logger);
+    const auto allocations = static_cast<double>(allocationCount() - before);
+    state.counters["allocations"] =
+        benchmark::Counter(allocations, benchmark::Counter::kAvgIterations);
+    std::fflush(stderr);
+    if (bytesWritten < state.iterations() * 100) state.SkipWithError("events were lost");
+    OvxReleaseObject(formatter);
+    OvxReleaseObject(handler);
+    OvxReleaseObject(logger);
+}
+
+void xmlRecord(benchmark::State &state)
+{
+    logThrough(state, "ovx_basiclogger", "ovx_xmlformatter");
+}
+BENCHMARK(xmlRecord);
+
+void xmlRecordStamped(benchmark::State &state)
+{
+    logThrough(state, "ovx_pdlogger", "ovx_xmlformatter");
+}
+BENCHMARK(xmlRecordStamped);
+
+void traceLine(benchmark::State &state)
+{
+    logThrough(state, "ovx_basiclogger", "ovx_mavtraceformatter");
+}
+BENCHMARK(traceLine);
+
+void traceLineStamped(benchmark::State &state)
+{
+    logThrough(state, "ovx_pdlogger", "ovx_mavtraceformatter");
+}
+BENCHMARK(traceLineStamped);
+
+OvxEvent *makeEvent(const char *text, ...)
+{
+    va_list list;
+    va_start(list, text);
+    OvxEvent *event = OvxVaAllocEvent(OVX_LEVEL_ERROR, nullptr, 0, 0, text, list);
+    va_end(list);
+    return event;
+}
+
+// Ten patterns of all shapes, of which none matches, so that each is tried.
+void filterTenPatterns(benchmark::State &state)
+{
+    OvxOpenToolkit(nullptr);
+    OvxObject *filter = OvxGetObject("problems.filter", "ovx_msgidfilter");
+    OvxSetObjProp(filter, "msgIds",
+                  "*W *I SHPUI* SHPDB001* SHPDB0021E *0099* SHP*1E ABC0001E SHPNET* *BC002*");
+    OvxEvent *event = makeEvent("SHPDB0020E text", 0);
+    OvxSetEventMessageId(event, "SHPDB0020E");
+    bool passes = true;
+    for (auto _ : state) {
+        passes = OvxIsLoggableByFilter(filter, event) && passes;
+        benchmark::ClobberMemory();
+    }
+    if (!passes) state.SkipWithError("a pattern matched");
+    OvxFreeEvent(event);
+    OvxReleaseObject(filter);
+}
+BENCHMARK(filterTenPatterns);
+
+} // namespace
