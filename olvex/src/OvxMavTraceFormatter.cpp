@@ -3,9 +3,13 @@
 
 #include <olvex/MsgId.h>
 
+#include <algorithm>
+#include <string_view>
+
 #include "OvxBasicFormatter.h"
 #include "OvxEvent.h"
 #include "OvxI18Msg.h"
+#include "OvxProblemProps.h"
 #include "OvxProps.h"
 #include "util/CxStringBuff.h"
 
@@ -13,8 +17,11 @@ using namespace olvex;
 
 namespace {
 
-constexpr char kRecordSeparator = '\x1e';
-constexpr char kFieldSeparator[] = " - ";
+constexpr std::string_view kRecordStart = "\x1e[";
+constexpr std::string_view kFieldSeparator = " - ";
+
+// Room for most lines in one block.
+constexpr std::size_t kUsualLine = 250; // bytes
 
 struct LevelWord {
     std::int32_t level;
@@ -34,30 +41,26 @@ const char *wordOf(std::int32_t level)
     return "OTHER";
 }
 
-void add(CxStringBuff *buffer, const char *text)
+void add(CxStringBuff *buffer, std::string_view text)
 {
-    CxStringBuffAppendStr(buffer, text);
+    appendBytes(buffer, text.data(), text.size());
 }
 
-// A number property; false when the event has none or it does not convert.
-bool readNumber(const OvxEvent *event, const char *name, std::int32_t &number)
+void addText(CxStringBuff *buffer, const char *text)
 {
-    const char *value = peekProperty(event, name);
-    bool converts = false;
-    number = value ? ovxPropStrToInt32(value, &converts) : 0;
-    return converts;
+    if (text) add(buffer, text);
 }
 
-void addServer(CxStringBuff *buffer, const OvxEvent *event)
+// Up to the first dot.
+void addServer(CxStringBuff *buffer, const char *server)
 {
-    const char *server = peekProperty(event, "server");
-    if (server)
-        appendBytes(buffer, server, static_cast<std::size_t>(BaxStringStrcspn(server, ".")));
+    if (!server) return;
+    const std::string_view name(server);
+    add(buffer, {server, std::min(name.find('.'), name.size())});
 }
 
-bool addId(CxStringBuff *buffer, const OvxEvent *event, const char *name, const char *mark)
+bool addId(CxStringBuff *buffer, const char *value, const char *mark)
 {
-    const char *value = peekProperty(event, name);
     bool converts = false;
     const std::int64_t id = value ? ovxPropStrToInt64(value, &converts) : 0;
     if (!converts) return false;
@@ -67,28 +70,29 @@ bool addId(CxStringBuff *buffer, const OvxEvent *event, const char *name, const 
     return true;
 }
 
-void addIds(CxStringBuff *buffer, const OvxEvent *event)
+void addIds(CxStringBuff *buffer, const ProblemProps &props)
 {
-    const bool hasProcess = addId(buffer, event, "processId", "p");
-    addId(buffer, event, "threadId", hasProcess ? ":t" : "t");
+    const bool hasProcess = addId(buffer, props[ProblemProps::kProcessId], "p");
+    addId(buffer, props[ProblemProps::kThreadId], hasProcess ? ":t" : "t");
 }
 
-void addSource(CxStringBuff *buffer, const OvxEvent *event)
+void addSource(CxStringBuff *buffer, const ProblemProps &props)
 {
-    const char *file = peekProperty(event, "ovx_prop_srcfile");
-    const char *function = peekProperty(event, "ovx_prop_srcfunction");
-    add(buffer, file);
+    const char *file = props[ProblemProps::kSourceFile];
+    const char *function = props[ProblemProps::kSourceFunction];
+    addText(buffer, file);
     if (file && function) add(buffer, ":");
-    add(buffer, function);
-    std::int32_t line = 0;
-    if (!readNumber(event, "ovx_prop_srcline", line)) return;
+    addText(buffer, function);
+    bool isNumber = false;
+    const std::int32_t line = ovxPropStrToInt32(props[ProblemProps::kSourceLine], &isNumber);
+    if (!isNumber) return;
     add(buffer, "(");
     CxStringBuffAppendInt32(buffer, line);
     add(buffer, ")");
 }
 
 // Binds the event's message at the end of the buffer.
-void addText(CxStringBuff *buffer, const OvxEvent *event)
+void addMessage(CxStringBuff *buffer, const OvxEvent *event)
 {
     if (event->locale) ovxSetI18MsgLocale(event->message, event->locale);
     bindMessage(event->message, buffer);
@@ -100,11 +104,11 @@ void addTextAndItsId(CxStringBuff *buffer, const OvxEvent *event)
 {
     add(buffer, kFieldSeparator);
     const std::uint32_t start = buffer->length;
-    addText(buffer, event);
+    addMessage(buffer, event);
     if (!buffer->str || buffer->length <= start) return;
     const CxZMSIDInfo info = CxParseZMSID(buffer->str + start);
-    constexpr std::uint32_t kSeparatorSize = sizeof kFieldSeparator - 1;
-    CxStringBuffInsertStr(buffer, info.id, static_cast<std::int32_t>(start - kSeparatorSize));
+    const auto place = static_cast<std::int32_t>(start - kFieldSeparator.size());
+    CxStringBuffInsertStr(buffer, info.id, place);
 }
 
 void addIdAndText(CxStringBuff *buffer, const OvxEvent *event)
@@ -112,7 +116,7 @@ void addIdAndText(CxStringBuff *buffer, const OvxEvent *event)
     if (!event->messageId) return addTextAndItsId(buffer, event);
     add(buffer, event->messageId);
     add(buffer, kFieldSeparator);
-    addText(buffer, event);
+    addMessage(buffer, event);
 }
 
 } // namespace
@@ -122,17 +126,17 @@ namespace olvex {
 bool appendTraceLine(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer)
 {
     if (!formatter || !event) return false;
-    CxStringBuffAppendChar(buffer, kRecordSeparator);
-    add(buffer, "[");
+    const ProblemProps props(event);
+    add(buffer, kRecordStart);
     appendDate(formatter, event->time, buffer);
     add(buffer, "] - ");
     add(buffer, wordOf(event->level));
     add(buffer, kFieldSeparator);
-    addServer(buffer, event);
+    addServer(buffer, props[ProblemProps::kServer]);
     add(buffer, kFieldSeparator);
-    addIds(buffer, event);
+    addIds(buffer, props);
     add(buffer, kFieldSeparator);
-    addSource(buffer, event);
+    addSource(buffer, props);
     add(buffer, kFieldSeparator);
     addIdAndText(buffer, event);
     add(buffer, "\n");
@@ -144,6 +148,7 @@ bool appendTraceLine(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer
 char *OvxMavTraceFormatterFFormat(OvxObject *formatter, OvxEvent *event)
 {
     CxStringBuff buffer = {};
+    if (formatter && event) cxStringBuffHasCapacity(&buffer, kUsualLine);
     appendTraceLine(formatter, event, &buffer);
     return CxStringBuffTakeStr(&buffer);
 }

@@ -3,6 +3,7 @@
 
 #include <olvex/Props.h>
 
+#include <string_view>
 #include <utility>
 
 #include "OvxEvent.h"
@@ -35,43 +36,63 @@ MsgIdFilterVars *varsOf(const OvxObject *filter)
     return filter ? static_cast<MsgIdFilterVars *>(filter->variables) : nullptr;
 }
 
-// Walks a pattern piece by piece between its wildcards.
-class PatternWalk {
-  public:
-    explicit PatternWalk(std::string_view pattern) : rest_(pattern) {}
+constexpr char kWildcard = '*';
 
-    // The next piece that is not empty; an empty one at the end.
-    std::string_view next()
-    {
-        while (!rest_.empty() && rest_.front() == '*')
-            rest_.remove_prefix(1);
-        const std::size_t end = rest_.find('*');
-        const std::string_view piece(rest_.data(),
-                                     end == std::string_view::npos ? rest_.size() : end);
-        rest_.remove_prefix(piece.size());
-        return piece;
-    }
-
-    // Whether the pattern ends with the piece returned last, rather than with a wildcard.
-    bool isAtEnd() const { return rest_.empty(); }
-
-  private:
-    std::string_view rest_;
-};
-
-bool matches(std::string_view pattern, std::string_view text)
+const char *endOfPiece(const char *pattern)
 {
-    if (pattern.find('*') == std::string_view::npos) return pattern.empty() || pattern == text;
-    PatternWalk walk(pattern);
-    bool isAnchored = pattern.front() != '*';
-    for (std::string_view piece = walk.next(); !piece.empty(); piece = walk.next()) {
-        if (walk.isAtEnd()) return text.ends_with(piece); // no wildcard behind the last piece
-        const std::size_t at = text.find(piece);
-        if (at == std::string_view::npos || (isAnchored && at != 0)) return false;
+    while (*pattern && *pattern != kWildcard)
+        ++pattern;
+    return pattern;
+}
+
+// Whether the text has the piece at that place. Pieces and texts are short: looking at the first
+// byte here is quicker than any search.
+bool hasAt(std::string_view text, std::size_t at, std::string_view piece)
+{
+    return text[at] == piece[0] && std::memcmp(text.data() + at, piece.data(), piece.size()) == 0;
+}
+
+bool endsWith(std::string_view text, std::string_view piece)
+{
+    return text.size() >= piece.size() && hasAt(text, text.size() - piece.size(), piece);
+}
+
+// Goes behind the leftmost place of a piece; false when there is none.
+bool skipPast(std::string_view &text, std::string_view piece)
+{
+    for (std::size_t at = 0; at + piece.size() <= text.size(); ++at) {
+        if (!hasAt(text, at, piece)) continue;
         text.remove_prefix(at + piece.size());
-        isAnchored = false;
+        return true;
     }
-    return true;
+    return false;
+}
+
+// Matches what follows a wildcard: the pieces from left to right, the last one at the end.
+bool matchesBehindWildcard(const char *pattern, std::string_view text)
+{
+    for (;;) {
+        while (*pattern == kWildcard)
+            ++pattern;
+        if (!*pattern) return true;
+        const char *end = endOfPiece(pattern);
+        const std::string_view piece(pattern, static_cast<std::size_t>(end - pattern));
+        if (!*end) return endsWith(text, piece);
+        if (!skipPast(text, piece)) return false;
+        pattern = end;
+    }
+}
+
+// The path of each event: most patterns differ from the text in their first byte.
+bool matches(const char *pattern, std::string_view text)
+{
+    if (!*pattern) return true;
+    std::size_t at = 0;
+    for (; *pattern && *pattern != kWildcard; ++pattern, ++at)
+        if (at == text.size() || text[at] != *pattern) return false;
+    if (!*pattern) return at == text.size();
+    text.remove_prefix(at);
+    return matchesBehindWildcard(pattern, text);
 }
 
 void changeMode(OvxObject *filter, MsgIdFilterVars &vars, const char *value)
@@ -145,8 +166,9 @@ StringList *OvxMsgIdFilterGetStringList(const char *text)
 bool OvxMsgIdFilterMatchMsgId(const StringList *patterns, const char *id)
 {
     if (!patterns || !id) return false;
+    const std::string_view text(id);
     for (const StringListNode *node = patterns->first(); node; node = node->next())
-        if (OvxPatternMatch(node->element(), id)) return true;
+        if (matches(node->element(), text)) return true;
     return false;
 }
 

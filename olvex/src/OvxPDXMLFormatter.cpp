@@ -5,19 +5,25 @@
 #include <olvex/MsgId.h>
 #include <olvex/Props.h>
 
+#include <string_view>
+#include <utility>
+
 #include "OvxBasicFormatter.h"
 #include "OvxEvent.h"
 #include "OvxI18Msg.h"
 #include "OvxPrintf.h"
+#include "OvxProblemProps.h"
 #include "OvxProps.h"
 #include "messages/Messages.h"
 #include "util/CxStringBuff.h"
 #include "util/OvxParmList.h"
-#include "util/OvxStringToStringMap.h"
 
 using namespace olvex;
 
 namespace {
+
+// Room for most records in one block.
+constexpr std::size_t kUsualRecord = 1000; // bytes
 
 struct XmlVars {
     bool atStreamStart = true;
@@ -40,14 +46,6 @@ constexpr Switch kSwitches[] = {
     {"forceAsMessage", &XmlVars::forceAsMessage},   {"forceAsTrace", &XmlVars::forceAsTrace},
 };
 
-// Properties with elements of their own.
-constexpr const char *kOwnElements[] = {
-    "threadId",         "correlationId",    "client",
-    "ovx_prop_srcfile", "ovx_prop_srcline", "ovx_prop_srcfunction",
-    "server",           "serverFormat",     "product",
-    "component",        "productInstance",  "processId",
-};
-
 struct LevelWord {
     std::int32_t level;
     const char *word;
@@ -64,30 +62,25 @@ XmlVars *varsOf(const OvxObject *formatter)
     return formatter ? static_cast<XmlVars *>(formatter->variables) : nullptr;
 }
 
-void add(CxStringBuff *buffer, const char *text)
+void add(CxStringBuff *buffer, std::string_view text)
 {
-    CxStringBuffAppendStr(buffer, text);
+    appendBytes(buffer, text.data(), text.size());
 }
 
-// `open`, the property's value, `close`, when the event has the property.
-bool addProperty(CxStringBuff *buffer, const OvxEvent *event, const char *name, const char *open,
-                 const char *close)
+// What has a value only perhaps.
+void addText(CxStringBuff *buffer, const char *text)
 {
-    const char *value = peekProperty(event, name);
-    if (!value) return false;
+    if (text) add(buffer, text);
+}
+
+// `open`, the text, `close`, when there is a text.
+void addElement(CxStringBuff *buffer, std::string_view open, const char *text,
+                std::string_view close)
+{
+    if (!text) return;
     add(buffer, open);
-    add(buffer, value);
+    add(buffer, text);
     add(buffer, close);
-    return true;
-}
-
-// A number property as the toolkit reads it; false when the event has none.
-bool readNumber(const OvxEvent *event, const char *name, std::int64_t &number)
-{
-    const char *value = peekProperty(event, name);
-    bool converts = false;
-    number = value ? ovxPropStrToInt64(value, &converts) : 0;
-    return converts;
 }
 
 bool isMessageRecord(const XmlVars &vars, const OvxEvent *event)
@@ -128,33 +121,37 @@ void addTime(CxStringBuff *buffer, OvxObject *formatter, const OvxEvent *event)
 
 void addAttributes(CxStringBuff *buffer, const OvxEvent *event)
 {
-    bool isOpen = false;
-    const auto *node = event->properties ? event->properties->first() : nullptr;
-    for (; node; node = node->next()) {
+    add(buffer, " <LogAttribs>");
+    for (const auto *node = event->properties->first(); node; node = node->next()) {
         if (!ovxPDXMLCheckKey(node->key())) continue;
-        if (!isOpen) add(buffer, " <LogAttribs>");
-        isOpen = true;
         add(buffer, "<Key>");
         add(buffer, node->key());
         add(buffer, "</Key><Value>");
-        add(buffer, node->value());
+        addText(buffer, node->value());
         add(buffer, "</Value>");
     }
-    if (isOpen) add(buffer, "</LogAttribs>\n");
+    add(buffer, "</LogAttribs>\n");
 }
 
-void addIds(CxStringBuff *buffer, const OvxEvent *event)
+// A number in the form that the toolkit stores, cut to 32 bits; false when there is none.
+bool readId(const char *text, std::int64_t &id)
 {
-    std::int64_t number = 0;
-    if (readNumber(event, "threadId", number)) {
+    bool converts = false;
+    id = static_cast<std::int32_t>(text ? ovxPropStrToInt64(text, &converts) : 0);
+    return converts;
+}
+
+void addIds(CxStringBuff *buffer, const ProblemProps &props)
+{
+    std::int64_t id = 0;
+    if (readId(props[ProblemProps::kThreadId], id)) {
         add(buffer, " <Thread>");
-        CxStringBuffAppendUInt64(
-            buffer, static_cast<std::uint64_t>(std::int64_t{static_cast<std::int32_t>(number)}));
+        CxStringBuffAppendUInt64(buffer, static_cast<std::uint64_t>(id));
         add(buffer, "</Thread>\n");
     }
-    if (readNumber(event, "processId", number)) {
+    if (readId(props[ProblemProps::kProcessId], id)) {
         add(buffer, " <Process>");
-        CxStringBuffAppendInt64(buffer, static_cast<std::int32_t>(number));
+        CxStringBuffAppendInt64(buffer, id);
         add(buffer, "</Process>\n");
     }
 }
@@ -164,6 +161,19 @@ void addParameter(CxStringBuff *buffer, const OvxParm &parameter)
     add(buffer, "<Param><![CDATA[");
     appendParm(buffer, parameter);
     add(buffer, "]]></Param>");
+}
+
+// Where the event comes from: a message's source and translation, a trace's source and ids.
+void addOrigin(CxStringBuff *buffer, const OvxEvent *event, const ProblemProps &props,
+               bool isMessage)
+{
+    const bool hasSource = ovxPDXMLEmitSource(buffer, props);
+    if (isMessage) {
+        const char *catalog = event->message ? event->message->catalog : nullptr;
+        return ovxPDXMLEmitTranslationInfo(buffer, event, catalog);
+    }
+    if (!hasSource) add(buffer, " <Source FileName=\"None\" Method=\"None\"/>\n");
+    addIds(buffer, props);
 }
 
 // The message's text in a buffer that is reused, since it stands in two places of a record. A
@@ -199,24 +209,25 @@ class BoundText {
 
 bool ovxPDXMLCheckKey(const char *key)
 {
-    for (const char *own : kOwnElements)
-        if (BaxStringCmp(key, own) == 0) return false;
-    return true;
+    return key && ProblemProps::nameOf(key) == ProblemProps::kOther;
 }
 
-void ovxPDXMLEmitProductInfo(CxStringBuff *buffer, const OvxEvent *event, bool withComponent,
+void ovxPDXMLEmitProductInfo(CxStringBuff *buffer, const ProblemProps &props, bool withComponent,
                              bool withProduct, bool withProductId, bool withServer)
 {
-    if (withServer && peekProperty(event, "server")) {
-        const char *format = peekProperty(event, "serverFormat");
+    const char *server = props[ProblemProps::kServer];
+    if (withServer && server) {
         add(buffer, " <Server Format=\"");
-        add(buffer, format ? format : "");
-        addProperty(buffer, event, "server", "\">", "</Server>\n");
+        addText(buffer, props[ProblemProps::kServerFormat]);
+        addElement(buffer, "\">", server, "</Server>\n");
     }
-    if (withProduct) addProperty(buffer, event, "product", " <ProductId>", "</ProductId>\n");
-    if (withComponent) addProperty(buffer, event, "component", " <Component>", "</Component>\n");
+    if (withProduct)
+        addElement(buffer, " <ProductId>", props[ProblemProps::kProduct], "</ProductId>\n");
+    if (withComponent)
+        addElement(buffer, " <Component>", props[ProblemProps::kComponent], "</Component>\n");
     if (withProductId)
-        addProperty(buffer, event, "productInstance", " <ProductInstance>", "</ProductInstance>\n");
+        addElement(buffer, " <ProductInstance>", props[ProblemProps::kProductInstance],
+                   "</ProductInstance>\n");
 }
 
 void ovxPDXMLEmitLevel(CxStringBuff *buffer, int level)
@@ -226,16 +237,17 @@ void ovxPDXMLEmitLevel(CxStringBuff *buffer, int level)
     add(buffer, "OTHER");
 }
 
-bool ovxPDXMLEmitSource(CxStringBuff *buffer, const OvxEvent *event)
+bool ovxPDXMLEmitSource(CxStringBuff *buffer, const ProblemProps &props)
 {
-    if (!addProperty(buffer, event, "ovx_prop_srcfile", " <Source FileName=\"", "")) return false;
-    addProperty(buffer, event, "ovx_prop_srcfunction", "\" Method=\"", "");
-    const char *line = peekProperty(event, "ovx_prop_srcline");
+    const char *file = props[ProblemProps::kSourceFile];
+    if (!file) return false;
+    addElement(buffer, " <Source FileName=\"", file, "");
+    addElement(buffer, "\" Method=\"", props[ProblemProps::kSourceFunction], "");
     bool isNumber = false;
-    const std::int32_t number = ovxPropStrToInt32(line, &isNumber);
+    const std::int32_t line = ovxPropStrToInt32(props[ProblemProps::kSourceLine], &isNumber);
     if (isNumber) {
         add(buffer, "\" Line=\"");
-        CxStringBuffAppendInt32(buffer, number);
+        CxStringBuffAppendInt32(buffer, line);
     }
     add(buffer, "\"/>\n");
     return true;
@@ -246,7 +258,7 @@ void ovxPDXMLEmitTranslationInfo(CxStringBuff *buffer, const OvxEvent *event, co
     const OvxI18Msg *message = event->message;
     if (!message) return;
     add(buffer, " <TranslationInfo Type=\"XPG4\" Catalog=\"");
-    add(buffer, catalog ? catalog : "");
+    addText(buffer, catalog);
     add(buffer, "\" MsgKey=\"");
     CxStringBuffAppendInt32(buffer, message->key);
     add(buffer, "\" SetId=\"");
@@ -276,10 +288,10 @@ bool appendXmlRecord(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer
 {
     XmlVars *vars = varsOf(formatter);
     if (!vars || !event) return false;
-    if (vars->atStreamStart)
-        ovxPDXMLEmitProductInfo(buffer, event, vars->singleComponent, vars->singleProduct,
+    const ProblemProps props(event);
+    if (std::exchange(vars->atStreamStart, false))
+        ovxPDXMLEmitProductInfo(buffer, props, vars->singleComponent, vars->singleProduct,
                                 vars->singleProductId, vars->singleServer);
-    vars->atStreamStart = false;
     const bool isMessage = isMessageRecord(*vars, event);
     if (formatter->locale) ovxSetEventLocale(event, formatter->locale);
     const BoundText text(event);
@@ -288,22 +300,16 @@ bool appendXmlRecord(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer
     else
         addTraceTag(buffer, event);
     addTime(buffer, formatter, event);
-    ovxPDXMLEmitProductInfo(buffer, event, !vars->singleComponent, !vars->singleProduct,
+    ovxPDXMLEmitProductInfo(buffer, props, !vars->singleComponent, !vars->singleProduct,
                             !vars->singleProductId, !vars->singleServer);
     add(buffer, " <LogText><![CDATA[");
-    appendBytes(buffer, text.get(), text.size());
+    add(buffer, {text.get(), text.size()});
     add(buffer, "]]></LogText>\n");
-    addAttributes(buffer, event);
-    const bool hasSource = ovxPDXMLEmitSource(buffer, event);
-    if (isMessage) {
-        const char *catalog = event->message ? event->message->catalog : nullptr;
-        ovxPDXMLEmitTranslationInfo(buffer, event, catalog);
-    } else {
-        if (!hasSource) add(buffer, " <Source FileName=\"None\" Method=\"None\"/>\n");
-        addIds(buffer, event);
-    }
-    addProperty(buffer, event, "correlationId", " <CorrelationId>", "</CorrelationId>\n");
-    addProperty(buffer, event, "client", " <Principal>", "</Principal>\n");
+    if (props.hasOthers()) addAttributes(buffer, event);
+    addOrigin(buffer, event, props, isMessage);
+    addElement(buffer, " <CorrelationId>", props[ProblemProps::kCorrelationId],
+               "</CorrelationId>\n");
+    addElement(buffer, " <Principal>", props[ProblemProps::kClient], "</Principal>\n");
     add(buffer, isMessage ? "</Message>\n" : "</Trace>\n");
     return true;
 }
@@ -335,6 +341,7 @@ void OvxPDXMLFormatterFCfgChange(OvxObject *formatter, const char *name)
 char *OvxPDXMLFormatterFFormat(OvxObject *formatter, OvxEvent *event)
 {
     CxStringBuff buffer = {};
+    if (varsOf(formatter) && event) cxStringBuffHasCapacity(&buffer, kUsualRecord);
     appendXmlRecord(formatter, event, &buffer);
     return CxStringBuffTakeStr(&buffer);
 }

@@ -6,6 +6,10 @@
 
 #include "OvxObject.h"
 
+namespace olvex {
+class ProblemProps;
+}
+
 void *OvxPDXMLFormatterFAllocVars();
 void OvxPDXMLFormatterFFreeVars(void *variables);
 void OvxPDXMLFormatterFCfgChange(OvxObject *formatter, const char *name);
@@ -15,11 +19,12 @@ char *OvxPDXMLFormatterFGetTrailer(OvxObject *formatter);
 
 // Whether a property has no element of its own.
 bool ovxPDXMLCheckKey(const char *key);
-void ovxPDXMLEmitProductInfo(CxStringBuff *buffer, const OvxEvent *event, bool withComponent,
-                             bool withProduct, bool withProductId, bool withServer);
+void ovxPDXMLEmitProductInfo(CxStringBuff *buffer, const olvex::ProblemProps &props,
+                             bool withComponent, bool withProduct, bool withProductId,
+                             bool withServer);
 void ovxPDXMLEmitLevel(CxStringBuff *buffer, int level);
 // True when there is a source file and an element was written.
-bool ovxPDXMLEmitSource(CxStringBuff *buffer, const OvxEvent *event);
+bool ovxPDXMLEmitSource(CxStringBuff *buffer, const olvex::ProblemProps &props);
 void ovxPDXMLEmitTranslationInfo(CxStringBuff *buffer, const OvxEvent *event, const char *catalog);
 
 // The identifier at the start of a text; yours, none without one.

@@ -1,8 +1,6 @@
 // Recognising message identifiers at the start of a text.
 #include <olvex/MsgId.h>
 
-#include <olvex/Chars.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -30,7 +28,18 @@ constexpr Format kFormats[] = {
 constexpr int kMostLetters = 6;
 constexpr int kFewestLetters = 3;
 
-bool isSeverity(char c)
+// As CxIsASCIIAlpha and CxIsASCIIDigit, without the call, since this is the path of each event.
+constexpr bool isLetter(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+constexpr bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+constexpr bool isSeverity(char c)
 {
     return c == 'I' || c == 'W' || c == 'E';
 }
@@ -38,7 +47,7 @@ bool isSeverity(char c)
 int countLetters(const char *text)
 {
     int count = 0;
-    while (count < kMostLetters && CxIsASCIIAlpha(text[count]))
+    while (count < kMostLetters && isLetter(text[count]))
         ++count;
     return count;
 }
@@ -46,7 +55,7 @@ int countLetters(const char *text)
 bool hasDigits(const char *text, int count)
 {
     for (int i = 0; i < count; ++i)
-        if (!CxIsASCIIDigit(text[i])) return false;
+        if (!isDigit(text[i])) return false;
     return true;
 }
 
