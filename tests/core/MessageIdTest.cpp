@@ -6,6 +6,8 @@
 #include "util/OvxStringList.h"
 
 #include <climits>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace olvex::test;
 
@@ -220,8 +222,8 @@ void noteStamps(OvxObject *, OvxEvent *event)
         if (value != "(none)") line += std::string(name) + "=" + value + " ";
     }
     stamps.push_back(line + take(OvxGetEventMessageId(event)));
-    EXPECT_EQ(OvxGetEventPropLong(event, "processId", nullptr), CxProcessGetCurrentID());
-    EXPECT_EQ(OvxGetEventPropLong(event, "threadId", nullptr), CxThreadGetCurrentID());
+    EXPECT_EQ(OvxGetEventPropLong(event, "processId", nullptr), getpid());
+    EXPECT_EQ(OvxGetEventPropLong(event, "threadId", nullptr), gettid());
 }
 
 class ProblemLogger : public OpenToolkit {
@@ -253,6 +255,19 @@ TEST_F(ProblemLogger, StampsWhatItKnows)
                                "organization=ACME product=shop serverFormat=hostname ",
                                "organization=ACME client=me serverFormat=hostname "
                                "productInstance=1 "}));
+}
+
+TEST_F(ProblemLogger, StampsAChildWithItsOwnIds)
+{
+    OvxLogError(logger, nullptr, 0, 0, "OVXBC0020E text", 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        OvxLogError(logger, nullptr, 0, 0, "OVXBC0020E text", 0);
+        _exit(HasFailure() || stamps.size() != 2);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
 }
 
 TEST_F(ProblemLogger, KnowsTheHostItsClassAndItsLevel)

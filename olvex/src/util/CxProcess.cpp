@@ -3,9 +3,12 @@
 
 #include "util/CxResult.h"
 
+#include <atomic>
+
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <pthread.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,6 +17,19 @@ using namespace olvex;
 namespace {
 
 constexpr int kExecFailed = 127;
+
+// Asked for once, and again in a child after a fork.
+std::atomic<pid_t> currentId{0};
+
+void forgetId()
+{
+    currentId.store(0, std::memory_order_relaxed);
+}
+
+[[gnu::constructor]] void renewAfterForks()
+{
+    pthread_atfork(nullptr, nullptr, forgetId);
+}
 
 // The low byte of a status is 0 for a normal exit; bits 8 to 15 hold the exit status then.
 void readStatus(int bits, CxProcessStatus &status)
@@ -65,7 +81,9 @@ const char *CxProcessGetEnv(const char *name)
 
 int64_t CxProcessGetCurrentID(void)
 {
-    return getpid();
+    pid_t id = currentId.load(std::memory_order_relaxed);
+    if (id == 0) currentId.store(id = getpid(), std::memory_order_relaxed);
+    return id;
 }
 
 CxResult CxProcessGetCwd(char *buffer, size_t size)
