@@ -130,10 +130,7 @@ TEST(Process, TracesAreIndented)
 // A semaphore under a key of this process, removed in the end.
 class Semaphore : public testing::Test {
   protected:
-    void SetUp() override
-    {
-        expectSuccess(CxSemOpen(&sem_, key_));
-    }
+    void SetUp() override { expectSuccess(CxSemOpen(&sem_, key_)); }
     void TearDown() override { semctl(sem_, 0, IPC_RMID); }
 
     int value() const { return semctl(sem_, 0, GETVAL); }

@@ -60,6 +60,11 @@ bool canServe(char conversion, unsigned char type)
     return holdsInteger(type) || (conversion == 'p' && type == kPointer);
 }
 
+bool isPlain(const Directive &directive)
+{
+    return directive.item.flags == 0 && directive.width == 0 && directive.precision < 0;
+}
+
 } // namespace
 
 bool printInteger(const Directive &directive, CxStringBuff *buffer)
@@ -70,6 +75,8 @@ bool printInteger(const Directive &directive, CxStringBuff *buffer)
     if (conversion == 'p') value = static_cast<std::uintptr_t>(value);
     if (directive.precision == 0 && value == 0) return true;
     const bool isSigned = conversion == 'd';
+    if (isSigned && isPlain(directive)) // as most numbers in messages are
+        return CxStringBuffAppendInt64(buffer, static_cast<std::int64_t>(value)) == 1;
     const bool negative = isSigned && static_cast<std::int64_t>(value) < 0;
     const Digits digits(negative ? 0 - value : value, conversion);
     Number number;

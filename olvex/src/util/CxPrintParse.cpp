@@ -257,10 +257,9 @@ class Parser {
 
     bool noteArguments(const CxPrintfFmt &item)
     {
-        const CxPrintfFmt copy = item; // the list may move
-        return noteArgument(copy.from.argIndex, copy.to.argType) &&
-               (copy.widthArg < 0 || noteArgument(copy.widthArg, kInt)) &&
-               (copy.precisionArg < 0 || noteArgument(copy.precisionArg, kInt));
+        return noteArgument(item.from.argIndex, item.to.argType) &&
+               (item.widthArg < 0 || noteArgument(item.widthArg, kInt)) &&
+               (item.precisionArg < 0 || noteArgument(item.precisionArg, kInt));
     }
 
     bool noteArgument(std::int32_t index, unsigned char type)
