@@ -199,6 +199,7 @@ TEST_F(ViewCommand, ReadsAllFilesOfALogOldestFirst)
     EXPECT_EQ(directory_.names().size(), 12U);
     directory_.write("app01.log", "not of the log");
     directory_.write("app1.txt", "nor this");
+    directory_.write("app20080401.log", "nor this");
     const std::string path = directory_ / "app.log";
     EXPECT_EQ(textsOf({path}), numbered(12));
     EXPECT_EQ(textsOf({directory_ / "app2.log", path, path, directory_ / "app11.log"}),

@@ -183,6 +183,13 @@ TEST(ViewFormats, ReadsXmlTracesAndProductInformation)
     EXPECT_EQ(reading.records[1][Field::kServer], "node7");
     EXPECT_EQ(reading.records[1][Field::kComponent], "own");
     EXPECT_EQ(reading.records[1].id, "");
+
+    // What is left of a record is no product information, and does not hide the records behind it.
+    const Reading rest = readLog(" <Component>x</Component>\n" + xmlText("y") + bare +
+                                 "</Trace>\n <Component>\n" + kStamp + " line\n");
+    EXPECT_EQ(rest.records.size(), 2U);
+    EXPECT_EQ(rest.records.at(0)[Field::kComponent], "");
+    EXPECT_EQ(std::count(rest.reports.begin(), rest.reports.end(), '\n'), 2);
 }
 
 // Damage
@@ -256,46 +263,77 @@ TEST(ViewFormats, BoundsTheSizeOfARecord)
     EXPECT_THAT(reading.reports, HasSubstr("cut off"));
 }
 
-// Whatever the bytes, each is in one record, one stretch that is reported, or product information.
+// Cuts bytes into frames as they come in, `step` at most at a time.
+std::vector<Frame> recordsIn(const std::string &bytes, std::size_t step)
+{
+    std::vector<Frame> records;
+    std::size_t begin = 0, end = 0;
+    for (;;) {
+        const bool isLast = end == bytes.size();
+        Frame frame = nextFrame(std::string_view(bytes).substr(begin, end - begin), isLast, {});
+        EXPECT_LE(frame.length, end - begin);
+        EXPECT_EQ(frame.length == 0, frame.kind == FrameKind::kNeedsMore);
+        if (isLast && frame.length == 0) break;
+        if (frame.length == 0) end = std::min(bytes.size(), end + step);
+        begin += frame.length;
+        if (frame.kind != FrameKind::kRecord) continue;
+        frame.length += begin << 32; // the place too
+        records.push_back(frame);
+    }
+    EXPECT_EQ(begin, bytes.size());
+    return records;
+}
+
+// Whatever the bytes, each is in one frame, it does not matter in which pieces they are read, and
+// no record makes its parser fail.
 TEST(ViewFormats, SurvivesAnyBytes)
 {
     const std::string pieces[] = {kStamp,
                                   " text OVXBC0020E\n",
                                   "\n",
                                   std::string(3, '\0'),
-                                  xml(xmlText("x")),
+                                  "</Message>\n",
                                   "<Message Id=\"",
                                   "\">",
-                                  "</Message>\n",
+                                  xml(xmlText("x")),
                                   "<Trace>\n",
-                                  " <Time Millis=\"1\">",
+                                  "\x1e[" + kStamp,
                                   "\x1e[",
+                                  " <Time Millis=\"1\">\n",
                                   "] - INFO ",
-                                  " <LogText><![CDATA[",
-                                  "]]></LogText>\n",
+                                  "<![CDATA[",
                                   "\xE9\xFF",
+                                  " <LogText><![CDATA[",
                                   " - ",
                                   " <Component>",
-                                  "</Component>\n",
-                                  "08/04/02 13:05:09 I [Vpd     ] ",
-                                  " <Source FileName=\"",
                                   "\"/>\n",
-                                  " <LogAttribs><Key>",
+                                  "]]></LogText>\n",
                                   "<Param>",
-                                  " <TranslationInfo ",
-                                  "</TranslationInfo>\n"};
+                                  "</Component>\n",
+                                  "</Value>",
+                                  "08/04/03 13:05:09 I [Vpd     ] ",
+                                  "[7]",
+                                  "</Trace>\n",
+                                  "</LogAttribs>",
+                                  " <LogAttribs><Key>",
+                                  "</Time>\n",
+                                  " <Source FileName=",
+                                  "p1:t2",
+                                  " <TranslationInfo "};
     std::mt19937 random(7);
-    for (int round = 0; round < 3000; ++round) {
+    for (int round = 0; round < 4000; ++round) {
         std::string bytes;
         for (auto count = random() % 30; count > 0; --count)
             bytes += pieces[random() % std::size(pieces)];
-        const Reading reading = readLog(bytes);
-        std::size_t last = 0;
-        for (const Seen &seen : reading.records) {
-            ASSERT_EQ(bytes.compare(seen.record.offset, seen.raw.size(), seen.raw), 0) << bytes;
-            ASSERT_GE(seen.record.offset, last) << bytes;
-            last = seen.record.offset + seen.raw.size();
+        const std::vector<Frame> whole = recordsIn(bytes, bytes.size() + 1);
+        const std::vector<Frame> piecewise = recordsIn(bytes, 1 + random() % 20);
+        ASSERT_EQ(whole.size(), piecewise.size()) << bytes;
+        for (std::size_t i = 0; i < whole.size(); ++i) {
+            ASSERT_EQ(whole[i].length, piecewise[i].length) << bytes;
+            ASSERT_EQ(whole[i].isCut, piecewise[i].isCut) << bytes;
         }
+        for (const Seen &seen : readLog(bytes).records)
+            ASSERT_EQ(bytes.compare(seen.record.offset, seen.raw.size(), seen.raw), 0) << bytes;
     }
 }
 
@@ -315,6 +353,7 @@ TEST(ViewTimes, ReadsIsoFormsWithAndWithoutZone)
                              "2008-04-01T13:05x", "2008-04-01T24:00", "2008-04-01T13:05+2"})
         EXPECT_FALSE(readIsoTime(text)) << text;
     EXPECT_EQ(writeStamp(-1), "1969-12-31 23:59:59.999+00:00");
+    EXPECT_EQ(writeStamp(INT64_MIN), "-292275055-05-16 16:47:04.192+00:00");
     unsetenv("TZ");
     tzset();
 }

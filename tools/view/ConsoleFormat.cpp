@@ -3,6 +3,8 @@
 #include "view/Formats.h"
 #include "view/Times.h"
 
+#include <algorithm>
+
 namespace tools::view {
 
 namespace {
@@ -33,6 +35,12 @@ bool isDashes(std::string_view text)
     return text.find_first_not_of('-') == std::string_view::npos;
 }
 
+bool isPrintable(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) >= 0x20; });
+}
+
 // What the line says, without its indent.
 std::string_view saidBy(std::string_view body)
 {
@@ -55,6 +63,7 @@ Begins consoleBegins(std::string_view bytes, bool isLast)
     const bool begins = bytes.size() >= kHeadLength && beginsWithShortStamp(bytes) &&
                         kLevelLetters.find(bytes[kLevelPlace]) != std::string_view::npos &&
                         bytes[kComponentPlace - 1] == '[' &&
+                        isPrintable(bytes.substr(kComponentPlace, kComponentLength)) &&
                         bytes.substr(kComponentPlace + kComponentLength, 2) == "] ";
     return begins ? Begins::kYes : Begins::kNo;
 }

@@ -26,6 +26,9 @@ bool exists(const std::string &path)
     return ::access(path.c_str(), F_OK) == 0;
 }
 
+// More files than a log has; such a number is a date.
+constexpr unsigned long kMostFiles = 99'999;
+
 // The number in a name between base and extension; 0 when there is none as handlers write it.
 unsigned long numberIn(std::string_view name, std::string_view base, std::string_view extension)
 {
@@ -37,7 +40,7 @@ unsigned long numberIn(std::string_view name, std::string_view base, std::string
     unsigned long number = 0;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     const bool isWhole = result.ec == std::errc() && result.ptr == digits.data() + digits.size();
-    return isWhole && digits.front() != '0' ? number : 0;
+    return isWhole && digits.front() != '0' && number <= kMostFiles ? number : 0;
 }
 
 } // namespace

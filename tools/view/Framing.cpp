@@ -214,7 +214,17 @@ class XmlWalk {
     std::size_t previousBegin_ = 0;
 };
 
-// Product information reaches to the first line that is none.
+// The product information that ends before `bytes`, if these begin a record or are not known yet.
+Frame productBefore(std::string_view bytes, std::size_t length, bool isLast,
+                    const LogOptions &options)
+{
+    const Start start = startAt(bytes, isLast, options);
+    if (start.begins == Begins::kUnclear) return {};
+    const bool isHeader = start.begins == Begins::kYes && start.format == Format::kXml;
+    return isHeader ? Frame{FrameKind::kProduct, length, Format::kXml, false} : damageFrame(length);
+}
+
+// Product information reaches to the XML record that follows it.
 Frame frameProduct(std::string_view bytes, bool isLast, const LogOptions &options)
 {
     std::string_view awaited;
@@ -222,7 +232,9 @@ Frame frameProduct(std::string_view bytes, bool isLast, const LogOptions &option
     while (lines.next(isLast)) {
         const std::string_view line = lines.line();
         if (awaited.empty() && !isProductLine(line, options))
-            return {FrameKind::kProduct, lines.begin(), Format::kXml, false};
+            return productBefore(lines.from(), lines.begin(), isLast, options);
+        if (startAt(lines.from(), isLast, options).begins == Begins::kYes)
+            return damageFrame(lines.begin());
         if (awaited.empty()) awaited = xmlElementAt(line)->end;
         if (line.ends_with(awaited)) awaited = {};
     }

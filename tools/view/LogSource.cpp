@@ -54,7 +54,7 @@ LogSource::Answer LogSource::next(Record &record)
 bool LogSource::makeProgress()
 {
     if (readMore()) return true;
-    if (!isFollowed_ || !isNewest() || window_.error() != 0) {
+    if (!isFollowed_ || !isNewest()) {
         if (isLast_)
             leaveFile();
         else
@@ -76,7 +76,10 @@ bool LogSource::readMore()
     if (isLast_ || files_.empty()) return false;
     if (!files_[0].isRegular) std::fflush(stdout);
     const bool hasMore = window_.fill();
-    if (window_.error() != 0) reports_.fileTrouble(files_[0].path, window_.error());
+    if (window_.error() != 0) {
+        reports_.fileTrouble(files_[0].path, window_.error());
+        isFollowed_ = false; // or it would fail again and again
+    }
     if (!hasMore) return false;
     idleLooks_ = 0;
     reports_.progress(window_.lastRead());
@@ -133,7 +136,8 @@ void LogSource::goOnIn(Rollover rollover)
 {
     if (rollover.kind == Rollover::Kind::kNone) return;
     const bool isRenamed = rollover.kind == Rollover::Kind::kRenamed;
-    if (isRenamed && !rollover.keepsPlace && !rollover.files.empty()) reports_.gap(path_);
+    // A single file is a log that was removed and written anew.
+    if (isRenamed && !rollover.keepsPlace && rollover.files.size() > 1) reports_.gap(path_);
     for (LogFile &file : rollover.files)
         files_.push_back(std::move(file));
     if (isRenamed) return; // the rest of the file is read first

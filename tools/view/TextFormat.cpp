@@ -83,7 +83,7 @@ void findId(Record &record, std::string_view separator)
 std::size_t readTime(Record &record, const LogOptions &options)
 {
     std::size_t length = kStampLength;
-    if (options.timeLayout.empty()) {
+    if (beginsWithStamp(record.raw)) {
         const auto millis = readStamp(record.raw);
         record.hasTime = millis.has_value();
         record.millis = millis.value_or(0);
@@ -103,10 +103,9 @@ Begins textBegins(std::string_view bytes, bool isLast, const LogOptions &options
     const std::size_t longest = options.timeLayout.empty() ? kStampLength : kLongestLayout;
     const bool isShort = bytes.size() < longest && !isLast;
     if (isShort && bytes.find('\n') == std::string_view::npos) return Begins::kUnclear;
-    const bool begins = options.timeLayout.empty()
-                            ? beginsWithStamp(bytes)
-                            : readTimeAs(options.timeLayout, bytes).has_value();
-    return begins ? Begins::kYes : Begins::kNo;
+    if (beginsWithStamp(bytes)) return Begins::kYes;
+    if (options.timeLayout.empty()) return Begins::kNo;
+    return readTimeAs(options.timeLayout, bytes) ? Begins::kYes : Begins::kNo;
 }
 
 void parseText(Record &record, const LogOptions &options)

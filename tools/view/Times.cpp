@@ -2,7 +2,6 @@
 #include "view/Times.h"
 
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 
 namespace tools::view {
@@ -210,10 +209,8 @@ std::optional<std::int64_t> readShortStamp(std::string_view text)
 std::optional<FoundTime> readTimeAs(const std::string &layout, std::string_view text)
 {
     constexpr std::size_t kLongest = 128; // what a formatter writes at most
-    char head[kLongest + 1];
-    const std::size_t length = std::min(text.size(), kLongest);
-    std::memcpy(head, text.data(), length);
-    head[length] = '\0';
+    char head[kLongest + 1] = {};
+    text.substr(0, text.find('\n')).copy(head, kLongest);
     std::tm parts{};
     parts.tm_year = 70;
     parts.tm_mday = 1;
@@ -243,8 +240,9 @@ std::optional<std::int64_t> readIsoTime(std::string_view text)
 
 std::string writeStamp(std::int64_t millis)
 {
-    const std::int64_t milli = (millis % kMillisPerSecond + kMillisPerSecond) % kMillisPerSecond;
-    const std::time_t seconds = (millis - milli) / kMillisPerSecond;
+    const std::int64_t rest = millis % kMillisPerSecond;
+    const std::int64_t milli = rest < 0 ? rest + kMillisPerSecond : rest;
+    const std::time_t seconds = millis / kMillisPerSecond - (rest < 0);
     std::tm parts{};
     if (!::gmtime_r(&seconds, &parts)) return {};
     char date[64];
