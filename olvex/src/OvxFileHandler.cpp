@@ -1,5 +1,6 @@
 // The file handler: records in a file that is rolled over when it is full. The path of one event is
-// OvxFileHandlerFProcess: one question about the file, one write.
+// OvxFileHandlerFProcess: one question about the file, one write. The size is counted, and asked
+// for when the path had to be looked at and when the limit is near.
 #include "OvxFileHandler.h"
 
 #include <olvex/Ucv.h>
@@ -12,6 +13,7 @@
 #include "util/CxResult.h"
 #include "util/CxStringBuff.h"
 
+#include <cerrno>
 #include <fcntl.h>
 
 using namespace olvex;
@@ -56,11 +58,22 @@ void writeHeader(OvxObject *handler, OvxFileHandlerVars &vars)
     if (header) reportFailure(writeText(vars, header.get(), BaxStringLen(header.get())));
 }
 
+// How far below its limit a file's size is asked for rather than counted.
+constexpr std::uint64_t kNearLimit = 16384;
+
+// Whether all that is known of the open file needs no asking: nothing has happened to its path, and
+// its size as counted is far from the limit.
+bool isCertain(const OvxFileHandlerVars &vars)
+{
+    return vars.watch.isQuiet() && !isLogFull(vars, vars.state.size + kNearLimit);
+}
+
 // False when the open file can take the next record; otherwise it has been closed, and rolled over
 // if it was full.
 bool needsOpening(OvxObject *handler, OvxFileHandlerVars &vars)
 {
     if (!vars.isOpen) return true;
+    if (isCertain(vars)) return false;
     if (!isStillThere(vars)) {
         OvxFileHandlerFClose(handler);
         return true;
@@ -72,6 +85,16 @@ bool needsOpening(OvxObject *handler, OvxFileHandlerVars &vars)
     OvxFileHandlerFClose(handler);
     ovxFileHandlerDoRollover(vars);
     return true;
+}
+
+// Writes a record; a file whose descriptor the host has closed is opened anew for it.
+CxResult writeRecord(OvxObject *handler, OvxFileHandlerVars &vars, const EventText &text)
+{
+    const CxResult written = writeText(vars, text.get(), text.size());
+    if (written.code != EBADF || !vars.isOpen) return written;
+    reportFailure(measure(vars)); // finds the descriptor gone and closes the handler
+    OvxFileHandlerFOpen(handler);
+    return writeText(vars, text.get(), text.size());
 }
 
 } // namespace
@@ -198,7 +221,7 @@ void OvxFileHandlerFProcess(OvxObject *handler, OvxEvent *event)
     CxResult written = success();
     {
         const EventText text(handler, event);
-        if (text.get()) written = writeText(*vars, text.get(), text.size());
+        if (text.get()) written = writeRecord(handler, *vars, text);
     }
     reportFailure(written);
     OvxBasicObjectFLog(handler, event);

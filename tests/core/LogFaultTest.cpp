@@ -204,19 +204,45 @@ TEST_P(LogFault, AnActiveFileThatBecomesSomethingElse)
     EXPECT_EQ(content(), "two\n");
 }
 
-// A program that goes into the background closes all descriptors.
+// The open descriptors of the log, or of what watches its path.
+std::vector<int> descriptorsOf(const std::string &target)
+{
+    std::vector<int> found;
+    for (int descriptor = 3; descriptor < 256; ++descriptor) {
+        std::error_code error;
+        if (fs::read_symlink("/proc/self/fd/" + std::to_string(descriptor), error) == target)
+            found.push_back(descriptor);
+    }
+    return found;
+}
+
+// A program that goes into the background closes all descriptors, and puts others in their place.
 TEST_P(LogFault, AHostThatClosesAllDescriptors)
 {
-    log("one");
-    for (int descriptor = 3; descriptor < 256; ++descriptor) {
-        const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
-        std::error_code error;
-        if (fs::read_symlink(link, error) == directory_ / "logs/app.log") close(descriptor);
+    const std::string path = directory_ / "logs/app.log";
+    for (const int looks : {0, olvex::kLooksBeforeWatching}) {
+        fs::remove_all(directory_ / "logs");
+        records.clear();
+        olvex::countPathLooks(looks);
+        log("one");
+        log("two");
+        for (const int descriptor : descriptorsOf(path))
+            close(descriptor);
+        log("three");
+        EXPECT_EQ(reports(), Strings{"Bad file descriptor"});
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        for (const char *target : {path.c_str(), "anon_inode:inotify"})
+            for (const int descriptor : descriptorsOf(target))
+                dup2(ends[1], descriptor);
+        log("four");
+        fcntl(ends[0], F_SETFL, O_NONBLOCK);
+        char stray;
+        EXPECT_LT(read(ends[0], &stray, 1), 0) << "written into the host's pipe";
+        EXPECT_EQ(content(), "one\ntwo\nthree\nfour\n");
+        close(ends[0]);
+        close(ends[1]);
     }
-    log("two");
-    EXPECT_EQ(reports(), Strings{"Bad file descriptor"});
-    log("three");
-    EXPECT_EQ(content(), "one\ntwo\nthree\n");
 }
 
 TEST_P(LogFault, NamesAsLongAsTheyMayBeAndLonger)
@@ -258,13 +284,12 @@ TEST_P(LogFault, DescriptorsStayBehindWhenAProgramIsStarted)
     log("one");
     log("two");
     int seen = 0;
-    for (int descriptor = 3; descriptor < 256; ++descriptor) {
-        std::error_code error;
-        const auto target = fs::read_symlink("/proc/self/fd/" + std::to_string(descriptor), error);
-        if (target != directory_ / "logs/app.log" && target != "anon_inode:inotify") continue;
-        ++seen;
-        EXPECT_EQ(fcntl(descriptor, F_GETFD), FD_CLOEXEC) << target;
-    }
+    for (const std::string &target :
+         {directory_ / "logs/app.log", std::string("anon_inode:inotify")})
+        for (const int descriptor : descriptorsOf(target)) {
+            ++seen;
+            EXPECT_EQ(fcntl(descriptor, F_GETFD), FD_CLOEXEC) << target;
+        }
     EXPECT_EQ(seen, 2);
 }
 

@@ -1,4 +1,13 @@
-/* Handlers and their formatters. A handler asks its formatter for the text of each event. */
+/*
+ * Handlers and their formatters. A handler asks its formatter for the text of each event.
+ *
+ * The classes "ovx_consolehandler" and "ovx_stderrhandler" write to the standard streams,
+ * "ovx_filehandler" to a rolling set of files, and "ovx_multiproc_filehandler" to a log that
+ * several processes write and roll over together, under a System V semaphore set that outlives
+ * them. With the file handlers, a record is in the kernel when the logging call returns.
+ * docs/log-files.md lists their properties, what can be lost when, and how to see and remove the
+ * semaphore set.
+ */
 #ifndef OLVEX_HANDLER_H
 #define OLVEX_HANDLER_H
 
