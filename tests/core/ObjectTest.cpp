@@ -227,17 +227,15 @@ TEST_F(Objects, EndAtCloseInAnOrderThatLeavesNoPointerBehind)
 std::vector<OvxObject *> keptAtClose; // by the class below
 
 // Makes another object of its class for each that goes.
-void freeAndMakeAnother(void *variables)
+void freeAndMakeAnother(void *)
 {
-    BaxMemoryFree(variables);
     const std::string name = "made" + std::to_string(keptAtClose.size());
     keptAtClose.push_back(ovxIntlGetObject(name.c_str(), "test_endless"));
 }
 
 TEST_F(Objects, MadeAtCloseWithoutEndAreLeftAsShells)
 {
-    OvxAddHandlerClass("test_endless", nullptr, makeVars, freeAndMakeAnother, nullptr, nullptr,
-                       nullptr, nullptr);
+    OvxAddLoggerClass("test_endless", nullptr, nullptr, freeAndMakeAnother, nullptr, nullptr);
     keptAtClose.clear();
     OvxReleaseObject(OvxGetObject("first", "test_endless"));
     closeToolkit();
