@@ -5,7 +5,7 @@
 #include "OvxLogManager.h"
 #include "OvxObjConfig.h"
 
-#include <chrono>
+#include <ctime>
 
 using namespace olvex;
 using namespace olvex::test;
@@ -330,9 +330,8 @@ TEST_F(Configurations, AreFoundNoMoreAfterClose)
 
 TEST_F(Configurations, AreQuickToMakeByTheThousand)
 {
-    using Clock = std::chrono::steady_clock;
     constexpr int kCount = 20000;
-    const auto start = Clock::now();
+    const std::clock_t start = std::clock();
     create({"wide"});
     // Twice as many: those far below come first, those between take them over one by one.
     for (const char *end : {".far", ""})
@@ -346,7 +345,7 @@ TEST_F(Configurations, AreQuickToMakeByTheThousand)
         OvxLogMgrRemCfg(cfg.get());
     }
     EXPECT_EQ(parentOf("wide.7.far"), "wide");
-    EXPECT_LT(Clock::now() - start, std::chrono::seconds(2));
+    EXPECT_LT(std::clock() - start, 2 * CLOCKS_PER_SEC); // of this process alone
 }
 
 } // namespace

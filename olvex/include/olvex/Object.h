@@ -83,7 +83,10 @@ OVX_API bool OvxIsObjectEnabled(const OvxObject *object);
 /** Enables or disables the object: a disabled one passes nothing on. */
 OVX_API void OvxSetObjectEnabled(OvxObject *object, bool enabled);
 
-/** Says whether a filter lets the event pass; false for what is not a filter. Takes no lock. */
+/**
+ * Says whether a filter lets the event pass; false for what is not a filter. Takes no lock, so it
+ * serves class functions too; not to be called while another thread closes the toolkit.
+ */
 OVX_API bool OvxIsLoggableByFilter(OvxObject *filter, OvxEvent *event);
 
 /*
