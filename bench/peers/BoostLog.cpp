@@ -10,7 +10,6 @@
 #include <boost/log/support/date_time.hpp>
 #include <boost/log/trivial.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
-#include <iomanip>
 
 namespace logging = boost::log;
 

@@ -2,7 +2,6 @@
 #include "Peer.h"
 
 #include <glog/logging.h>
-#include <iomanip>
 
 namespace peer {
 
@@ -21,8 +20,7 @@ bool open(Output output, const std::string &path)
 void log(int number)
 {
     google::LogMessage(kSource, kLine, google::GLOG_INFO).stream()
-        << kFunction << ' ' << "The " << kCustomer << " ordered " << kArticle << ", "
-        << std::setw(7) << std::setfill('0') << number;
+        << kFunction << ' ' << "The " << kCustomer << " ordered " << kArticle << ", " << number;
 }
 
 void skip(int number)

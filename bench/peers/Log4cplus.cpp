@@ -75,10 +75,7 @@ bool open(Output output, const std::string &path)
 void log(int number)
 {
     std::ostringstream text;
-    text << "The " << kCustomer << " ordered " << kArticle << ", ";
-    text.width(7);
-    text.fill('0');
-    text << number;
+    text << "The " << kCustomer << " ordered " << kArticle << ", " << number;
     logger.log(log4cplus::INFO_LOG_LEVEL, text.str(), kSource, kLine, kFunction);
 }
 

@@ -79,10 +79,9 @@ bool open(Output output, const std::string &path)
 
 void log(int number)
 {
-    char digits[16];
-    std::snprintf(digits, sizeof digits, "%07d", number);
     logger->forcedLog(log4cxx::Level::getInfo(),
-                      std::string("The ") + kCustomer + " ordered " + kArticle + ", " + digits,
+                      std::string("The ") + kCustomer + " ordered " + kArticle + ", " +
+                          std::to_string(number),
                       log4cxx::spi::LocationInfo(kSource, kSource, kFunction, kLine));
 }
 

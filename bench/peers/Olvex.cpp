@@ -68,7 +68,7 @@ bool open(Output output, const std::string &path)
 
 void log(int number)
 {
-    OvxLogDebugMin(logger, kSource, kFunction, kLine, "The %1$s ordered %2$s, %3$07d",
+    OvxLogDebugMin(logger, kSource, kFunction, kLine, "The %1$s ordered %2$s, %3$d",
                    OVX_PARM_STRING, kCustomer, OVX_PARM_STRING, kArticle, OVX_PARM_INT, number, 0);
 }
 

@@ -52,7 +52,7 @@ bool open(Output output, const std::string &path)
 void log(int number)
 {
     logger->log(spdlog::source_loc{kSource, kLine, kFunction}, spdlog::level::info,
-                "The {} ordered {}, {:07}", kCustomer, kArticle, number);
+                "The {} ordered {}, {}", kCustomer, kArticle, number);
 }
 
 void skip(int number)

@@ -4,6 +4,7 @@
 #include <olvex/Props.h>
 #include <olvex/System.h>
 
+#include <charconv>
 #include <utility>
 
 #include "OvxI18Msg.h"
@@ -17,6 +18,11 @@ namespace {
 
 // At most this many markers are read less one; a list that needs more lacks its end.
 constexpr int kMarkerLimit = 64;
+
+constexpr bool isValueMarker(int marker)
+{
+    return marker >= OVX_PARM_BOOL && marker <= OVX_PARM_STRING;
+}
 
 constexpr bool isLevelMarker(int marker)
 {
@@ -55,33 +61,57 @@ class ParameterReader {
         for (int entries = 1; entries < kMarkerLimit; ++entries) {
             const int marker = va_arg(list_, int);
             if (marker == 0) return;
-            const bool known = marker == OVX_PROP ? readProperty() : readParameter(marker);
-            if (!known) return report(OVX_LEVEL_ERROR, Message::kMissingMarkers);
+            if (!readEntry(marker)) return report(OVX_LEVEL_ERROR, Message::kMissingMarkers);
         }
         report(OVX_LEVEL_ERROR, Message::kListNotEnded);
     }
 
   private:
+    // What comes most often is looked for first.
+    bool readEntry(int marker)
+    {
+        if (isValueMarker(marker)) return readParameter(marker);
+        return marker == OVX_PROP ? readProperty() : readLevel(marker);
+    }
+
     // A name, then a marker with its value. Here 0 is a level, not the end of the list.
     bool readProperty()
     {
         StringToStringMap *map = ovxFetchEventPropMap(event_);
         const char *name = va_arg(list_, const char *);
         const int marker = va_arg(list_, int);
-        if (marker == OVX_LEVEL_ALL || isLevelMarker(marker)) return takeLevel(marker);
-        OvxParm value;
-        if (!readValue(marker, value)) return false;
-        if (name) setProperty(map, name, value);
+        if (!isValueMarker(marker))
+            return marker == OVX_LEVEL_ALL ? takeLevel(marker) : readLevel(marker);
+        const OvxParm value = readValue(marker);
+        if (name && map) putProperty(map, name, value);
         return true;
     }
 
     bool readParameter(int marker)
     {
-        if (isLevelMarker(marker)) return takeLevel(marker);
-        OvxParm value;
-        if (!readValue(marker, value)) return false;
-        ovxIntlParmListAppend(ovxGetI18MsgParmList(event_->message), &value);
+        appendParameter(ovxGetI18MsgParmList(event_->message), readValue(marker));
         return true;
+    }
+
+    bool readLevel(int marker) { return isLevelMarker(marker) && takeLevel(marker); }
+
+    // The caller's strings outlive an event in an arena.
+    bool borrows() const { return event_->memory.isArena(); }
+
+    void putProperty(StringToStringMap *map, const char *name, const OvxParm &value)
+    {
+        if (borrows() && value.type == OVX_PARM_STRING)
+            map->putBorrowed(name, value.value.string);
+        else
+            setProperty(map, name, value);
+    }
+
+    void appendParameter(ParmList *list, const OvxParm &value)
+    {
+        if (!borrows())
+            ovxIntlParmListAppend(list, &value);
+        else if (list)
+            list->appendBorrowed(value);
     }
 
     bool takeLevel(int level)
@@ -90,22 +120,19 @@ class ParameterReader {
         return true;
     }
 
-    bool readValue(int marker, OvxParm &parm)
+    // The value behind a value marker, in the form in which the list carries it.
+    OvxParm readValue(int marker)
     {
-        parm.type = marker;
         switch (marker) {
-        case OVX_PARM_BOOL: parm.value.boolean = (va_arg(list_, int) & 0xFF) != 0; return true;
-        case OVX_PARM_INT: parm.value.integer = va_arg(list_, int); return true;
-        case OVX_PARM_LONG: parm.value.longInteger = va_arg(list_, long); return true;
+        case OVX_PARM_BOOL: return {marker, {.boolean = (va_arg(list_, int) & 0xFF) != 0}};
+        case OVX_PARM_INT: return {marker, {.integer = va_arg(list_, int)}};
+        case OVX_PARM_LONG: return {marker, {.longInteger = va_arg(list_, long)}};
         case OVX_PARM_FLOAT:
-            parm.value.floating = static_cast<float>(va_arg(list_, double));
-            return true;
-        case OVX_PARM_DOUBLE: parm.value.doubleFloating = va_arg(list_, double); return true;
+            return {marker, {.floating = static_cast<float>(va_arg(list_, double))}};
+        case OVX_PARM_DOUBLE: return {marker, {.doubleFloating = va_arg(list_, double)}};
         case OVX_PARM_CHAR:
-            parm.value.character = static_cast<signed char>(va_arg(list_, int));
-            return true;
-        case OVX_PARM_STRING: parm.value.string = va_arg(list_, char *); return true;
-        default: return false;
+            return {marker, {.character = static_cast<signed char>(va_arg(list_, int))}};
+        default: return {marker, {.string = va_arg(list_, char *)}};
         }
     }
 
@@ -116,6 +143,14 @@ class ParameterReader {
 const StringToStringMap *mapOf(const OvxEvent *event)
 {
     return event ? event->properties : nullptr;
+}
+
+char *numberText(Memory memory, int number)
+{
+    constexpr std::size_t kRoom = 12;
+    auto *text = static_cast<char *>(memory.allocate(kRoom));
+    if (text) *std::to_chars(text, text + kRoom - 1, number).ptr = '\0';
+    return text;
 }
 
 } // namespace
@@ -134,6 +169,21 @@ OvxEvent *makeEvent(Memory memory, int level, const char *catalog, int set, int 
     event->memory = memory;
     ParameterReader(event, parameters).readAll();
     return event;
+}
+
+void setSourceLocation(OvxEvent *event, const char *file, const char *function, int line)
+{
+    if (!file && !function) return;
+    StringToStringMap *map = ovxFetchEventPropMap(event);
+    if (!map) return;
+    // The names are distinct, so a map that was empty needs no search for them.
+    const auto put =
+        map->first() ? &StringToStringMap::putBorrowed : &StringToStringMap::addBorrowed;
+    if (file) {
+        (map->*put)(kPropSourceFile, const_cast<char *>(file));
+        (map->*put)(kPropSourceLine, numberText(map->memory(), line));
+    }
+    if (function) (map->*put)(kPropSourceFunction, const_cast<char *>(function));
 }
 
 const char *peekProperty(const OvxEvent *event, const char *name)

@@ -20,10 +20,18 @@ struct OvxEvent {
 
 namespace olvex {
 
+// The properties of a source location.
+inline constexpr char kPropSourceFile[] = "ovx_prop_srcfile";
+inline constexpr char kPropSourceFunction[] = "ovx_prop_srcfunction";
+inline constexpr char kPropSourceLine[] = "ovx_prop_srcline";
+
 // Makes an event in `memory`; the parameter list is read to its end. Null when memory runs out. An
-// event in an arena borrows catalog and text.
+// event in an arena lives no longer than the call that it serves, so it borrows that call's texts.
 OvxEvent *makeEvent(Memory memory, int level, const char *catalog, int set, int key,
                     const char *text, va_list parameters);
+
+// Sets the properties of a source location; a line without a file is none. The texts are borrowed.
+void setSourceLocation(OvxEvent *event, const char *file, const char *function, int line);
 
 // A property's value, borrowed, or null.
 const char *peekProperty(const OvxEvent *event, const char *name);

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "OvxPrintf.h"
+#include "OvxFormatPlan.h"
 #include "messages/Messages.h"
 #include "ucv/CatalogSearch.h"
 #include "util/Locked.h"
@@ -24,8 +24,8 @@ struct CodeSets {
     uc_ch_t *spare;
 } codeSets = {};
 
-// The parsed form of a message's text, its memory kept from one message to the next.
-PrintScratch bindScratch;
+// The messages' texts, parsed.
+FormatCache formats;
 
 void replaceText(const Memory &memory, const char *&text, const char *value)
 {
@@ -42,7 +42,7 @@ bool addParameter(OvxI18Msg *msg, const OvxParm &parm)
 bool printOrDefault(const OvxI18Msg *msg, const char *format, CxStringBuff *buffer)
 {
     const auto before = buffer->length;
-    printParms(buffer, format, msg->parameters, bindScratch);
+    if (format) formats.planOf(format).print(buffer, msg->parameters);
     if (buffer->length > before) return true;
     return msg->text && CxStringBuffAppendStr(buffer, msg->text) == 1;
 }
@@ -213,7 +213,7 @@ int ovxI18UninitUcv()
     freeCodeSet(codeSets.cs1047);
     freeCodeSet(codeSets.cs37);
     freeCodeSet(codeSets.spare);
-    bindScratch.discard();
+    formats.discard();
     ucv::forgetSearches();
     ucv::closeToolkitCatalogs();
     return ucv_uninit();

@@ -15,18 +15,14 @@ namespace {
 // Where events of logging calls live, one inside the other when a report is logged on the way.
 Arena eventArena;
 
-// An event of one logging call: made in the arena, gone with its scope.
+// An event of one logging call: made in the arena with all that it owns, gone with its scope.
 class CallEvent {
   public:
     CallEvent(int level, const char *catalog, int set, int key, const char *text, va_list list)
         : mark_(eventArena.mark()),
           event_(makeEvent(Memory(&eventArena), level, catalog, set, key, text, list))
     {}
-    ~CallEvent()
-    {
-        OvxFreeEvent(event_);
-        eventArena.release(mark_);
-    }
+    ~CallEvent() { eventArena.release(mark_); }
     CallEvent(const CallEvent &) = delete;
     CallEvent &operator=(const CallEvent &) = delete;
 
@@ -107,11 +103,7 @@ void ovxLogDebugEntry(OvxObject *logger, int level, const char *srcFile, const c
     if (!log) return;
     const CallEvent event(level, nullptr, 0, 0, text, parameters);
     OvxSetEventIsMessage(event.get(), false);
-    if (srcFile) {
-        OvxSetEventProp(event.get(), "ovx_prop_srcfile", srcFile);
-        OvxSetEventPropInt(event.get(), "ovx_prop_srcline", srcLine);
-    }
-    if (srcFunction) OvxSetEventProp(event.get(), "ovx_prop_srcfunction", srcFunction);
+    setSourceLocation(event.get(), srcFile, srcFunction, srcLine);
     hand(logger, log, event.get());
 }
 

@@ -1,40 +1,12 @@
 // Printing with typed parameters, on the formatted-output engine.
 #include "OvxPrintf.h"
 
+#include "OvxFormatPlan.h"
 #include "util/CxPrintUtil.h"
-#include "util/OvxParmList.h"
 
 using namespace olvex;
 
 namespace {
-
-// Puts a parameter's value into an argument slot; an unknown type leaves the slot as it is.
-void fillSlot(CxPrintfArg &slot, const OvxParm &parm)
-{
-    switch (parm.type) {
-    case OVX_PARM_BOOL: return setInt(slot, kInt, parm.value.boolean);
-    case OVX_PARM_INT: return setInt(slot, kInt, parm.value.integer);
-    case OVX_PARM_LONG: return setInt(slot, kLong, parm.value.longInteger);
-    case OVX_PARM_FLOAT: return setDouble(slot, static_cast<long double>(parm.value.floating));
-    case OVX_PARM_DOUBLE:
-        return setDouble(slot, static_cast<long double>(parm.value.doubleFloating));
-    case OVX_PARM_CHAR: return setInt(slot, kUnsignedChar, parm.value.character);
-    case OVX_PARM_STRING: return setString(slot, parm.value.string);
-    default: return;
-    }
-}
-
-// Slots beyond the parameters make the whole fail; parameters beyond the slots are not used.
-bool fillSlots(CxPrintfArgs &arguments, const ParmList *parms)
-{
-    const ParmListNode *node = parms ? parms->first() : nullptr;
-    for (int index = 0; index < arguments.count; ++index) {
-        if (!node) return false;
-        fillSlot(arguments.items[index], *node->element());
-        node = node->next();
-    }
-    return true;
-}
 
 constexpr struct {
     int type;
@@ -101,29 +73,15 @@ void appendParm(CxStringBuff *buffer, const OvxParm &parm)
     }
 }
 
-void PrintScratch::discard()
-{
-    cxPrintfDiscard(&formats, &arguments);
-}
-
-void printParms(CxStringBuff *buffer, const char *format, const ParmList *parms,
-                PrintScratch &scratch)
-{
-    cxPrintfReset(&scratch.formats, &scratch.arguments);
-    if (CxPrintfProcessFmts(format, &scratch.formats, &scratch.arguments) != 0) return;
-    if (!fillSlots(scratch.arguments, parms)) return;
-    char error = 0;
-    cxPrintfEmitAll(nullptr, buffer, &scratch.formats, &scratch.arguments, &error);
-}
-
 } // namespace olvex
 
 char *OvxAprintf(const char *format, const ParmList *parms)
 {
-    PrintScratch scratch;
+    FormatPlan plan;
     CxStringBuff buffer = {};
-    printParms(&buffer, format, parms, scratch);
-    scratch.discard();
+    plan.parse(format);
+    plan.print(&buffer, parms);
+    plan.discard();
     if (buffer.length == 0) CxStringBuffDiscard(&buffer);
     return CxStringBuffTakeStr(&buffer);
 }

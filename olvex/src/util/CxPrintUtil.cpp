@@ -119,14 +119,6 @@ bool emitConversion(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmt &i
     }
 }
 
-bool emit(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmt &item,
-          const CxPrintfArgs &arguments)
-{
-    if (item.kind == 0) return emitConversion(codeSet, buffer, item, arguments);
-    const char *text = item.from.textStart;
-    return appendBytes(buffer, text, static_cast<std::size_t>(item.to.textEnd - text) + 1);
-}
-
 // Parses, gathers from whatever the arguments come in, and emits.
 template <class Source>
 int print(uc_ch_t *codeSet, CxStringBuff *buffer, const char *format, Source source)
@@ -155,13 +147,21 @@ void cxPrintfDiscard(CxPrintfFmts *formats, CxPrintfArgs *arguments)
     arguments->items = nullptr;
 }
 
+bool cxPrintfEmit(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmt &item,
+                  const CxPrintfArgs &arguments)
+{
+    if (item.kind == 0) return emitConversion(codeSet, buffer, item, arguments);
+    const char *text = item.from.textStart;
+    return appendBytes(buffer, text, static_cast<std::size_t>(item.to.textEnd - text) + 1);
+}
+
 int cxPrintfEmitAll(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmts *formats,
                     const CxPrintfArgs *arguments, char *error)
 {
     *error = 0;
     const std::uint32_t before = buffer->length;
     for (std::int32_t i = 0; !*error && i < formats->count; ++i)
-        if (!emit(codeSet, buffer, formats->items[i], *arguments)) *error = 1;
+        if (!cxPrintfEmit(codeSet, buffer, formats->items[i], *arguments)) *error = 1;
     return static_cast<int>(buffer->length - before);
 }
 

@@ -138,6 +138,10 @@ inline void cxPrintfReset(CxPrintfFmts *formats, CxPrintfArgs *arguments)
 
 void cxPrintfDiscard(CxPrintfFmts *formats, CxPrintfArgs *arguments);
 
+// Prints one item with the values of the table; false when it cannot be printed.
+bool cxPrintfEmit(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmt &item,
+                  const CxPrintfArgs &arguments);
+
 // Prints all items with the values of the table; sets the error byte to 0 or 1 and returns the
 // number of bytes appended.
 int cxPrintfEmitAll(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmts *formats,

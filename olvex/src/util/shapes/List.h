@@ -59,6 +59,18 @@ class ListShape : public Chain<Node> {
         return true;
     }
 
+    // For lists in an arena, whose elements point to what lives as long as they do.
+    bool appendBorrowed(const std::remove_pointer_t<Stored> &element)
+    {
+        Node *node = this->makeNode(sizeof element);
+        if (!node) return false;
+        node->element_ =
+            ::new (static_cast<void *>(node + 1)) std::remove_pointer_t<Stored>(element);
+        node->owner_ = static_cast<List *>(this);
+        Chain<Node>::append(node);
+        return true;
+    }
+
     void remove(Node *node)
     {
         this->unlink(node);

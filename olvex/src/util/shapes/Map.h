@@ -1,5 +1,6 @@
 // The map: string keys in order of insertion. A node's block holds the key and, where values are
-// strings, the value it was made with; a value that replaces it has a block of its own.
+// strings, the value it was made with; a value that replaces it has a block of its own. A map in an
+// arena can borrow keys and values that outlive it.
 #pragma once
 
 #include "util/shapes/Policies.h"
@@ -14,18 +15,20 @@ class MapNode : public Link<Node> {
     using Stored = typename Policy::Stored;
 
     // Borrowed: valid while the node is in its map and, for the value, until it is replaced.
-    const char *key() const { return reinterpret_cast<const char *>(block() + 1); }
+    const char *key() const { return key_; }
     Stored value() const { return value_; }
-    bool matches(const char *sought) const { return std::strcmp(key(), sought) == 0; }
-    char *handOutKey() const { return Memory().duplicate(key()); }
+    bool matches(const char *sought) const
+    {
+        return key_ == sought || (*key_ == *sought && std::strcmp(key_, sought) == 0);
+    }
+    char *handOutKey() const { return Memory().duplicate(key_); }
     auto handOut() const { return Policy::handOut(value_); }
 
   private:
     template <class, class, class>
     friend class MapShape;
 
-    const Node *block() const { return static_cast<const Node *>(this); }
-
+    const char *key_ = nullptr;
     Stored value_{};
 };
 
@@ -44,6 +47,23 @@ class MapShape : public NamedChain<Node> {
         if (!key) return false;
         Node *node = this->find(key);
         return node ? replace(node, value) : insert(key, value);
+    }
+
+    // For maps in an arena, whose keys and values are text that lives as long as they do.
+    bool putBorrowed(const char *key, Stored value)
+    {
+        return !key || this->find(key) ? put(key, value) : addBorrowed(key, value);
+    }
+
+    // The same for a key that is not there yet.
+    bool addBorrowed(const char *key, Stored value)
+    {
+        Node *node = this->makeNode(0);
+        if (!node) return false;
+        node->key_ = key;
+        node->value_ = value;
+        this->append(node);
+        return true;
     }
 
     auto get(const char *key) const
@@ -87,7 +107,7 @@ class MapShape : public NamedChain<Node> {
     static char *behindKey(Node *node)
     {
         auto *key = reinterpret_cast<char *>(node + 1);
-        return key + std::strlen(key) + 1;
+        return node->key_ == key ? key + std::strlen(key) + 1 : nullptr;
     }
 
     bool insert(const char *key, Given value)
@@ -95,7 +115,7 @@ class MapShape : public NamedChain<Node> {
         const std::size_t keyRoom = std::strlen(key) + 1;
         Node *node = this->makeNode(keyRoom + Policy::room(value));
         if (!node) return false;
-        std::memcpy(node + 1, key, keyRoom);
+        node->key_ = static_cast<const char *>(std::memcpy(node + 1, key, keyRoom));
         if (value) node->value_ = Policy::keep(value, behindKey(node));
         this->append(node);
         return true;
