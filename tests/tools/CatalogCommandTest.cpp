@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
+#include "Paths.h"
 #include "catalog/CatalogFile.h"
 #include "catalog/Check.h"
 #include "catalog/Source.h"

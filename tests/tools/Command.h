@@ -17,6 +17,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "Paths.h"
+
 namespace tools_test {
 
 // A file of the given contents without a name, at its beginning.

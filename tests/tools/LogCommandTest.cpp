@@ -1,5 +1,6 @@
 // `olvex log` from outside: what it writes, counts and answers.
 #include "Command.h"
+#include "Paths.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,7 @@
 // Message catalogs: which file is found, what is read from it, what stays cached, and files that
 // are not what they say.
 #include "CatalogFiles.h"
+#include "Paths.h"
 
 #include <gtest/gtest.h>
 

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "Paths.h"
 #include "ucv/Handle.h"
 
 namespace {
