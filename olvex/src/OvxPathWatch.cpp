@@ -150,8 +150,12 @@ bool PathWatch::isQuiet() const
 
 void PathWatch::beforeLook(const char *path)
 {
+    if (isQuiet()) return;
+    watchedSince_ = 0;
     if (isRefused_ || ++looks < kLooksBeforeWatching) return;
     looks = kLooksBeforeWatching;
+    if (--looksToGo_ > 0) return;
+    looksToGo_ = kLooksBetweenWatches;
     if (instance < 0) instance = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     if (!isUser_) ++users;
     isUser_ = true;

@@ -32,12 +32,17 @@ class PathWatch {
     std::uint64_t watchedSince_ = 0; // a time of the process's watch; 0: not watched
     int file_ = -1;                  // the watch on what the path led to
     bool isUser_ = false;
+    int looksToGo_ = 0;      // before it is watched again
     bool isRefused_ = false; // cannot be watched until opened anew
 };
 
 // How many looks come before the first watch: so many cost as much as giving back the watch when
 // the process ends, which short-lived programs shall not pay for.
 inline constexpr int kLooksBeforeWatching = 10000;
+
+// How many looks come between the watches of one path, so that one to which things happen all the
+// time is looked at instead.
+inline constexpr int kLooksBetweenWatches = 32;
 
 // For tests: as if so many looks had come before.
 void countPathLooks(int looks);

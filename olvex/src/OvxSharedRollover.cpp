@@ -18,7 +18,9 @@ using namespace olvex;
 
 namespace {
 
+// Hosts may have small stacks.
 constexpr std::size_t kCopyBlock = 8192;
+constexpr std::size_t kCompareBlock = 4096;
 
 bool exists(const char *path)
 {
@@ -76,8 +78,8 @@ class OpenFile {
 bool isBeginningOf(CxFile active, const char *path)
 {
     OpenFile copy(path, O_RDONLY, 0);
-    char ours[kCopyBlock];
-    char theirs[kCopyBlock];
+    char ours[kCompareBlock];
+    char theirs[kCompareBlock];
     for (off_t at = 0;;) {
         const ssize_t count = pread(*copy.get(), theirs, sizeof theirs, at);
         if (count <= 0) return true;

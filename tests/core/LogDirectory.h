@@ -16,8 +16,8 @@ class LogDirectory {
   public:
     explicit LogDirectory(const std::string &parent = "/tmp")
     {
-        std::string pattern = parent + "/olvex-logs-XXXXXX";
-        path_ = mkdtemp(pattern.data());
+        path_ = make(parent);
+        if (path_.empty()) path_ = make("/tmp");
     }
     ~LogDirectory() { std::filesystem::remove_all(path_); }
     LogDirectory(const LogDirectory &) = delete;
@@ -48,6 +48,12 @@ class LogDirectory {
     }
 
   private:
+    static std::string make(const std::string &parent)
+    {
+        std::string pattern = parent + "/olvex-logs-XXXXXX";
+        return mkdtemp(pattern.data()) ? pattern : std::string();
+    }
+
     std::filesystem::path path_;
 };
 
