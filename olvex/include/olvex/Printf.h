@@ -75,7 +75,10 @@ OVX_API int CxStringBuffPrintfV(uc_ch_t *codeSet, CxStringBuff *buffer, const ch
 OVX_API int CxStringBuffPrintfA(uc_ch_t *codeSet, CxStringBuff *buffer, const char *format,
                                 const CxPrintfValue *values);
 
-/** Parses a format into `formats` and notes the argument types in `arguments`; 0, or 1 on error. */
+/**
+ * Parses a format, which must outlive the items, into `formats` and notes the argument types in
+ * `arguments`; 0, or 1 on error. Either way `items` of both are yours to free with BaxMemoryFree().
+ */
 OVX_API int CxPrintfProcessFmts(const char *format, CxPrintfFmts *formats, CxPrintfArgs *arguments);
 
 OVX_END_DECLS

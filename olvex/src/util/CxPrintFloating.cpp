@@ -3,6 +3,7 @@
 #include "util/CxPrintNumber.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "util/CxStringBuff.h"
 
@@ -140,36 +141,41 @@ const char *textOfNonFinite(char conversion, long double value)
     return isUpper(conversion) ? "INF" : "inf";
 }
 
-// "%a" with its flags, width and precision as the system prints it.
+// "%a" with the directive's flags, for the system's printf; width and precision are arguments.
+struct SystemFormat {
+    char text[16] = "%";
+
+    explicit SystemFormat(const Directive &directive)
+    {
+        constexpr std::pair<FormatFlag, char> kFlags[] = {{kFlagLeft, '-'},
+                                                          {kFlagZero, '0'},
+                                                          {kFlagPlus, '+'},
+                                                          {kFlagSpace, ' '},
+                                                          {kFlagAlternate, '#'}};
+        char *at = text + 1;
+        for (const auto &[flag, character] : kFlags)
+            if (directive.has(flag)) *at++ = character;
+        at = stpcpy(at, directive.slot.type == kLongDouble ? "*.*L" : "*.*");
+        *at = directive.item.conversion;
+    }
+};
+
 bool printHexadecimal(const Directive &directive, long double value, CxStringBuff *buffer)
 {
-    char format[16] = "%";
-    char *at = format + 1;
-    constexpr struct {
-        FormatFlag flag;
-        char character;
-    } kFlags[] = {{kFlagLeft, '-'},
-                  {kFlagZero, '0'},
-                  {kFlagPlus, '+'},
-                  {kFlagSpace, ' '},
-                  {kFlagAlternate, '#'}};
-    for (const auto &entry : kFlags)
-        if (directive.has(entry.flag)) *at++ = entry.character;
-    const bool isLong = directive.slot.type == kLongDouble;
-    std::strcpy(at, isLong ? "*.*L" : "*.*");
-    const char conversion[] = {directive.item.conversion, '\0'};
-    std::strcat(at, conversion);
+    const SystemFormat format(directive);
     const auto width = static_cast<int>(directive.width);
-    const auto print = [&](char *target, std::size_t size) {
-        return isLong ? std::snprintf(target, size, format, width, directive.precision, value)
-                      : std::snprintf(target, size, format, width, directive.precision,
-                                      static_cast<double>(value));
+    const int precision = directive.precision;
+    const auto print = [&](char *to, std::size_t size) {
+        return directive.slot.type == kLongDouble
+                   ? std::snprintf(to, size, format.text, width, precision, value)
+                   : std::snprintf(to, size, format.text, width, precision,
+                                   static_cast<double>(value));
     };
     const int count = print(nullptr, 0);
-    if (count < 0 || !cxStringBuffHasCapacity(buffer, static_cast<std::size_t>(count)))
-        return false;
-    print(buffer->str + buffer->length, static_cast<std::size_t>(count) + 1);
-    extend(buffer, static_cast<std::size_t>(count));
+    const auto size = static_cast<std::size_t>(std::max(count, 0));
+    if (count < 0 || !cxStringBuffHasCapacity(buffer, size)) return false;
+    print(buffer->str + buffer->length, size + 1);
+    extend(buffer, size);
     return true;
 }
 
@@ -198,28 +204,40 @@ int digitsWanted(char conversion, std::int64_t precision)
     return static_cast<int>(std::min<std::int64_t>(wanted, kMostDigits));
 }
 
+bool hasExponent(char conversion, const Decimal &decimal, std::int64_t precision)
+{
+    const int exponent = decimal.point - 1;
+    return isGeneral(conversion) ? exponent >= precision || exponent < -4
+                                 : isLowered(conversion, 'e');
+}
+
+// Fills the fraction up to its precision, or leaves out its trailing zeros, and decides on the
+// point.
+void finishFraction(const Directive &directive, std::int64_t precision, Number &number)
+{
+    const bool alternate = directive.has(kFlagAlternate);
+    if (isGeneral(directive.item.conversion) && !alternate)
+        trimFraction(number);
+    else
+        number.trailingZeros = precision - number.fractionZeros - std::ssize(number.fraction);
+    const std::int64_t size =
+        number.fractionZeros + std::ssize(number.fraction) + number.trailingZeros;
+    number.hasPoint = alternate || size > 0;
+}
+
 // Arranges a decimal as its conversion wants it.
 void arrange(const Directive &directive, Decimal &decimal, std::int64_t precision, Number &number)
 {
     const char conversion = directive.item.conversion;
-    const bool general = isGeneral(conversion);
-    const int exponent = decimal.point - 1;
-    const bool withExponent =
-        general ? exponent >= precision || exponent < -4 : isLowered(conversion, 'e');
-    if (general) precision -= withExponent ? 1 : decimal.point;
+    const bool withExponent = hasExponent(conversion, decimal, precision);
+    if (isGeneral(conversion)) precision -= withExponent ? 1 : decimal.point;
     if (withExponent) {
         arrangeExponent(decimal, precision, number);
         number.exponent = decimal.writeExponent(isUpper(conversion) ? 'E' : 'e');
     } else {
         arrangeFixed(decimal, precision, number);
     }
-    const bool alternate = directive.has(kFlagAlternate);
-    if (general && !alternate)
-        trimFraction(number);
-    else
-        number.trailingZeros = precision - number.fractionZeros - std::ssize(number.fraction);
-    number.hasPoint =
-        alternate || number.fractionZeros + std::ssize(number.fraction) + number.trailingZeros > 0;
+    finishFraction(directive, precision, number);
 }
 
 bool printFinite(const Directive &directive, long double value, Number &number,

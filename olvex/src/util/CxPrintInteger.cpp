@@ -65,29 +65,42 @@ bool isPlain(const Directive &directive)
     return directive.item.flags == 0 && directive.width == 0 && directive.precision < 0;
 }
 
+bool appendDigits(const Directive &directive, std::uint64_t magnitude, const char *sign,
+                  CxStringBuff *buffer)
+{
+    const char conversion = directive.item.conversion;
+    const Digits digits(magnitude, conversion);
+    const std::int64_t wanted = directive.precision < 0 ? 1 : directive.precision;
+    Number number;
+    std::strcpy(number.lead, sign);
+    number.integer = digits.view();
+    number.leadingZeros = std::max<std::int64_t>(wanted - std::ssize(number.integer), 0);
+    if (directive.has(kFlagAlternate) && magnitude != 0) addAlternateForm(conversion, number);
+    number.zeroPads = directive.precision < 0;
+    number.groups = directive.has(kFlagGroup) && (conversion == 'd' || conversion == 'u');
+    return appendNumber(directive, number, buffer);
+}
+
+bool printSigned(const Directive &directive, std::int64_t value, CxStringBuff *buffer)
+{
+    if (isPlain(directive)) return CxStringBuffAppendInt64(buffer, value) == 1; // most are
+    const auto bits = static_cast<std::uint64_t>(value);
+    return appendDigits(directive, value < 0 ? 0 - bits : bits, signOf(directive, value < 0),
+                        buffer);
+}
+
 } // namespace
 
 bool printInteger(const Directive &directive, CxStringBuff *buffer)
 {
     const char conversion = directive.item.conversion;
     if (!canServe(conversion, directive.slot.type)) return false;
-    auto value = slotAs<std::uint64_t>(directive.slot);
-    if (conversion == 'p') value = static_cast<std::uintptr_t>(value);
+    const auto value = slotAs<std::uint64_t>(directive.slot);
     if (directive.precision == 0 && value == 0) return true;
-    const bool isSigned = conversion == 'd';
-    if (isSigned && isPlain(directive)) // as most numbers in messages are
-        return CxStringBuffAppendInt64(buffer, static_cast<std::int64_t>(value)) == 1;
-    const bool negative = isSigned && static_cast<std::int64_t>(value) < 0;
-    const Digits digits(negative ? 0 - value : value, conversion);
-    Number number;
-    number.integer = digits.view();
-    const std::int64_t wanted = directive.precision < 0 ? 1 : directive.precision;
-    number.leadingZeros = std::max<std::int64_t>(wanted - std::ssize(number.integer), 0);
-    if (isSigned) std::strcpy(number.lead, signOf(directive, negative));
-    if (directive.has(kFlagAlternate) && value != 0) addAlternateForm(conversion, number);
-    number.zeroPads = directive.precision < 0;
-    number.groups = directive.has(kFlagGroup) && (isSigned || conversion == 'u');
-    return appendNumber(directive, number, buffer);
+    if (conversion == 'd') return printSigned(directive, static_cast<std::int64_t>(value), buffer);
+    const bool isPointer = conversion == 'p';
+    return appendDigits(directive, isPointer ? static_cast<std::uintptr_t>(value) : value, "",
+                        buffer);
 }
 
 } // namespace olvex

@@ -52,8 +52,6 @@ class Writer {
     // Leaves a gap and returns where it ends.
     char *skip(std::int64_t count) { return at_ += count; }
 
-    std::size_t sizeFrom(const char *start) const { return static_cast<std::size_t>(at_ - start); }
-
   private:
     char *at_;
 };
@@ -130,38 +128,61 @@ class IntegerPart {
     std::int64_t size_;
 };
 
-void writeFraction(Writer &writer, const Number &number, std::string_view point)
-{
-    writer.put(point);
-    writer.fill('0', number.fractionZeros);
-    writer.put(number.fraction);
-    writer.fill('0', number.trailingZeros);
-    writer.put(number.exponent);
-}
+// A number with what the locale and the directive's width add to it.
+class Layout {
+  public:
+    Layout(const Directive &directive, const Number &number)
+        : number_(number),
+          integer_(number),
+          point_(number.hasPoint ? localeconv()->decimal_point : "")
+    {
+        const std::int64_t size = sizeOf(number.lead) + number.leadingZeros + integer_.size() +
+                                  sizeOf(point_) + number.fractionZeros + sizeOf(number.fraction) +
+                                  number.trailingZeros + sizeOf(number.exponent);
+        const std::int64_t padding = std::max<std::int64_t>(directive.width - size, 0);
+        size_ = size + padding;
+        if (directive.has(kFlagLeft))
+            blanksAfter_ = padding;
+        else if (number.zeroPads && directive.has(kFlagZero))
+            zeros_ = padding;
+        else
+            blanksBefore_ = padding;
+    }
+
+    std::size_t size() const { return static_cast<std::size_t>(size_); }
+
+    void write(Writer writer) const
+    {
+        writer.fill(' ', blanksBefore_);
+        writer.put(number_.lead);
+        writer.fill('0', zeros_ + number_.leadingZeros);
+        integer_.write(writer);
+        writer.put(point_);
+        writer.fill('0', number_.fractionZeros);
+        writer.put(number_.fraction);
+        writer.fill('0', number_.trailingZeros);
+        writer.put(number_.exponent);
+        writer.fill(' ', blanksAfter_);
+    }
+
+  private:
+    const Number &number_;
+    IntegerPart integer_;
+    std::string_view point_;
+    std::int64_t size_ = 0;
+    std::int64_t blanksBefore_ = 0;
+    std::int64_t zeros_ = 0;
+    std::int64_t blanksAfter_ = 0;
+};
 
 } // namespace
 
 bool appendNumber(const Directive &directive, const Number &number, CxStringBuff *buffer)
 {
-    const std::string_view lead = number.lead;
-    const std::string_view point = number.hasPoint ? localeconv()->decimal_point : "";
-    const IntegerPart integer(number);
-    const std::int64_t size = sizeOf(lead) + number.leadingZeros + integer.size() + sizeOf(point) +
-                              number.fractionZeros + sizeOf(number.fraction) +
-                              number.trailingZeros + sizeOf(number.exponent);
-    const std::int64_t padding = std::max<std::int64_t>(directive.width - size, 0);
-    const bool left = directive.has(kFlagLeft);
-    const bool zeros = !left && number.zeroPads && directive.has(kFlagZero);
-    if (!cxStringBuffHasCapacity(buffer, static_cast<std::size_t>(size + padding))) return false;
-    char *const start = buffer->str + buffer->length;
-    Writer writer(start);
-    writer.fill(' ', left || zeros ? 0 : padding);
-    writer.put(lead);
-    writer.fill('0', number.leadingZeros + (zeros ? padding : 0));
-    integer.write(writer);
-    writeFraction(writer, number, point);
-    writer.fill(' ', left ? padding : 0);
-    extend(buffer, writer.sizeFrom(start));
+    const Layout layout(directive, number);
+    if (!cxStringBuffHasCapacity(buffer, layout.size())) return false;
+    layout.write(Writer(buffer->str + buffer->length));
+    extend(buffer, layout.size());
     return true;
 }
 
