@@ -26,8 +26,8 @@ struct Range {
 constexpr std::size_t kBlockSize = 512;
 constexpr std::size_t kBlockCount = 0x10000 / kBlockSize;
 
-// Runs shorter than this go into lists: a key should not have to look at many ranges.
-constexpr std::size_t kShortestRun = 32;
+// Runs shorter than this go into lists: the keys of a text should lie in few ranges.
+constexpr std::size_t kShortestRun = 512;
 // Holes of up to so many keys are filled in a list where a filler exists.
 constexpr std::size_t kLongestHole = 8;
 
@@ -79,7 +79,7 @@ class Direction {
     std::size_t addFrom(std::size_t at)
     {
         const std::size_t run = runFrom(at);
-        if (run < kShortestRun) return addList(at);
+        if (run < kShortestRun && entries_[at].number != kHole) return addList(at);
         add(at, at + run, kRun, entries_[at].number);
         return at + run;
     }
@@ -101,6 +101,7 @@ class Direction {
     bool continuesList(std::size_t begin, std::size_t at) const
     {
         if (at == begin) return true;
+        if (entries_[at].number == kHole) return false; // in a list it would be none
         const std::size_t hole = entries_[at].key - entries_[at - 1].key - 1u;
         return hole <= (fillsHoles_ ? kLongestHole : 0) && runFrom(at) < kShortestRun;
     }

@@ -12,13 +12,16 @@ class AsciiFamily {
     using Place = char;
     using Utf8Side = ShortUtf8;
     using Ucs2Side = Ucs2;
+    static constexpr bool kHasShifts = false;
 
-    explicit AsciiFamily(const uc_ch_t &handle) : table_(handle), keepsAscii_(handle.keepsAscii) {}
+    explicit AsciiFamily(const uc_ch_t &handle)
+        : table_(handle.table->lookup), keepsAscii_(handle.keepsAscii)
+    {}
     bool copiesAscii() const { return keepsAscii_; }
     static int substitute(char *out, std::size_t room) { return put(out, room, '?'); }
 
   protected:
-    Sections table_;
+    const Lookup &table_;
 
   private:
     bool keepsAscii_;
@@ -26,23 +29,20 @@ class AsciiFamily {
 
 // A byte is found in the row of the value's high byte; the table's own substitution byte means
 // that there is none, but for the character that it stands for.
-inline int encodeByRow(const Sections &table, CodePoint value, char *out, std::size_t room)
+inline int encodeByRow(const Lookup &table, CodePoint value, char *out, std::size_t room)
 {
-    const unsigned char *byte = table.mappingBytes(4 * table.rowOf(value) + (value & 0xFF), 1);
-    if (!byte) return kNoCode;
-    if (*byte == table.substitute() && value != table.substituteValue()) return kNoCode;
-    return put(out, room, *byte);
+    const unsigned char byte = table.fromRows[value >> 8][value & 0xFF];
+    if (byte == table.substitute && value != table.substituteValue) return kNoCode;
+    return put(out, room, byte);
 }
 
 class AsciiSingleByte : public AsciiFamily {
   public:
+    static constexpr std::size_t kLongest = 1;
     using AsciiFamily::AsciiFamily;
 
-    Decoded decode(const char *in, std::size_t) const
-    {
-        const CodePoint byte = byteOf(in[0]);
-        return byte < 0x80 ? Decoded{1, byte} : mapped(1, table_.byByte(byte));
-    }
+    Decoded decode(const char *in, std::size_t) const { return {1, table_.values[byteOf(in[0])]}; }
+    const Utf8Bytes &utf8Of(char byte) const { return table_.utf8[byteOf(byte)]; }
 
     int encode(CodePoint value, char *out, std::size_t room) const
     {
@@ -51,36 +51,33 @@ class AsciiSingleByte : public AsciiFamily {
 };
 
 // The 16-bit code in the row of the value's high byte.
-inline CodePoint codeByRow(const Sections &table, CodePoint value)
+inline CodePoint codeByRow(const Lookup &table, CodePoint value)
 {
-    return table.mapping16(4 * table.rowOf(value) + 2 * (value & 0xFF));
+    return load16(table.fromRows[value >> 8] + 2 * (value & 0xFF));
 }
 
-// The value in the row of a leading byte, which is 0 for single bytes.
-inline CodePoint valueByRow(const Sections &table, CodePoint lead, char trail)
+// The value in the row of a leading byte.
+inline CodePoint valueByRow(const Lookup &table, const char *in)
 {
-    return table.mapping16(4 * table.byByte(lead) + 2 * byteOf(trail));
+    return load16(table.toRows[byteOf(in[0])] + 2 * byteOf(in[1]));
 }
 
 class AsciiDoubleByte : public AsciiFamily {
   public:
+    static constexpr std::size_t kLongest = 2;
     using AsciiFamily::AsciiFamily;
 
     Decoded decode(const char *in, std::size_t size) const
     {
         const CodePoint lead = byteOf(in[0]);
-        if (lead < 0x80) return {1, lead};
-        switch (table_.classOf(lead)) {
-        case 1: return mapped(1, valueByRow(table_, 0, in[0]));
-        case 2: return size < 2 ? kCut : mapped(2, valueByRow(table_, lead, in[1]));
-        default: return {1, kUnmapped};
-        }
+        if (table_.following[lead] == 0) return {1, table_.values[lead]};
+        return size < 2 ? kCut : mapped(2, valueByRow(table_, in));
     }
 
     int encode(CodePoint value, char *out, std::size_t room) const
     {
         const CodePoint code = codeByRow(table_, value);
-        if (code == Sections::kHole) return kNoCode;
+        if (code == kHole) return kNoCode;
         return code < 0x100 ? put(out, room, code) : put(out, room, code >> 8, code);
     }
 };
@@ -89,51 +86,46 @@ class AsciiDoubleByte : public AsciiFamily {
 // for every byte between a first and a last one.
 class AsciiMultiByte : public AsciiFamily {
   public:
+    static constexpr std::size_t kLongest = 4; // more happens only in odd tables
     using AsciiFamily::AsciiFamily;
 
     Decoded decode(const char *in, std::size_t size) const
     {
         const CodePoint lead = byteOf(in[0]);
-        if (lead < 0x80) return {1, lead};
-        const std::size_t length = table_.classOf(lead);
-        if (length == 0 || length == kInvalid) return {1, kUnmapped};
-        if (length == 1) return mapped(1, valueByRow(table_, 0, in[0]));
-        if (size < length) return kCut;
-        CodePoint value = table_.byByte(lead);
-        for (std::size_t i = 1; i < length && value != Sections::kHole; ++i)
-            value = entry(value, byteOf(in[i]));
-        return mapped(length, value);
+        const std::size_t following = table_.following[lead];
+        if (following == 0) return {1, table_.values[lead]};
+        if (size <= following) return kCut;
+        CodePoint value = entry(table_.toRows[lead], byteOf(in[1]));
+        if (following == 1) return mapped(2, value); // a constant, for which nothing must wait
+        for (std::size_t i = 2; i <= following && value != kHole; ++i)
+            value = entry(table_.row(value), byteOf(in[i]));
+        return mapped(following + 1, value);
     }
 
     int encode(CodePoint value, char *out, std::size_t room) const
     {
-        const std::size_t pair = 4 * (table_.rowOf(value) + (value & 0xFF));
-        const CodePoint prefix = table_.mapping16(pair);
-        const CodePoint code = table_.mapping16(pair + 2);
+        const unsigned char *pair = table_.fromRows[value >> 8] + 4 * (value & 0xFF);
+        const CodePoint prefix = load16(pair);
+        const CodePoint code = load16(pair + 2);
         if (code < 0x100) return put(out, room, code);
-        if (prefix == Sections::kHole) return kNoCode;
         return encodeWithPrefix(kPrefixSize * prefix, code, out, room);
     }
 
   private:
-    static constexpr std::size_t kInvalid = 255;
     static constexpr std::size_t kPrefixSize = 16; // up to 14 bytes, then their count
     static constexpr std::size_t kLongestPrefix = 14;
 
-    CodePoint entry(CodePoint node, CodePoint byte) const
+    static CodePoint entry(const unsigned char *node, CodePoint byte)
     {
-        const CodePoint count = table_.mapping16(4 * node);
-        const CodePoint first = table_.mapping16(4 * node + 2);
-        if (count == Sections::kHole || byte < first || byte - first >= count)
-            return Sections::kHole;
-        return table_.mapping16(4 * node + 4 + 2 * (byte - first));
+        const CodePoint place = byte - load16(node + 2); // far outside for a byte before the first
+        return place < load16(node) ? load16(node + 4 + 2 * place) : kHole;
     }
 
     int encodeWithPrefix(std::size_t at, CodePoint code, char *out, std::size_t room) const
     {
-        const unsigned char *prefix = table_.mappingBytes(at, kPrefixSize);
-        if (!prefix) return kNoCode;
-        const std::size_t count = Sections::load(prefix + kLongestPrefix);
+        if (at + kPrefixSize > table_.mappingSize) return kNoCode;
+        const unsigned char *prefix = table_.mapping + at;
+        const std::size_t count = load16(prefix + kLongestPrefix);
         if (count > kLongestPrefix) return kNoCode;
         if (room < count + 2) return kNoRoom;
         for (std::size_t i = 0; i < count; ++i)

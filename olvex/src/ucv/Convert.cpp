@@ -22,21 +22,21 @@ namespace {
 // UTF-8 as it is, cut at a character when it does not fit.
 Result copyUtf8(uc_ch_t &, Span<const char> &in, Span<char> &out)
 {
-    std::size_t count = std::min(in.left, out.left);
-    if (count < in.left)
+    std::size_t count = std::min(in.left(), out.left());
+    if (count < in.left())
         while (count > 0 && (in.at[count] & 0xC0) == 0x80)
             --count;
     std::memcpy(out.at, in.at, count);
-    in.advance(count);
-    out.advance(count);
-    return in.left > 0 ? kOutputFull : kAllConsumed;
+    in.at += count;
+    out.at += count;
+    return in.at < in.end ? kOutputFull : kAllConsumed;
 }
 
 Result endDoubleByte(uc_ch_t &handle, Span<char> &out)
 {
-    const int written = EbcdicDoubleByte::end(handle, out.at, out.left);
+    const int written = EbcdicDoubleByte::end(handle, out.at, out.left());
     if (written < 0) return kOutputFull;
-    out.advance(static_cast<std::size_t>(written));
+    out.at += written;
     return kAllConsumed;
 }
 
@@ -77,8 +77,8 @@ bool mapsAsciiToItself(uc_ch_t &handle)
     for (char16_t unit = 0; unit < 0x80; ++unit) {
         char byte = '\0';
         const char16_t *in = &unit;
-        Span<const char16_t> source{in, 1};
-        Span<char> target{&byte, 1};
+        Span<const char16_t> source{in, in + 1};
+        Span<char> target{&byte, &byte + 1};
         if (conversionsOf(handle).fromUcs2(handle, source, target) != kAllConsumed) return false;
         if (static_cast<char16_t>(byte) != unit || handle.substCount != 0) return false;
     }
@@ -105,13 +105,13 @@ template <class In, class Out>
 int run(uc_ch_t *handle, const In **in, int *inLeft, Out **out, int *outLeft,
         Conversion<In, Out> work)
 {
-    Span<const In> input{*in, countOf(*inLeft)};
-    Span<Out> output{*out, countOf(*outLeft)};
+    Span<const In> input{*in, *in + countOf(*inLeft)};
+    Span<Out> output{*out, *out + countOf(*outLeft)};
     const Result result = work(*handle, input, output);
     *in = input.at;
-    *inLeft = static_cast<int>(input.left);
+    *inLeft = static_cast<int>(input.left());
     *out = output.at;
-    *outLeft = static_cast<int>(output.left);
+    *outLeft = static_cast<int>(output.left());
     return result;
 }
 
@@ -126,10 +126,10 @@ int reset(uc_ch_t *handle, char **out, int *outLeft)
         handle->outShift = false;
         return kAllConsumed;
     }
-    Span<char> output{*out, countOf(*outLeft)};
+    Span<char> output{*out, *out + countOf(*outLeft)};
     const Result result = endShift(*handle, output);
     *out = output.at;
-    *outLeft = static_cast<int>(output.left);
+    *outLeft = static_cast<int>(output.left());
     return result;
 }
 
@@ -154,8 +154,8 @@ int convertWhole(uc_ch_t *handle, const In *source, int length, Out *target, int
     handle = orDefault(handle);
     handle->inShift = handle->outShift = false;
     const bool terminated = length < 0;
-    Span<const In> in{source, terminated ? lengthOf(source) : countOf(length)};
-    Span<Out> out{target, countOf(size) - (terminated ? 1 : 0)};
+    Span<const In> in{source, source + (terminated ? lengthOf(source) : countOf(length))};
+    Span<Out> out{target, target + countOf(size) - terminated};
     (conversionsOf(*handle).*direction)(*handle, in, out);
     if constexpr (std::is_same_v<Out, char>) endShift(*handle, out);
     handle->inShift = handle->outShift = false;

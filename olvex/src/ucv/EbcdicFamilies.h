@@ -1,5 +1,5 @@
 // The EBCDIC families: single-byte, and double-byte with shift codes. The invariant characters are
-// converted by the built-in tables, whatever the code set's own says.
+// converted by the built-in tables, whatever the code set's own says (see prepareLookup).
 #pragma once
 
 #include "ucv/AsciiFamilies.h"
@@ -13,36 +13,29 @@ class EbcdicFamily {
     using Utf8Side = ShortUtf8;
     using Ucs2Side = Ucs2;
 
-    explicit EbcdicFamily(const uc_ch_t &handle) : table_(handle) {}
+    explicit EbcdicFamily(const uc_ch_t &handle) : table_(handle.table->lookup) {}
     static constexpr bool copiesAscii() { return false; }
 
   protected:
     static constexpr CodePoint kEbcdicQuestionMark = 0x6F;
 
-    static bool isInvariantByte(CodePoint byte) { return invar_eb_to_ucs[byte]; }
-    static bool isInvariantValue(CodePoint value)
-    {
-        return value < 0x100 && invar_ucs_to_eb[value];
-    }
-
-    Sections table_;
+    const Lookup &table_;
 };
 
 class EbcdicSingleByte : public EbcdicFamily {
   public:
+    static constexpr std::size_t kLongest = 1;
+    static constexpr bool kHasShifts = false;
     using EbcdicFamily::EbcdicFamily;
 
-    Decoded decode(const char *in, std::size_t) const
-    {
-        const CodePoint byte = byteOf(in[0]);
-        if (isInvariantByte(byte)) return {1, def_eb_to_ucs[byte]};
-        return mapped(1, table_.byByte(byte));
-    }
+    Decoded decode(const char *in, std::size_t) const { return {1, table_.values[byteOf(in[0])]}; }
+    const Utf8Bytes &utf8Of(char byte) const { return table_.utf8[byteOf(byte)]; }
 
     int encode(CodePoint value, char *out, std::size_t room) const
     {
-        if (isInvariantValue(value)) return put(out, room, def_ucs_to_eb[value]);
-        return encodeByRow(table_, value, out, room);
+        const int written = encodeByRow(table_, value, out, room);
+        if (written != kNoCode || value >= 0x100 || !invar_ucs_to_eb[value]) return written;
+        return put(out, room, def_ucs_to_eb[value]); // whatever the table's substitute is
     }
 
     static int substitute(char *out, std::size_t room)
@@ -53,6 +46,9 @@ class EbcdicSingleByte : public EbcdicFamily {
 
 class EbcdicDoubleByte : public EbcdicFamily {
   public:
+    static constexpr std::size_t kLongest = 3; // with a shift code
+    static constexpr bool kHasShifts = true;
+
     explicit EbcdicDoubleByte(uc_ch_t &handle) : EbcdicFamily(handle), handle_(handle) {}
 
     Decoded decode(const char *in, std::size_t size)
@@ -62,14 +58,13 @@ class EbcdicDoubleByte : public EbcdicFamily {
             handle_.inShift = byte == kShiftOut;
             return {1, kShift};
         }
-        return handle_.inShift ? decodeShifted(in, size) : decodeSingle(in[0]);
+        return handle_.inShift ? decodeShifted(in, size) : Decoded{1, table_.values[byte]};
     }
 
     int encode(CodePoint value, char *out, std::size_t room)
     {
-        if (isInvariantValue(value)) return putSingle(def_ucs_to_eb[value], out, room);
         const CodePoint code = codeByRow(table_, value);
-        if (code == Sections::kHole) return kNoCode;
+        if (code == kHole) return kNoCode;
         return code < 0x100 ? putSingle(code, out, room) : putDouble(code, out, room);
     }
 
@@ -91,18 +86,11 @@ class EbcdicDoubleByte : public EbcdicFamily {
     static constexpr CodePoint kShiftOut = 0x0E;
     static constexpr CodePoint kShiftIn = 0x0F;
 
-    Decoded decodeSingle(char in) const
-    {
-        const CodePoint byte = byteOf(in);
-        if (isInvariantByte(byte)) return {1, def_eb_to_ucs[byte]};
-        return mapped(1, valueByRow(table_, 0, in));
-    }
-
     Decoded decodeShifted(const char *in, std::size_t size) const
     {
         const CodePoint lead = byteOf(in[0]);
         if (lead < 0x40 || lead > 0xFE) return {1, def_eb_to_ucs[lead]};
-        return size < 2 ? kCut : mapped(2, valueByRow(table_, lead, in[1]));
+        return size < 2 ? kCut : mapped(2, valueByRow(table_, in));
     }
 
     int putSingle(CodePoint byte, char *out, std::size_t room)

@@ -2,20 +2,28 @@
 // numbers of the Basic Multilingual Plane, all others are computed.
 #pragma once
 
+#include <algorithm>
+
 #include "ucv/Unicode.h"
 
 namespace olvex::ucv {
 
-// One direction of the ranges: a block of keys names the first range to look at.
+// One direction of the ranges: a block of keys names the first range to look at. The range that a
+// key was found in is remembered, since texts stay near it.
 class Ranges {
   public:
     // `section` is where the ranges' section begins in the image, `numbers` where in it the three
     // positions of this direction stand.
-    Ranges(const Sections &table, std::size_t section, std::size_t numbers) : table_(table)
+    Ranges(const TableImage &image, std::size_t section, std::size_t numbers)
+        : end_(image.bytes() + image.size)
     {
-        const unsigned char *at = table.bytes(section + numbers, sizeof positions_);
-        if (at) std::memcpy(positions_, at, sizeof positions_);
-        base_ = at ? section + kSectionHeaderSize : kNowhere;
+        std::uint32_t positions[3];
+        if (section + numbers + sizeof positions > image.size) return;
+        std::memcpy(positions, image.bytes() + section + numbers, sizeof positions);
+        base_ = section + kHeadSize <= image.size ? image.bytes() + section + kHeadSize : end_;
+        ranges_ = at(positions[0]);
+        blocks_ = at(positions[1]);
+        values_ = at(positions[2]);
     }
 
     // What a key is mapped to, and how its range counts it.
@@ -24,49 +32,65 @@ class Ranges {
         CodePoint offset; // the range's value offset and the distance into it
     };
 
-    Found find(CodePoint key) const
+    Found find(CodePoint key)
     {
-        const CodePoint first = unit(positions_[kBlocks], key / kBlockSize);
-        std::size_t at = std::size_t{4} * first;
-        for (int steps = 0; steps < kMostRanges; ++steps, at += 4) {
-            const unsigned char *range = units(positions_[kRanges], at, 4);
-            if (!range || key < Sections::load(range)) break;
-            if (key <= Sections::load(range + 2)) return within(range, key);
-        }
-        return {kUnmapped, 0};
+        if (key < first_ || key > last_)
+            if (!findRange(key)) return {kUnmapped, 0};
+        const CodePoint offset = offset_ + key - first_;
+        if (kind_ == kRun) return {offset & 0xFFFF, offset};
+        if (kind_ != kList || 2 * offset + 2 > sizeOf(values_)) return {kUnmapped, 0};
+        const CodePoint value = load16(values_ + 2 * offset);
+        return {value == kHole ? kUnmapped : value, offset};
     }
 
   private:
-    enum Position { kRanges, kBlocks, kValues };
-    static constexpr std::size_t kSectionHeaderSize = 32;
-    static constexpr std::size_t kNowhere = SIZE_MAX / 2;
+    enum Kind { kList = 1, kRun = 2 };
+    static constexpr std::size_t kHeadSize = 32;
+    static constexpr std::size_t kRangeSize = 8;
     static constexpr CodePoint kBlockSize = 512;
-    static constexpr int kMostRanges = 0x10000;
+    static constexpr std::size_t kBlocksSize = 2 * 0x10000 / kBlockSize;
+    static constexpr std::size_t kMostRanges = 0x10000;
 
-    const unsigned char *units(std::uint32_t position, std::size_t index, std::size_t count) const
+    const unsigned char *at(std::uint32_t position) const
     {
-        return table_.bytes(base_ + 2 * (std::size_t{position} + index), 2 * count);
+        const std::size_t offset = std::size_t{2} * position;
+        return offset < sizeOf(base_) ? base_ + offset : end_;
+    }
+    std::size_t sizeOf(const unsigned char *part) const
+    {
+        return static_cast<std::size_t>(end_ - part);
     }
 
-    CodePoint unit(std::uint32_t position, std::size_t index) const
+    bool findRange(CodePoint key)
     {
-        const unsigned char *at = units(position, index, 1);
-        return at ? Sections::load(at) : Sections::kHole;
+        if (sizeOf(blocks_) < kBlocksSize) return false;
+        std::size_t index = load16(blocks_ + 2 * (key / kBlockSize));
+        const std::size_t count = std::min(sizeOf(ranges_) / kRangeSize, kMostRanges);
+        for (; index < count; ++index) {
+            const unsigned char *range = ranges_ + kRangeSize * index;
+            if (key < load16(range)) return false;
+            if (key <= load16(range + 2)) return keep(range), true;
+        }
+        return false;
     }
 
-    Found within(const unsigned char *range, CodePoint key) const
+    void keep(const unsigned char *range)
     {
-        const CodePoint kind = Sections::load(range + 4);
-        const CodePoint offset = Sections::load(range + 6) + key - Sections::load(range);
-        if (kind == 2) return {offset & 0xFFFF, offset};
-        if (kind != 1) return {kUnmapped, 0};
-        const unsigned char *value = units(positions_[kValues], offset, 1);
-        return {value ? Sections::load(value) : kUnmapped, offset};
+        first_ = load16(range);
+        last_ = load16(range + 2);
+        kind_ = load16(range + 4);
+        offset_ = load16(range + 6);
     }
 
-    const Sections &table_;
-    std::uint32_t positions_[3] = {};
-    std::size_t base_;
+    const unsigned char *end_;
+    const unsigned char *base_ = end_;
+    const unsigned char *ranges_ = end_;
+    const unsigned char *blocks_ = end_;
+    const unsigned char *values_ = end_;
+    CodePoint first_ = 1; // no key at all
+    CodePoint last_ = 0;
+    CodePoint kind_ = 0;
+    CodePoint offset_ = 0;
 };
 
 class Gb18030 {
@@ -75,16 +99,17 @@ class Gb18030 {
     using Utf8Side = Utf8;
     using Ucs2Side = Ucs2;
 
+    static constexpr std::size_t kLongest = 4;
+    static constexpr bool kHasShifts = false;
+
     explicit Gb18030(const uc_ch_t &handle)
-        : table_(handle), from_(table_, section(handle), 0), to_(table_, section(handle), 16)
+        : from_(*handle.table, section(handle), 0), to_(*handle.table, section(handle), 16)
     {}
-    Gb18030(const Gb18030 &) = delete;
-    Gb18030 &operator=(const Gb18030 &) = delete;
 
     static constexpr bool copiesAscii() { return true; }
     static int substitute(char *out, std::size_t room) { return put(out, room, '?'); }
 
-    Decoded decode(const char *in, std::size_t size) const
+    Decoded decode(const char *in, std::size_t size)
     {
         const CodePoint lead = byteOf(in[0]);
         if (lead < 0x80) return {1, lead};
@@ -95,7 +120,7 @@ class Gb18030 {
         return {2, byRange((lead - 0x81) * kTrails + second - 63)};
     }
 
-    int encode(CodePoint value, char *out, std::size_t room) const
+    int encode(CodePoint value, char *out, std::size_t room)
     {
         if (value < 0x80) return put(out, room, value);
         if (value > kLastCodePoint) return kNoCode;
@@ -122,7 +147,7 @@ class Gb18030 {
 
     static CodePoint trail(char in, CodePoint first) { return byteOf(in) - first; }
 
-    CodePoint fourBytes(const char *in) const
+    CodePoint fourBytes(const char *in)
     {
         const CodePoint number =
             (((byteOf(in[0]) - 0x80) * 10 + byteOf(in[1])) * 126 + byteOf(in[2])) * 10 +
@@ -133,7 +158,7 @@ class Gb18030 {
     }
 
     // A number below zero has wrapped far above.
-    CodePoint byRange(CodePoint number) const
+    CodePoint byRange(CodePoint number)
     {
         return number < kEndOfRanges ? to_.find(number).value : kUnmapped;
     }
@@ -147,7 +172,6 @@ class Gb18030 {
         return put(out, room, number / 10 + 0x81, number % 10 + 0x30, third, fourth);
     }
 
-    Sections table_;
     Ranges from_;
     Ranges to_;
 };

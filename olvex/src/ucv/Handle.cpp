@@ -43,6 +43,7 @@ void fillFromHeader(uc_ch_t &handle, TableImage *table)
     handle.tableValues[1] = table16(*table, kValue62At);
     handle.tableValues[2] = table16(*table, kValue56At);
     std::memcpy(handle.tableBytes, bytes + kValue64At, sizeof handle.tableBytes);
+    prepareLookup(*table, handle.type);
     handle.keepsAscii = mapsAsciiToItself(handle);
 }
 

@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "ucv/Lookup.h"
+
 namespace olvex::ucv {
 
 // Converter families.
@@ -25,10 +27,14 @@ enum Family : std::uint16_t {
 };
 
 // A table file in memory, shared by the handles made from one another, which may be in the hands of
-// different threads.
+// different threads. Behind the file's bytes stands padding, so that a row may begin wherever there
+// is a byte of the file.
 struct TableImage {
+    static constexpr std::size_t kPadding = 1024; // the longest row
+
     std::atomic<std::uint32_t> references;
-    std::uint32_t size;
+    std::uint32_t size; // of the file
+    Lookup lookup;
 
     const unsigned char *bytes() const { return reinterpret_cast<const unsigned char *>(this + 1); }
     unsigned char *bytes() { return reinterpret_cast<unsigned char *>(this + 1); }
@@ -58,6 +64,7 @@ inline constexpr std::size_t kClassesAt = 1248;
 inline constexpr std::size_t kHeaderSize = 1760;
 inline constexpr std::uint16_t kEbcdicMark = 0x1100;
 
+// A number of the header, or anywhere else in the file; 0 outside.
 std::uint16_t table16(const TableImage &table, std::size_t offset);
 
 // "KEL-1047" is "1047", "utf-8" is "UTF8", "OS" the name of the platform locale's code set. False

@@ -77,9 +77,10 @@ TableImage *readImage(const char *path)
     const std::int64_t size = file.size();
     if (size < 0) return nullptr;
     const auto bytes = static_cast<std::size_t>(size);
-    auto *image = static_cast<TableImage *>(BaxMemoryMalloc(sizeof(TableImage) + bytes));
+    auto *image = static_cast<TableImage *>(
+        BaxMemoryMalloc(sizeof(TableImage) + bytes + TableImage::kPadding));
     if (!image) return nullptr;
-    ::new (image) TableImage{1, 0};
+    ::new (image) TableImage{1, 0, {}};
     image->size = static_cast<std::uint32_t>(bytes);
     if (file.read(image->bytes(), bytes)) return image;
     releaseTable(image);

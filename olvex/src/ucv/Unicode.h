@@ -9,6 +9,8 @@ namespace olvex::ucv {
 class Utf8 {
   public:
     using Place = char;
+    static constexpr std::size_t kLongest = 4;
+    static constexpr bool kHasShifts = false;
 
     explicit Utf8(const uc_ch_t &) {}
     static constexpr bool copiesAscii() { return true; }
@@ -53,6 +55,7 @@ class Utf8 {
 // UTF-8 as the code sets of the Basic Multilingual Plane read it: at most three bytes.
 class ShortUtf8 : public Utf8 {
   public:
+    static constexpr std::size_t kLongest = 3;
     using Utf8::Utf8;
 
     static Decoded decode(const char *in, std::size_t size)
@@ -68,6 +71,8 @@ class ShortUtf8 : public Utf8 {
 class Ucs2 {
   public:
     using Place = char16_t;
+    static constexpr std::size_t kLongest = 1;
+    static constexpr bool kHasShifts = false;
 
     explicit Ucs2(const uc_ch_t &) {}
     static constexpr bool copiesAscii() { return true; }
@@ -88,6 +93,7 @@ class Ucs2 {
 // UCS-2 with pairs of surrogates for what lies beyond the Basic Multilingual Plane.
 class Surrogates : public Ucs2 {
   public:
+    static constexpr std::size_t kLongest = 2;
     using Ucs2::Ucs2;
 
     // A high surrogate in front of anything but a low one takes both with it.
@@ -124,6 +130,8 @@ class Surrogates : public Ucs2 {
 class PlainBytes {
   public:
     using Place = char;
+    static constexpr std::size_t kLongest = 1;
+    static constexpr bool kHasShifts = false;
     using Utf8Side = ShortUtf8;
     using Ucs2Side = Ucs2;
 
