@@ -1,0 +1,89 @@
+// `olvex codeset` as a user runs it.
+#include <filesystem>
+#include <fstream>
+
+#include "tools/Command.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using tools_test::Outcome;
+using tools_test::run;
+
+class CodesetCommand : public testing::Test {
+  protected:
+    void SetUp() override
+    {
+        char pattern[] = "/tmp/olvex-codeset-XXXXXX";
+        directory_ = mkdtemp(pattern);
+    }
+    void TearDown() override { fs::remove_all(directory_); }
+
+    std::string at(const std::string &name) const { return directory_ / name; }
+    static std::string contents(const std::string &path)
+    {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    fs::path directory_;
+};
+
+TEST_F(CodesetCommand, MakesTheSameBytesAsTheBuild)
+{
+    const Outcome outcome =
+        run({"codeset", "make", "gb-18030", "Shift_JIS", "cp1255", "-o", at("new/tables")});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_NE(outcome.out.find("CP1255: left unmapped: 0 codes, "), std::string::npos);
+    EXPECT_NE(outcome.out.find("3 tables in "), std::string::npos);
+    for (const char *name : {"GB18030", "CP932", "SJIS", "CP1255"})
+        EXPECT_EQ(contents(at("new/tables/") + name),
+                  contents(std::string(OLVEX_TABLES "/codeset/") + name))
+            << name;
+    int files = 0; // nothing temporary is left over
+    for (const auto &entry : fs::directory_iterator(at("new/tables"))) {
+        EXPECT_EQ(entry.path().extension(), "");
+        ++files;
+    }
+    EXPECT_GT(files, 10);
+}
+
+TEST_F(CodesetCommand, TellsWhatFilesAre)
+{
+    ASSERT_EQ(run({"codeset", "make", "--quiet", "KOI8-R", "-o", directory_}).code, 0);
+    EXPECT_EQ(run({"codeset", "list", directory_}).out,
+              "878                    the same as KOI8R\n"
+              "CP878                  the same as KOI8R\n"
+              "KOI8R                  ASCII-based, one byte                   3296 bytes\n");
+    EXPECT_EQ(run({"codeset", "show", at("KOI8R")}).out,
+              "Code set:   KOI8R\nFamily:     1, ASCII-based, one byte\nSize:       3296 bytes\n"
+              "Characters: 256\n");
+    EXPECT_EQ(run({"codeset", "show", at("878")}).out, "Alias of:   KOI8R\n");
+}
+
+TEST_F(CodesetCommand, ExplainsMistakes)
+{
+    const Outcome unknown = run({"codeset", "make", "klingon", "-o", directory_});
+    EXPECT_EQ(unknown.code, 2);
+    EXPECT_NE(unknown.err.find("there is no code set 'klingon'"), std::string::npos);
+    EXPECT_EQ(run({"codeset", "make", "-o", directory_}).code, 2);
+    EXPECT_EQ(run({"codeset", "show", at("absent")}).code, 1);
+    EXPECT_EQ(run({"codeset", "list", at("absent")}).code, 1);
+    const Outcome blocked = run({"codeset", "make", "646", "-o", "/proc/nowhere"});
+    EXPECT_EQ(blocked.code, 1);
+    EXPECT_FALSE(blocked.err.empty());
+}
+
+// A program in another locale, as far as its text goes: the library finds the installed tables.
+TEST_F(CodesetCommand, DecidesWhatOtherVerbsWrite)
+{
+    setenv("UCV_CODESET", "KOI8-R", 1);
+    setenv("UCVDIR", OLVEX_TABLES, 1);
+    const Outcome outcome = run({"log"}, "Журнал\n");
+    unsetenv("UCV_CODESET");
+    unsetenv("UCVDIR");
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_TRUE(outcome.out.ends_with(" \xF6\xD5\xD2\xCE\xC1\xCC\n")) << outcome.out;
+}
+
+} // namespace

@@ -1,0 +1,167 @@
+// Single characters, boundaries, strings of units, whole strings and times.
+#include <olvex/olvex.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+class Multibyte : public testing::Test {
+  protected:
+    void SetUp() override { setenv("UCVDIR", OLVEX_TABLES, 1); }
+    void TearDown() override
+    {
+        unsetenv("UCVDIR");
+        for (uc_ch_t *handle : {japanese_, ebcdic_, chinese_})
+            ucv_cs_free(handle);
+    }
+
+    uc_ch_t *japanese() { return japanese_ ? japanese_ : japanese_ = ucv_cs_new("SHIFT_JIS"); }
+    uc_ch_t *ebcdic() { return ebcdic_ ? ebcdic_ : ebcdic_ = ucv_cs_new("IBM939"); }
+    uc_ch_t *chinese() { return chinese_ ? chinese_ : chinese_ = ucv_cs_new("GB18030"); }
+    static uc_ch_t *utf8() { return ucv_cs_new("UTF8"); }
+
+  private:
+    uc_ch_t *japanese_ = nullptr;
+    uc_ch_t *ebcdic_ = nullptr;
+    uc_ch_t *chinese_ = nullptr;
+};
+
+TEST_F(Multibyte, CharactersHaveLengths)
+{
+    EXPECT_EQ(ucv_mblen(utf8(), "\xF0\x9F\x98\x80", 4), 4);
+    EXPECT_EQ(ucv_mblen(utf8(), "\xF0\x9F\x98\x80", 3), -1); // cut by the size
+    EXPECT_EQ(ucv_mblen(utf8(), "\xF0\x9F\x98", 9), -1);     // and by the terminator
+    EXPECT_EQ(ucv_mblen(utf8(), "\x80", 1), -1);
+    EXPECT_EQ(ucv_mblen(utf8(), "", 1), 0);
+    EXPECT_EQ(ucv_mblen(utf8(), "a", 0), -1);
+    EXPECT_EQ(ucv_mblen(chinese(), "\x90\x30\x81\x30", 4), 4);
+    EXPECT_EQ(ucv_mblen(japanese(), "\x93\xFA", 2), 2);
+    EXPECT_EQ(ucv_mblen(japanese(), "\x81\x20", 2), 2); // no character, but its bytes
+    EXPECT_EQ(ucv_check_subs(japanese()), 0);           // measuring is not converting
+    EXPECT_EQ(ucv_mblen(ebcdic(), nullptr, 0), 1);
+    EXPECT_EQ(ucv_mblen(utf8(), nullptr, 0), 0);
+}
+
+TEST_F(Multibyte, CharactersBecomeUnits)
+{
+    char16_t unit = 7;
+    EXPECT_EQ(ucv_mbtowc(japanese(), &unit, "\x93\xFAx", 9), 2);
+    EXPECT_EQ(unit, u'日');
+    EXPECT_EQ(ucv_mbtowc(japanese(), nullptr, "\x93", 9), -1);
+    EXPECT_EQ(ucv_mbtowc(utf8(), &unit, "", 9), 0);
+    EXPECT_EQ(unit, 0);
+    EXPECT_EQ(ucv_mbtowc(utf8(), &unit, "\xF0\x9F\x98\x80", 4), -1); // two units
+    const char shifted[] = "\x0E\x45\x62\x0F"; // the terminator comes in the single-byte state
+    EXPECT_EQ(ucv_mbtowc(ebcdic(), nullptr, nullptr, 0), 1);
+    EXPECT_EQ(ucv_mbtowc(ebcdic(), &unit, shifted, sizeof shifted), 3);
+    EXPECT_EQ(unit, u'日');
+    EXPECT_EQ(ucv_mbtowc(ebcdic(), &unit, shifted + 3, 2), 0);
+}
+
+TEST_F(Multibyte, StringsBecomeUnitsAndBack)
+{
+    char16_t units[8] = {};
+    EXPECT_EQ(ucv_mbstowcs(japanese(), units, "a\x93\xFA\x96\x7B", 8), 3u);
+    EXPECT_EQ(std::u16string(units), u"a日本");
+    EXPECT_EQ(ucv_mbstowcs(japanese(), units, "a\x93\xFA\x96\x7B", 2), 2u);
+    EXPECT_EQ(ucv_mbstowcs(japanese(), nullptr, "a\x93\xFA\x96\x7B", 0), 3u);
+    EXPECT_EQ(ucv_mbstowcs(japanese(), units, "a\x93", 8), SIZE_MAX);
+    char bytes[16] = "untouched";
+    EXPECT_EQ(ucv_wcstombs(ebcdic(), bytes, u"A日", sizeof bytes), 5u);
+    EXPECT_STREQ(bytes, "\xC1\x0E\x45\x62\x0F");
+    EXPECT_EQ(ucv_wcstombs(ebcdic(), nullptr, u"A日", 0), 5u);
+    EXPECT_EQ(ucv_wcstombs(utf8(), bytes, u"日本", 4), 3u);
+    EXPECT_EQ(ucv_wcstombs(utf8(), nullptr, std::u16string(500, u'日').c_str(), 0), 1500u);
+    const char16_t half[] = {u'a', 0xD800, 0};
+    EXPECT_EQ(ucv_wcstombs(utf8(), bytes, half, sizeof bytes), SIZE_MAX);
+    EXPECT_EQ(ucv_mbstowcs(ebcdic(), units, "\xC1\x0E\x45\x62\x0F", 8), 2u);
+}
+
+TEST_F(Multibyte, BytesHaveTypes)
+{
+    const char text[] = "a\x93\xFA\xFD\x81"; // the last two are no characters
+    const int types[] = {0, 1, 2, -1, -1, 0, -1};
+    for (std::size_t index = 0; index < std::size(types); ++index)
+        EXPECT_EQ(ucv_mbsbtype(japanese(), text, index), types[index]) << index;
+    EXPECT_EQ(ucv_ismbs1st(japanese(), text, text + 1), 1);
+    EXPECT_EQ(ucv_ismbs1st(japanese(), text, text + 2), 0);
+    EXPECT_EQ(ucv_ismbs1st(japanese(), text, text), 0);
+}
+
+TEST_F(Multibyte, WholeStringsUseTheirSlot)
+{
+    char area[64] = "", *slot = area;
+    EXPECT_EQ(ucv_s2u(japanese(), "\x93\xFA", &slot), area);
+    EXPECT_STREQ(area, "日");
+    char *made = nullptr;
+    EXPECT_STREQ(ucv_u2s(japanese(), "日", &made), "\x93\xFA");
+    EXPECT_NE(made, nullptr);
+    ucv_free(made);
+    char *converted = ucv_strconv(japanese(), ebcdic(), "A\x93\xFA", nullptr);
+    EXPECT_STREQ(converted, "\xC1\x0E\x45\x62\x0F");
+    ucv_free(converted);
+    converted = ucv_s2u(utf8(), nullptr, nullptr);
+    EXPECT_STREQ(converted, "");
+    ucv_free(converted);
+}
+
+TEST_F(Multibyte, TimesAreReadBack)
+{
+    std::tm time = {};
+    const char text[] = "\xC3\xA9 1999-07 rest";
+    EXPECT_EQ(ucv_strptime(utf8(), nullptr, text, "\xC3\xA9 %Y-%m", &time), text + 10);
+    EXPECT_EQ(time.tm_year, 99);
+    EXPECT_EQ(time.tm_mon, 6);
+    EXPECT_EQ(ucv_strptime(utf8(), nullptr, text, "%Y", &time), nullptr);
+    char target[8] = "";
+    uc_ch_t *other = ucv_dup_handle(utf8()); // never that of the platform's locale
+    EXPECT_EQ(ucv_strftime(other, nullptr, target, 4, "a\xC3\xA9\xC3\xA9", &time), 3u);
+    EXPECT_STREQ(target, "a\xC3\xA9"); // cut at a character
+    ucv_cs_free(other);
+}
+
+TEST(WideStrings, DoAsTheStandardOnes)
+{
+    char16_t area[16] = u"ab";
+    EXPECT_EQ(ucv_wcscat(area, u"cd"), area);
+    EXPECT_EQ(std::u16string(ucv_wcsncat(area, u"efg", 2)), u"abcdef");
+    area[6] = u'x';
+    area[7] = 0;
+    EXPECT_EQ(std::u16string(ucv_wcsncat(area, u"zz", 0)), u"abcdefx");
+    EXPECT_EQ(ucv_wcslen(area), 7u);
+    EXPECT_EQ(ucv_wcsnlen(area, 3), 3u);
+    EXPECT_EQ(ucv_wcschr(area, u'c'), area + 2);
+    EXPECT_EQ(ucv_wcschr(area, 0), area + 7);
+    EXPECT_EQ(ucv_wcschr(area, u'?'), nullptr);
+    EXPECT_EQ(ucv_wcsrchr(u"abab", u'q'), nullptr);
+    EXPECT_EQ(std::u16string(ucv_wcsrchr(u"abac", u'a')), u"ac");
+    EXPECT_EQ(ucv_wcsspn(u"aabc", u"ab"), 3u);
+    EXPECT_EQ(ucv_wcscspn(u"aabc", u"cd"), 3u);
+    EXPECT_EQ(std::u16string(ucv_wcspbrk(u"key=value", u":=")), u"=value");
+    EXPECT_EQ(ucv_wcspbrk(u"key", u":="), nullptr);
+    EXPECT_EQ(std::u16string(ucv_wcswcs(u"aaab", u"aab")), u"aab");
+    EXPECT_EQ(std::u16string(ucv_wcswcs(u"ab", u"")), u"ab");
+    EXPECT_EQ(ucv_wcswcs(u"ab", u"abc"), nullptr);
+    EXPECT_EQ(ucv_wcsncmp(u"abc", u"abd", 2), 0);
+    EXPECT_EQ(ucv_wcsncmp(u"\uFFFF", u"a", 1), 0xFFFF - u'a');
+    EXPECT_EQ(ucv_wcsncmp(u"a", u"ab", 9), -u'b');
+    ucv_wcsncpy(area, u"x", 4);
+    EXPECT_EQ(std::u16string(area, 5), std::u16string(u"x\0\0\0e", 5));
+    EXPECT_EQ(std::u16string(ucv_wcscpy(area, u"new")), u"new");
+    EXPECT_EQ(ucv_wcscpy(nullptr, u"x"), nullptr);
+}
+
+TEST(WideStrings, AreCutIntoTokens)
+{
+    char16_t text[] = u",a,,bc,";
+    char16_t *next = nullptr;
+    EXPECT_EQ(std::u16string(ucv_wcstok(text, u",", &next)), u"a");
+    EXPECT_EQ(std::u16string(ucv_wcstok(nullptr, u",", &next)), u"bc");
+    EXPECT_EQ(ucv_wcstok(nullptr, u",", &next), nullptr);
+    EXPECT_EQ(ucv_wcstok(nullptr, u",", &next), nullptr);
+}
+
+} // namespace
