@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Paths.h"
 #include "tools/Command.h"
 
 namespace {

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "Paths.h"
+
 namespace {
 
 constexpr const char kText[] =

@@ -10,6 +10,7 @@
 #include <random>
 #include <string>
 
+#include "Paths.h"
 #include "ucv/Handle.h"
 
 namespace {

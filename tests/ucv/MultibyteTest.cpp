@@ -6,6 +6,8 @@
 #include <cstring>
 #include <string>
 
+#include "Paths.h"
+
 namespace {
 
 class Multibyte : public testing::Test {
