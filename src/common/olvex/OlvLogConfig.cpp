@@ -2,10 +2,10 @@
 // it, the file in that. Without locks; belongs to start-up.
 #include "OlvLogConfig.h"
 
+#include <olvex/Process.h>
 #include <olvex/trace/OlvLogWrapper.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 inline namespace olvex_trace {
@@ -81,8 +81,8 @@ inline namespace olvex_trace {
 char *get_config_directory_path(char *buffer)
 {
     if (!buffer) return nullptr;
-    // Null in a process with raised privileges, which does not trust its environment.
-    const char *home = secure_getenv(kHomeVariable);
+    // None in a process with raised privileges, which does not trust its environment.
+    const char *home = CxProcessGetEnv(kHomeVariable);
     if (!home) {
         olvex::readHomeDirectory(kProductFile, buffer);
         home = buffer;

@@ -1,6 +1,7 @@
 // The current error of each thread, in the thread's own memory. No locks.
 #include <olvex/trace/base/ErrorManager.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <execinfo.h>
@@ -64,11 +65,14 @@ class StackText {
 
 } // namespace
 
-// Not inlined, so that the first call of the stack, which is left out, is this one.
+// Not inlined, so that the first call of the stack, which is left out, is this one. What caused the
+// error may still have to be read from errno.
 [[gnu::noinline]] void ErrorManager::setError(long code, const char *file, int line)
 {
+    const int systemError = errno;
     void *stack[kMaxCalls + 1];
     const int calls = backtrace(stack, kMaxCalls + 1) - 1;
+    errno = systemError;
     clear();
     current.isSet = true;
     current.code = code;
