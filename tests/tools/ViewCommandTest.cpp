@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include <sys/sem.h>
+#include <sys/stat.h>
 
 #include "core/LogDirectory.h"
 #include "core/MadeEvent.h"
@@ -200,6 +201,7 @@ TEST_F(ViewCommand, ReadsAllFilesOfALogOldestFirst)
     directory_.write("app01.log", "not of the log");
     directory_.write("app1.txt", "nor this");
     directory_.write("app20080401.log", "nor this");
+    mkfifo((directory_ / "app30.log").c_str(), 0600);
     const std::string path = directory_ / "app.log";
     EXPECT_EQ(textsOf({path}), numbered(12));
     EXPECT_EQ(textsOf({directory_ / "app2.log", path, path, directory_ / "app11.log"}),

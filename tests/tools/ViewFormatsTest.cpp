@@ -261,6 +261,8 @@ TEST(ViewFormats, BoundsTheSizeOfARecord)
     EXPECT_EQ(reading.records[0].raw.size(), kLongestRecord);
     EXPECT_EQ(reading.records[1].text, "next");
     EXPECT_THAT(reading.reports, HasSubstr("cut off"));
+    EXPECT_EQ(readLog(" <Component>" + std::string(20 << 20, 'x') + "\n" + line).records.size(),
+              1U);
 }
 
 // Cuts bytes into frames as they come in, `step` at most at a time.

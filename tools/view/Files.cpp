@@ -29,6 +29,12 @@ bool exists(const std::string &path)
 // More files than a log has; such a number is a date.
 constexpr unsigned long kMostFiles = 99'999;
 
+// A pipe under the name of a log would be waited for.
+bool canBeLog(const dirent &entry)
+{
+    return entry.d_type == DT_REG || entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
+}
+
 // The number in a name between base and extension; 0 when there is none as handlers write it.
 unsigned long numberIn(std::string_view name, std::string_view base, std::string_view extension)
 {
@@ -93,9 +99,10 @@ std::vector<unsigned long> LogName::findNumbers() const
     const std::string folder = folder_.empty() ? "." : folder_;
     const std::unique_ptr<DIR, int (*)(DIR *)> entries(::opendir(folder.c_str()), ::closedir);
     if (!entries || base_.empty()) return numbers;
-    while (const dirent *entry = ::readdir(entries.get()))
-        if (const unsigned long number = numberIn(entry->d_name, base_, extension_))
-            numbers.push_back(number);
+    while (const dirent *entry = ::readdir(entries.get())) {
+        const unsigned long number = numberIn(entry->d_name, base_, extension_);
+        if (number > 0 && canBeLog(*entry)) numbers.push_back(number);
+    }
     std::sort(numbers.begin(), numbers.end());
     return numbers;
 }

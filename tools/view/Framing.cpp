@@ -240,7 +240,7 @@ Frame frameProduct(std::string_view bytes, bool isLast, const LogOptions &option
     }
     if (!isLast && bytes.size() < kLongestRecord) return {};
     return awaited.empty() ? Frame{FrameKind::kProduct, bytes.size(), Format::kXml, false}
-                           : damageFrame(lines.end());
+                           : damageFrame(bytes.size());
 }
 
 // What is no record
