@@ -37,8 +37,9 @@ std::int64_t millisecondsNow()
 
 void sleepFor(std::int64_t milliseconds)
 {
-    const std::timespec time = {milliseconds / 1000,
-                                milliseconds % 1000 * kNanosecondsPerMillisecond};
+    std::timespec time = {};
+    time.tv_sec = static_cast<std::time_t>(milliseconds / 1000);
+    time.tv_nsec = static_cast<long>(milliseconds % 1000 * kNanosecondsPerMillisecond);
     nanosleep(&time, nullptr);
 }
 

@@ -90,6 +90,7 @@ EventText::~EventText()
 void discardEventText()
 {
     CxStringBuffDiscard(&shared.text);
+    discardXmlText();
 }
 
 } // namespace olvex

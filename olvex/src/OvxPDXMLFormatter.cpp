@@ -176,21 +176,30 @@ void addOrigin(CxStringBuff *buffer, const OvxEvent *event, const ProblemProps &
     addIds(buffer, props);
 }
 
-// The message's text in a buffer that is reused, since it stands in two places of a record. A
-// record that is made while another one is being made has a buffer of its own.
+// The buffer that texts are bound into, handed from event to event.
+struct SharedText {
+    CxStringBuff text = {};
+    bool inUse = false;
+} shared;
+
+// A buffer that a huge text has blown up is not kept.
+constexpr std::uint32_t kLargestKept = 64 * 1024;
+
+// The message's text, which stands in two places of a record. A record that is made while another
+// one is being made has a buffer of its own.
 class BoundText {
   public:
-    explicit BoundText(const OvxEvent *event) : buffer_(inUse_ ? &own_ : &shared_)
+    explicit BoundText(const OvxEvent *event) : buffer_(shared.inUse ? &own_ : &shared.text)
     {
-        inUse_ = inUse_ || buffer_ == &shared_;
+        shared.inUse = true;
         CxStringBuffRestart(buffer_);
         if (event->locale) ovxSetI18MsgLocale(event->message, event->locale);
         bindMessage(event->message, buffer_);
     }
     ~BoundText()
     {
-        if (buffer_ == &shared_) inUse_ = false;
-        CxStringBuffDiscard(&own_);
+        if (buffer_ == &shared.text) shared.inUse = false;
+        if (buffer_ == &own_ || buffer_->capacity > kLargestKept) CxStringBuffDiscard(buffer_);
     }
     BoundText(const BoundText &) = delete;
     BoundText &operator=(const BoundText &) = delete;
@@ -199,8 +208,6 @@ class BoundText {
     std::size_t size() const { return buffer_->length; }
 
   private:
-    static inline CxStringBuff shared_ = {};
-    static inline bool inUse_ = false;
     CxStringBuff own_ = {};
     CxStringBuff *buffer_;
 };
@@ -283,6 +290,11 @@ void ovxPDXMLFormatterCacheMessageID(OvxObject *, OvxEvent *event)
 }
 
 namespace olvex {
+
+void discardXmlText()
+{
+    CxStringBuffDiscard(&shared.text);
+}
 
 bool appendXmlRecord(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer)
 {

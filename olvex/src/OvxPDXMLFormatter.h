@@ -37,4 +37,7 @@ namespace olvex {
 // Appends the event's record; false when the formatter cannot format.
 bool appendXmlRecord(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer);
 
+// Gives back the buffer that texts are bound into.
+void discardXmlText();
+
 } // namespace olvex

@@ -7,10 +7,10 @@
  * under the policy QUOTA_AUTODELETE the oldest files there are deleted to make room. Symbolic links
  * are never followed in that.
  *
- * These functions read and change what the properties named with them set. They accept handlers of
- * the classes "ovx_ffdc_trigger_handler" and "ovx_ffdc_filecopy_handler", and only the latter where
- * they are called after it. For anything else, and when the lock cannot be had, getters return 0 or
- * NULL and setters do nothing. All of them take the lock.
+ * These functions read and change what the properties named with them set. The ones that begin with
+ * OvxFFDCTriggerHandler accept handlers of the classes "ovx_ffdc_trigger_handler" and
+ * "ovx_ffdc_filecopy_handler", the others only the latter. For anything else, and when the lock
+ * cannot be had, getters return 0 or NULL and setters do nothing. All of them take the lock.
  */
 #ifndef OLVEX_FFDC_H
 #define OLVEX_FFDC_H
