@@ -43,6 +43,12 @@ WORKS = [
     Work("latency", "latency", 100_000, keys=("p50", "p99", "p99.9", "max")),
 ]
 
+# How a shared log fares with more writers; only on demand.
+PROCESSES = [
+    Work(f"{count} processes, one rolling file", "processes", 200_000, workers=count)
+    for count in (1, 2, 4, 8, 16, 32)
+]
+
 
 class Bench:
     """Runs the programs of one build in a folder of its own."""
@@ -214,6 +220,8 @@ def main():
     parser.add_argument("build", type=pathlib.Path, help="the folder of the built benchmarks")
     parser.add_argument("--rounds", type=int, default=7, help="rounds of each work (default 7)")
     parser.add_argument("--only", help="works whose titles hold this text")
+    parser.add_argument("--processes", action="store_true",
+                        help="only the shared log, with 1 to 32 processes")
     parser.add_argument("--json", type=pathlib.Path, help="write the figures there")
     parser.add_argument("--plot", type=pathlib.Path, help="draw the figures there, as SVG")
     options = parser.parse_args()
@@ -223,9 +231,10 @@ def main():
     try:
         print(f"{'median of ' + str(options.rounds) + ' rounds (times raw)':<36}"
               + "".join(f"{library:>17}" for library in LIBRARIES))
-        chosen = [work for work in WORKS if not options.only or options.only in work.title]
+        works = PROCESSES if options.processes else WORKS
+        chosen = [work for work in works if not options.only or options.only in work.title]
         compare_times(bench, chosen, results)
-        if not options.only:
+        if works is WORKS and not options.only:
             compare_counts(bench, options.build.resolve() / "olvex_run_many", results)
     finally:
         bench.close()
