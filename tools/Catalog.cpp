@@ -1,4 +1,5 @@
-// `olvex catalog`: makes message catalogs, prints them, and compares translations.
+// `olvex catalog`: makes message catalogs and headers of their messages, prints them, and compares
+// translations.
 #include <olvex/olvex.h>
 
 #include <cstdio>
@@ -14,6 +15,7 @@
 #include "catalog/Bytes.h"
 #include "catalog/CatalogFile.h"
 #include "catalog/Check.h"
+#include "catalog/Header.h"
 #include "catalog/Source.h"
 
 namespace tools {
@@ -45,6 +47,7 @@ struct Options {
     std::vector<std::string> translations;
     std::string codeSet;
     std::string output;
+    std::string prefix;
     bool allowSame = false;
 };
 
@@ -95,6 +98,28 @@ ExitCode check(const Options &options)
     return code;
 }
 
+bool isIdentifier(const std::string &text)
+{
+    constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_";
+    return kLetters.find(text.front()) != std::string_view::npos &&
+           text.find_first_not_of(std::string(kLetters) + "0123456789") == std::string::npos;
+}
+
+ExitCode header(const Options &options)
+{
+    const std::string prefix = options.prefix.empty()
+                                   ? catalog::prefixOf(catalog::catalogNameOf(options.source))
+                                   : options.prefix;
+    if (!isIdentifier(prefix))
+        throw std::runtime_error("'" + prefix + "' cannot begin a name of C");
+    const Source source = catalog::readSource(options.source, options.codeSet);
+    if (!source.problems.empty()) return printProblems(source.problems);
+    if (source.messages.empty()) throw std::runtime_error(options.source + " holds no messages");
+    const catalog::Header made = catalog::makeHeader(source, prefix);
+    if (!made.problems.empty()) return printProblems(made.problems);
+    return write(options.output, made.text);
+}
+
 // The toolkit's own messages; numbers that are free hold a filler.
 ExitCode builtIn(const Options &options)
 {
@@ -135,6 +160,15 @@ void describe(CLI::App &app, Options &options, Action &chosen)
     command->add_option("TRANSLATION", options.translations, "Its translations")->required();
     command->add_option("--codeset", options.codeSet, "The sources' code set");
     command->add_flag("--allow-same", options.allowSame, "Accept texts that are those of the base");
+
+    command =
+        addCommand(app, "header", "Make a C and C++ header of typed calls for a source's messages",
+                   chosen, header);
+    command->add_option("SOURCE", options.source, "The source")->required();
+    command->add_option("-o,--output", options.output, "The header to write")->required();
+    command->add_option("--codeset", options.codeSet, "The source's code set; UTF-8 if not given");
+    command->add_option("--prefix", options.prefix,
+                        "What names begin with; the source's name in capitals if not given");
 
     command = addCommand(app, "builtin", "Print the messages of olvex itself as a source", chosen,
                          builtIn);

@@ -281,4 +281,41 @@ TEST(CatalogsOfTheToolkit, AreNotReplacedInAProgramWithRaisedPrivileges)
     EXPECT_TRUE(says(program).starts_with("OVX0051E The log manager")) << says(program);
 }
 
+// What the header does is tried by compiling it, in tests/front/refused.sh.
+TEST(CatalogHeader, NamesMessagesAndTellsWhatCannotBeTyped)
+{
+    Folder folder;
+    const std::string source = folder.put("my-app.de.msg", "1 APP0001E one\n"
+                                                           "2 APP0002W twice\n"
+                                                           "3 APP0002W twice\n"
+                                                           "$set 4\n5 MY_ Ärger \\\"%hhd\\\"\n"),
+                      header = folder.put("out.h", "");
+    ASSERT_EQ(run({"catalog", "header", source, "-o", header}).code, 0);
+    const std::string text = contentsOf(header);
+    for (const char *line :
+         {"#define MY_APP_CATALOG \"my-app\"\n", "#define MY_APP_APP0001E(logger, level) ",
+          "#define MY_APP_1_2(", "#define MY_APP_1_3_KEY 3\n",
+          "#define MY_APP_4_5(logger, level, p1) ",
+          "#define MY_APP_4_5_TEXT \"MY_ Ärger \\\"%hhd\\\"\"\n", "const char *function, int p1)"})
+        EXPECT_NE(text.find(line), std::string::npos) << line << text;
+    ASSERT_EQ(run({"catalog", "header", source, "-o", header, "--prefix", "APP"}).code, 0);
+    EXPECT_NE(contentsOf(header).find("#define APP0001E(logger, level) "), std::string::npos);
+
+    const Outcome wrongPrefix = run({"catalog", "header", source, "-o", header, "--prefix", "1x"});
+    EXPECT_EQ(wrongPrefix.code, 1);
+    EXPECT_EQ(wrongPrefix.err, "olvex catalog: '1x' cannot begin a name of C\n");
+    std::string many = "4 ";
+    for (int i = 0; i < 59; ++i)
+        many += "%d";
+    const std::string bad =
+        folder.put("bad.msg", "1 %2$s\n2 %ls\n3 %1$d %1$s\n" + many + "\n5 fine %s\n");
+    const Outcome outcome = run({"catalog", "header", bad, "-o", header});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.err,
+              bad + ":1:1: message 1 of set 1 does not use argument 1\n" + bad +
+                  ":2:1: message 2 of set 1 prints wide text with %ls, which no parameter is\n" +
+                  bad + ":3:1: message 3 of set 1 uses argument 1 in two ways\n" + bad +
+                  ":4:1: message 4 of set 1 has more than 58 parameters\n");
+}
+
 } // namespace

@@ -7,16 +7,20 @@ readonly include=olvex/include
 warnings=(-Wall -Wextra -Wpedantic -Werror -fsyntax-only -I"$include")
 failures=0
 
-for header in "$include"/olvex/*.h; do
-    alone="#include <olvex/${header##*/}>"$'\ntypedef int NotEmpty;'
+for header in "$include"/olvex/*.h "$include"/olvex/front/*.h; do
+    alone="#include <${header#"$include"/}>"$'\ntypedef int NotEmpty;'
     gcc -std=c11 "${warnings[@]}" -Wstrict-prototypes -x c - <<<"$alone" || failures=1
     g++ -std=c++17 "${warnings[@]}" -Wold-style-cast -x c++ - <<<"$alone" || failures=1
 done
 
-# The tracing front end is C++.
-for header in "$include"/olvex/trace/*.h "$include"/olvex/trace/base/*.h; do
-    alone="#include <olvex/${header#"$include"/olvex/}>"
-    g++ -std=c++17 "${warnings[@]}" -Wold-style-cast -x c++ - <<<"$alone" || failures=1
+# The tracing front end and the C++ front are C++; the latter has more to it in C++20.
+for header in "$include"/olvex/trace/*.h "$include"/olvex/trace/base/*.h "$include"/olvex/*.hpp \
+    "$include"/olvex/front/*.hpp; do
+    alone="#include <${header#"$include"/}>"
+    for standard in c++17 c++20; do
+        g++ -std="$standard" "${warnings[@]}" -Wold-style-cast -Wshadow -Wconversion -x c++ - \
+            <<<"$alone" || failures=1
+    done
 done
 
 # A declaration follows a line that ends a comment which began with "/**".

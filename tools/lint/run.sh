@@ -14,7 +14,7 @@ check() {
 
 sources() { git ls-files --cached --others --exclude-standard "$@"; }
 
-check_format() { sources '*.h' '*.c' '*.cpp' | xargs clang-format --dry-run -Werror; }
+check_format() { sources '*.h' '*.hpp' '*.c' '*.cpp' | xargs clang-format --dry-run -Werror; }
 
 check_scripts() { sources dev .ci/run '*.sh' | xargs shellcheck; }
 

@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# Compiles each source below refused/ twice: with WRONG defined it must fail with the message that its
+# first line promises; without it must compile, link and run. One of them uses a header made of
+# app.msg.
+# Usage: refused.sh INCLUDE_DIR LIBRARY OLVEX_COMMAND WORK_DIR CC CXX
+set -euo pipefail
+sources=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/refused
+include=$1 library=$2 olvex=$3 work=$4 cc=$5 cxx=$6
+flags=(-Wall -Wextra -Wpedantic -Werror -I"$include" -I"$work")
+failures=0
+count=0
+
+fail() {
+    echo "FAILED: $*" >&2
+    failures=$((failures + 1))
+}
+
+# Compilers quote names by the locale.
+compile() { LC_ALL=C "$@" 2>&1; }
+
+check_source() {
+    local source=$1 standard message output compiler=$cxx program
+    program=$work/$(basename "$source" | tr . _)
+    standard=$(sed -nE '1s,^// (c[^:]*): .*,\1,p' "$source")
+    message=$(sed -nE '1s,^// [^:]*: ,,p' "$source")
+    [[ $source != *.c ]] || compiler=$cc
+    local command=("$compiler" -std="$standard" "${flags[@]}" "$source")
+    if output=$(compile "${command[@]}" -DWRONG -fsyntax-only); then
+        fail "$source compiles when it is wrong"
+    elif ! grep -Eq "error: .*$message" <<<"$output"; then
+        fail "$source is refused without '$message' but with: $output"
+    fi
+    if ! output=$(compile "${command[@]}" -o "$program" "$library"); then
+        fail "the right form of $source does not compile: $output"
+    elif ! output=$("$program" 2>&1); then
+        fail "the right form of $source does not run: $output"
+    fi
+    printf '%s\n' "$output" >"$program.out"
+    count=$((count + 1))
+}
+
+mkdir -p "$work"
+LD_LIBRARY_PATH=$(dirname "$library")
+export LD_LIBRARY_PATH
+"$olvex" catalog header "$sources/app.msg" -o "$work/app.h"
+for source in "$sources"/*.c "$sources"/*.cpp; do
+    check_source "$source"
+done
+[[ $count -ge 10 ]] || fail "only $count sources were found"
+for line in 'catalog_type.cpp main 15 Disk /var is 93 percent full' \
+    'main 16 APP0008W Only 1048576 bytes are left on "/var", that is 0.3%' \
+    'main 17 Nothing is left'; do
+    grep -Fq "$line" "$work/catalog_type_cpp.out" ||
+        fail "no '$line' in: $(cat "$work/catalog_type_cpp.out")"
+done
+echo "$count sources were tried"
+exit $((failures > 0))
