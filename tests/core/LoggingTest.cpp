@@ -217,11 +217,11 @@ TEST_F(Logging, ParametersOfEveryTypeArePrinted)
 {
     OvxObject *logger = loggerWithRecorder("log");
     OvxLogText(logger, "%1$c %2$d %3$ld %4$.2f %5$.3f %6$c %7$s", OVX_PARM_BOOL, true + '@' - 1,
-               OVX_PARM_INT, -5, OVX_PARM_LONG, 5000000000L, OVX_PARM_FLOAT, 1.5, OVX_PARM_DOUBLE,
+               OVX_PARM_INT, -5, OVX_PARM_LONG, LONG_MAX, OVX_PARM_FLOAT, 1.5, OVX_PARM_DOUBLE,
                2.125, OVX_PARM_CHAR, 'z', OVX_PARM_STRING, "text", OVX_LEVEL_WARN, OVX_PROP, "p", 0,
                0);
     ASSERT_EQ(records.size(), 1u);
-    EXPECT_EQ(records[0].text, "\1 -5 5000000000 1.50 2.125 z text");
+    EXPECT_EQ(records[0].text, "\1 -5 " + std::to_string(LONG_MAX) + " 1.50 2.125 z text");
     EXPECT_EQ(records[0].level, 0); // 0 behind a property's name is a level
 }
 

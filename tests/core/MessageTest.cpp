@@ -4,6 +4,7 @@
 #include "OvxI18Msg.h"
 #include "OvxPrintf.h"
 
+#include <climits>
 #include <cmath>
 #include <cstring>
 
@@ -92,12 +93,12 @@ TEST_F(Messages, CopiesStandAlone)
 {
     OvxI18Msg *msg = OvxAllocI18Msg("cat", 1, 2, "%1$s %2$ld %3$.1f %4$c");
     OvxAddI18MsgParmString(msg, "text");
-    OvxAddI18MsgParmLong(msg, 5000000000);
+    OvxAddI18MsgParmLong(msg, LONG_MAX);
     OvxAddI18MsgParmFloat(msg, 2.5f);
     OvxAddI18MsgParmChar(msg, 'c');
     OvxI18Msg *copy = OvxCopyI18Msg(msg);
     OvxFreeI18Msg(msg);
-    EXPECT_EQ(take(OvxBindI18Msg(copy)), "text 5000000000 2.5 c");
+    EXPECT_EQ(take(OvxBindI18Msg(copy)), "text " + std::to_string(LONG_MAX) + " 2.5 c");
     OvxFreeI18Msg(copy);
 }
 
@@ -112,7 +113,7 @@ TEST_F(Messages, ParametersCompareByTypeAndValue)
         {intParm(1), intParm(1), true},
         {intParm(1), intParm(2), false},
         {intParm(1), longParm(1), false},
-        {longParm(1L << 40), longParm(0), false},
+        {longParm(LONG_MIN), longParm(0), false},
         {stringParm("a"), stringParm("a"), true},
         {stringParm("a"), stringParm("A"), false},
         {doubleParm(2.5), doubleParm(2.5), true},
@@ -130,13 +131,13 @@ TEST_F(Messages, OneParameterPrintsByItsType)
     const struct {
         OvxParm parm;
         const char *format;
-        const char *text;
+        std::string text;
     } cases[] = {
         {intParm(42), nullptr, "42"},
         {doubleParm(2.5), nullptr, "2.500000"},
         {stringParm("abc"), nullptr, "abc"},
         {intParm(255), "<%x>", "<ff>"},
-        {longParm(-5000000000), nullptr, "-5000000000"},
+        {longParm(LONG_MIN), nullptr, std::to_string(LONG_MIN)},
         {{600, {.integer = 1}}, nullptr, "(none)"},
         {{OVX_PARM_BOOL, {.boolean = true}}, nullptr, "\1"},
         {{OVX_PARM_FLOAT, {.floating = 0.5f}}, nullptr, "0.500000"},

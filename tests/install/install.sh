@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Installs a build into an empty prefix, moves that prefix, and uses it as programs outside the tree
 # do: through the CMake package, through pkg-config, and with a handler class of the host's own.
-# Usage: install.sh BUILD_DIR WORK_DIR CC CXX
+# Usage: install.sh BUILD_DIR WORK_DIR CC CXX, with the target's flags in CFLAGS and CXXFLAGS
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 samples=$(cd "$here/../../samples" && pwd)
 build=$1 work=$2 cc=$3 cxx=$4
-flags=(-Wall -Wextra -Wpedantic -Werror)
+read -ra flags <<<"-Wall -Wextra -Wpedantic -Werror ${CFLAGS:-}"
 
 fail() {
     echo "FAILED: $*" >&2

@@ -72,7 +72,7 @@ void appendSet(std::string &bytes, const SetParts &set)
 string_view partOf(string_view bytes, std::uint64_t offset, std::uint64_t size, const char *what)
 {
     if (offset > bytes.size() || size > bytes.size() - offset) refuse(what);
-    return bytes.substr(offset, size);
+    return bytes.substr(static_cast<std::size_t>(offset), static_cast<std::size_t>(size));
 }
 
 template <class Record>

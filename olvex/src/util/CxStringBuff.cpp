@@ -33,7 +33,8 @@ bool allocateFirst(CxStringBuff *buffer)
     while (capacity <= need)
         capacity *= 2;
     if (capacity > kLargest) return false;
-    auto *block = static_cast<char *>(BaxMemoryRealloc(buffer->str, capacity));
+    auto *block =
+        static_cast<char *>(BaxMemoryRealloc(buffer->str, static_cast<std::size_t>(capacity)));
     if (!block) return false;
     buffer->str = block;
     buffer->capacity = static_cast<std::uint32_t>(capacity);
