@@ -1,5 +1,5 @@
-# What an install brings: library, headers, command, CMake package and pkg-config file; and the
-# Debian packages and the archive that `./dev package` makes of it.
+# What an install brings: library, headers, command with completion, CMake package and pkg-config
+# file. Catalogs, tables and documentation are installed where they are made; debian/ packs it all.
 include(CMakePackageConfigHelpers)
 
 option(OLVEX_INSTALL_RPATH "Let the installed command find the library beside it" ON)
@@ -18,6 +18,10 @@ if(TARGET olvex_tool)
         set_target_properties(olvex_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${libraryFromCommand}")
     endif()
     install(TARGETS olvex_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
+    install(FILES ${PROJECT_SOURCE_DIR}/tools/completion/olvex.bash RENAME olvex
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT command)
+    install(FILES ${PROJECT_SOURCE_DIR}/tools/completion/_olvex
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT command)
 endif()
 
 if(TARGET olvex_codesets)
@@ -45,35 +49,5 @@ configure_file(
     ${PROJECT_SOURCE_DIR}/cmake/olvex.pc.in ${PROJECT_BINARY_DIR}/olvex.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/olvex.pc DESTINATION ${OLVEX_PC_DIR} COMPONENT development)
 
-if(EXISTS ${PROJECT_SOURCE_DIR}/LICENSE)
-    install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md
-        DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)
-endif()
-
-# Packages
-set(CPACK_GENERATOR DEB TGZ)
-set(CPACK_PACKAGE_DIRECTORY ${PROJECT_SOURCE_DIR}/dist)
-set(CPACK_PACKAGE_VENDOR "The olvex developers")
-set(CPACK_PACKAGE_CONTACT "The olvex developers <olvex@localhost>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL library development command)
-set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "${PROJECT_DESCRIPTION}: the shared library")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "${PROJECT_DESCRIPTION}: headers and build files")
-set(CPACK_COMPONENT_COMMAND_DESCRIPTION "${PROJECT_DESCRIPTION}: the olvex command")
-set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
-set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS library)
-set(CPACK_COMPONENT_COMMAND_DEPENDS library)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libolvex${PROJECT_VERSION_MAJOR})
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libolvex-dev)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_COMMAND_PACKAGE_NAME olvex)
-set(CPACK_DEBIAN_COMMAND_PACKAGE_SECTION utils)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/olvex)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-include(CPack)
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md
+    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)

@@ -130,3 +130,25 @@ done
     -o "$work/pkg-config/own_tracer" "${options[@]}"
 check_programs "$work/pkg-config"
 check_readme
+
+# The pages whose programs are run as they are printed, with the command that was installed.
+for page in getting-started recipes extending cpp; do
+    [[ ! -e $here/../../docs/$page.md ]] ||
+        PATH=$prefix/bin:$PATH bash "$here/start.sh" "$here/../../docs/$page.md" "$work/$page" || fail "$page.md"
+done
+
+# Completion in bash, for the command that was installed.
+# shellcheck source=/dev/null
+source "$prefix/share/bash-completion/completions/olvex"
+completes() {
+    local expected=$1
+    shift
+    COMP_WORDS=("$prefix/bin/olvex" "$@") COMP_CWORD=$#
+    _olvex
+    [[ " ${COMPREPLY[*]} " == *" $expected "* ]] || fail "$* does not complete to $expected but: ${COMPREPLY[*]}"
+    echo "ok: $* completes to $expected"
+}
+completes view vi
+completes compile catalog co
+completes --output catalog compile --
+completes xml view --format x

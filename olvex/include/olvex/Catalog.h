@@ -20,30 +20,30 @@ typedef struct ucv_cat_t ucv_cat_t;
 
 /** The header of a catalog file, 28 bytes at its start. */
 typedef struct MCHeaderT {
-    char magic[8];     /* "*nazgul*", without a terminator */
-    uint32_t majorVer; /* 1 */
-    uint32_t minorVer; /* not checked */
-    uint32_t flags;    /* not checked */
-    uint32_t numSets;  /* how many valid sets there are; at least one */
-    uint32_t firstSet; /* offset of the first set record */
+    char magic[8];     /**< "*nazgul*", without a terminator */
+    uint32_t majorVer; /**< 1 */
+    uint32_t minorVer; /**< not checked */
+    uint32_t flags;    /**< not checked */
+    uint32_t numSets;  /**< how many valid sets there are; at least one */
+    uint32_t firstSet; /**< offset of the first set record */
 } MCHeaderT;
 
 /** The record of a set, 28 bytes. */
 typedef struct MCSetTDisk {
     uint32_t setId;
-    uint32_t nextSet;    /* offset of the next set record */
-    uint32_t msgsOffset; /* offset of the message records */
-    uint32_t textOffset; /* offset of the block of texts */
-    uint32_t textLength; /* its length in bytes */
+    uint32_t nextSet;    /**< offset of the next set record */
+    uint32_t msgsOffset; /**< offset of the message records */
+    uint32_t textOffset; /**< offset of the block of texts */
+    uint32_t textLength; /**< its length in bytes */
     uint32_t numMsgs;
-    uint32_t invalid; /* 0 for a set that counts; others are skipped */
+    uint32_t invalid; /**< 0 for a set that counts; others are skipped */
 } MCSetTDisk;
 
 /** The record of a message, 12 bytes. */
 typedef struct MCMsgTDisk {
-    uint32_t msgId;     /* 1 or greater */
-    uint32_t msgOffset; /* of the text within its set's block */
-    uint32_t invalid;   /* kept, without effect */
+    uint32_t msgId;     /**< 1 or greater */
+    uint32_t msgOffset; /**< of the text within its set's block */
+    uint32_t invalid;   /**< kept, without effect */
 } MCMsgTDisk;
 
 /** Flags of ucv_catopen. */
