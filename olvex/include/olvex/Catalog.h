@@ -30,13 +30,13 @@ typedef struct MCHeaderT {
 
 /** The record of a set, 28 bytes. */
 typedef struct MCSetTDisk {
-    uint32_t setId;
+    uint32_t setId;      /**< 1 or greater */
     uint32_t nextSet;    /**< offset of the next set record */
     uint32_t msgsOffset; /**< offset of the message records */
     uint32_t textOffset; /**< offset of the block of texts */
     uint32_t textLength; /**< its length in bytes */
-    uint32_t numMsgs;
-    uint32_t invalid; /**< 0 for a set that counts; others are skipped */
+    uint32_t numMsgs;    /**< how many message records there are */
+    uint32_t invalid;    /**< 0 for a set that counts; others are skipped */
 } MCSetTDisk;
 
 /** The record of a message, 12 bytes. */

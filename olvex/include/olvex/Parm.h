@@ -17,7 +17,7 @@ typedef struct OvxParm {
         float floating;        /**< OVX_PARM_FLOAT */
         double doubleFloating; /**< OVX_PARM_DOUBLE */
         char *string;          /**< OVX_PARM_STRING; owned by records that OvxCopyParm made */
-    } value;
+    } value;                   /**< the value, in the member of its type */
 } OvxParm;
 
 /**

@@ -14,13 +14,13 @@ OVX_BEGIN_DECLS
 
 /** An argument's value: a 64-bit integer or a pointer in the first bytes, or a long double. */
 typedef struct CxPrintfValue {
-    unsigned char bytes[12];
+    unsigned char bytes[12]; /**< not aligned */
 } CxPrintfValue;
 
 /** One entry of the argument table. */
 typedef struct CxPrintfArg {
-    unsigned char type; /**< type code, 0 while no directive names this argument */
-    CxPrintfValue value;
+    unsigned char type;  /**< type code, 0 while no directive names this argument */
+    CxPrintfValue value; /**< the argument, once it is gathered */
 } CxPrintfArg;
 
 /** The argument table; begins as zeros. */
@@ -36,18 +36,18 @@ typedef struct CxPrintfFmt {
     union {
         int32_t argIndex;      /**< conversion: which argument, from 0 */
         const char *textStart; /**< literal: first byte, borrowed from the format */
-    } from;
+    } from;                    /**< where the item comes from */
     union {
         unsigned char argType; /**< conversion: type code */
         const char *textEnd;   /**< literal: last byte, included */
-    } to;
-    uint32_t flags;       /**< 0x01 "-", 0x02 "0", 0x04 "+", 0x08 " ", 0x10 "#", 0x20 "'" */
-    int32_t widthArg;     /**< argument that supplies the width, -1 for none */
-    int32_t width;        /**< -1 for none */
-    int32_t precisionArg; /**< argument that supplies the precision, -1 for none */
-    int32_t precision;    /**< -1 for none */
-    int32_t lengthMod;    /**< length modifier code, 0 for none */
-    char conversion;      /**< conversion character; "i" is kept as "d" */
+    } to;                      /**< where it ends, or what it is */
+    uint32_t flags;            /**< 0x01 "-", 0x02 "0", 0x04 "+", 0x08 " ", 0x10 "#", 0x20 "'" */
+    int32_t widthArg;          /**< argument that supplies the width, -1 for none */
+    int32_t width;             /**< -1 for none */
+    int32_t precisionArg;      /**< argument that supplies the precision, -1 for none */
+    int32_t precision;         /**< -1 for none */
+    int32_t lengthMod;         /**< length modifier code, 0 for none */
+    char conversion;           /**< conversion character; "i" is kept as "d" */
 } CxPrintfFmt;
 
 /** A parsed format; begins as zeros. */
