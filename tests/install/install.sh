@@ -132,7 +132,7 @@ check_programs "$work/pkg-config"
 check_readme
 
 # The pages whose programs are run as they are printed, with the command that was installed.
-for page in getting-started recipes extending cpp; do
+for page in getting-started recipes extending; do
     [[ ! -e $here/../../docs/$page.md ]] ||
         PATH=$prefix/bin:$PATH bash "$here/start.sh" "$here/../../docs/$page.md" "$work/$page" || fail "$page.md"
 done

@@ -38,7 +38,7 @@ step "The five-minute start, the recipes and the other pages with programs"
 inside apt-get install -y -qq --no-install-recommends gcc g++ libc6-dev pkg-config man-db bash-completion >/dev/null
 mkdir "$root/docs"
 cp "$top"/docs/*.md "$top/tests/install/start.sh" "$root/docs"
-for page in getting-started recipes extending cpp; do
+for page in getting-started recipes extending; do
     [[ ! -e $root/docs/$page.md ]] || inside bash /docs/start.sh "/docs/$page.md" "/root/$page"
 done
 
