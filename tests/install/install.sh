@@ -66,7 +66,7 @@ check_tracing_sample() {
     expect '^Error: 2  File: .*trace.cpp  Line: [0-9]+$' cat "$folder/olvex-trace.log"
 }
 
-# The program and the properties file that the README shows.
+# The programs and the properties file that the README shows.
 check_readme() {
     local readme=$here/../../README.md
     mkdir "$work/readme"
@@ -74,8 +74,11 @@ check_readme() {
     awk '/^```/ { inside = $0 == "```properties"; next } inside' "$readme" \
         >"$work/readme/app.properties"
     "$cc" -std=c11 "${flags[@]}" "$work/readme/app.c" -o "$work/readme/app" "${options[@]}"
+    awk '/^```/ { inside = $0 == "```cpp"; next } inside' "$readme" >"$work/readme/app.cpp"
+    "$cxx" -std=c++17 "${flags[@]}" "$work/readme/app.cpp" -o "$work/readme/app_cpp" "${options[@]}"
     cd "$work/readme"
-    expect 'Disk /var is 93 percent full$' ./app
+    expect ':[0-9]{2} Disk /var is 93 percent full$' ./app
+    expect 'app.cpp main 6 Disk /var is 93 percent full$' ./app_cpp
 }
 
 rm -rf "$work"

@@ -49,9 +49,9 @@ template <class Type>
 constexpr bool isPointerText =
     std::is_convertible_v<const Type &, const char *> && !std::is_integral_v<Type>;
 template <class Type, class = void>
-constexpr bool isStringText = false;
+inline constexpr bool isStringText = false;
 template <class Type>
-constexpr bool
+inline constexpr bool
     isStringText<Type, std::enable_if_t<std::is_convertible_v<
                            decltype(std::declval<const Type &>().c_str()), const char *>>> =
         !isPointerText<Type>;
@@ -60,9 +60,9 @@ constexpr bool isViewText = std::is_convertible_v<const Type &, std::string_view
                             !isPointerText<Type> && !isStringText<Type>;
 
 template <class Type, class = void>
-constexpr bool isPlainEnum = false;
+inline constexpr bool isPlainEnum = false;
 template <class Type>
-constexpr bool isPlainEnum<Type, std::enable_if_t<std::is_enum_v<Type>>> =
+inline constexpr bool isPlainEnum<Type, std::enable_if_t<std::is_enum_v<Type>>> =
     std::is_convertible_v<Type, std::underlying_type_t<Type>>;
 
 // Integers of which every value is an int.
