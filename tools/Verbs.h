@@ -19,6 +19,9 @@ int runCatalog(int argc, char **argv);
 // Makes and shows tables of code sets (Codeset.cpp).
 int runCodeset(int argc, char **argv);
 
+// Checks and explains properties files (Config.cpp).
+int runConfig(int argc, char **argv);
+
 // Logs lines of text as events (Log.cpp).
 int runLog(int argc, char **argv);
 

@@ -14,6 +14,7 @@ using tools::Verb;
 constexpr Verb kVerbs[] = {
     {"catalog", "Make, print and check message catalogs", tools::runCatalog},
     {"codeset", "Make and show tables of code sets", tools::runCodeset},
+    {"config", "Check and explain properties files", tools::runConfig},
     {"log", "Log lines of text as events", tools::runLog},
     {"view", "Show, search and count the records of logs", tools::runView},
 };

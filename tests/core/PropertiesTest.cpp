@@ -97,6 +97,8 @@ TEST(PropertiesFiles, EscapeWhatTheyMay)
         {"a=\\u20ACx\\u0041\n", "a=\xe2\x82\xacxA;"},
         {"a=\\u00g9\n", "failed"},
         {"a=\\u00e\n", "failed"},
+        {"a=\\u12.x=1\n", "failed"}, // and not a new line behind the dot
+        {"a=\\uxyz\n", "failed"},
     };
     for (const Reading &entry : cases)
         EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;

@@ -1,0 +1,585 @@
+// `olvex config`: its table of classes and its reading of files against the library's, then what a
+// user gets to see.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <random>
+#include <regex>
+#include <sstream>
+
+#include <malloc.h>
+
+#include "Command.h"
+#include "OvxObject.h"
+#include "config/Check.h"
+#include "config/Model.h"
+#include "core/Toolkit.h"
+
+using namespace tools_test;
+using namespace tools::config;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+namespace {
+
+std::string contentsOf(const std::string &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// The path of a file that has no name.
+class Unnamed {
+  public:
+    explicit Unnamed(const std::string &contents) : file_(makeFile(contents)) {}
+    ~Unnamed() { close(file_); }
+    Unnamed(const Unnamed &) = delete;
+    Unnamed &operator=(const Unnamed &) = delete;
+    std::string path() const { return "/proc/self/fd/" + std::to_string(file_); }
+
+  private:
+    int file_;
+};
+
+// The table of classes
+
+std::vector<std::string> namesIn(StringGroupNode *place)
+{
+    std::vector<std::string> names;
+    for (; OvxStringGroupIterHasNext(place); place = OvxStringGroupIterNext(place))
+        names.push_back(olvex::test::take(OvxStringGroupIterGet(place)));
+    return names;
+}
+
+std::string bytesOf(const void *block)
+{
+    if (!block) return "none;";
+    return std::string(static_cast<const char *>(block),
+                       malloc_usable_size(const_cast<void *>(block))) +
+           ';';
+}
+
+// All that an object keeps of its properties but their texts: a text that is stored shows by its
+// address.
+std::string stateOf(OvxObject *object)
+{
+    std::string state = bytesOf(object) + bytesOf(object->variables);
+    state += bytesOf(object->cls->description);
+    for (auto *get : {OvxFileCopyHandlerGetFiles, OvxFileCopyHandlerGetZipFile,
+                      OvxFileCopyHandlerGetZipCmdPath})
+        if (std::string(object->cls->name) == "ovx_ffdc_filecopy_handler")
+            state += olvex::test::take(get(object)) + ';';
+    return state;
+}
+
+bool changes(OvxObject *object, const char *property, const char *value)
+{
+    const std::string before = stateOf(object);
+    OvxSetObjProp(object, property, value);
+    return stateOf(object) != before;
+}
+
+// A value that every class which knows the property must notice.
+std::string exampleOf(const Property &property)
+{
+    switch (property.type) {
+    case Type::Boolean: return std::string(property.initial) == "true" ? "false" : "true";
+    case Type::Switch: return "off";
+    case Type::Level: return "FATAL";
+    case Type::Integer:
+    case Type::Long: return std::to_string(4000 + std::strlen(property.name));
+    case Type::Fraction: return "0.5";
+    case Type::Number: return "1";
+    case Type::Mode: return "0600";
+    case Type::Choice: return "QUOTA_SUSPEND";
+    case Type::AnyCase: return "PASSTHRU";
+    case Type::Program: return "/bin/sh";
+    case Type::CodeSet: return "UTF-8";
+    case Type::Listeners: return "test.listener";
+    case Type::Formatter: return "test.formatter";
+    default: return "example";
+    }
+}
+
+// Whether the type is kept as a number, so that setting the initial value again changes nothing.
+bool isScalar(Type type)
+{
+    return type == Type::Boolean || type == Type::Switch || type == Type::Level ||
+           type == Type::Integer || type == Type::Long || type == Type::Fraction ||
+           type == Type::Number || type == Type::Mode || type == Type::AnyCase;
+}
+
+class ConfigClasses : public olvex::test::OpenToolkit {
+  protected:
+    // An object that has properties already, since the first one makes room for them.
+    static OvxObject *make(const ClassInfo &info)
+    {
+        OvxObject *object = OvxGetObject((std::string("test.") + info.name).c_str(), info.name);
+        OvxSetObjProp(object, "unknown", "first");
+        return object;
+    }
+};
+
+TEST_F(ConfigClasses, AreThoseOfTheLibraryInItsOrder)
+{
+    std::vector<std::string> known[5];
+    for (const ClassInfo &info : classes())
+        known[static_cast<int>(info.category)].push_back(info.name);
+    auto handlers = namesIn(OvxGetHandlerClasses());
+    std::erase_if(handlers, [](const std::string &name) { return name.starts_with("test_"); });
+    EXPECT_EQ(known[1], namesIn(OvxGetLoggerClasses()));
+    EXPECT_EQ(known[2], namesIn(OvxGetFilterClasses()));
+    EXPECT_EQ(known[3], handlers);
+    EXPECT_EQ(known[4], namesIn(OvxGetFormatterClasses()));
+    for (const ClassInfo &info : classes()) {
+        OvxObject *object = make(info);
+        EXPECT_EQ(olvex::test::take(OvxGetObjectDesc(object)),
+                  info.description ? info.description : "(none)")
+            << info.name;
+        OvxReleaseObject(object);
+    }
+}
+
+TEST_F(ConfigClasses, HaveExactlyThePropertiesThatTheLibraryReactsTo)
+{
+    OvxObject *listener = OvxGetObject("test.listener", "ovx_consolehandler");
+    OvxObject *formatter = OvxGetObject("test.formatter", "ovx_basicformatter");
+    std::map<std::string_view, const Property *> properties;
+    for (const ClassInfo &info : classes())
+        for (const Property *property : info.all())
+            if (property->type != Type::Class) properties.try_emplace(property->name, property);
+    // The two file handlers keep each other's settings, and never look at them.
+    const auto isKept = [](const ClassInfo &info, std::string_view property) {
+        const std::string_view name = info.name;
+        return (name == "ovx_filehandler" && property == "MPFileSemKey") ||
+               (name == "ovx_multiproc_filehandler" && property == "appending");
+    };
+    for (const ClassInfo &info : classes()) {
+        OvxObject *object = make(info);
+        EXPECT_FALSE(changes(object, "noSuchProperty", "1")) << info.name;
+        for (const auto &[name, property] : properties) {
+            if (isKept(info, name)) continue;
+            EXPECT_EQ(changes(object, property->name, exampleOf(*property).c_str()),
+                      info.find(name) != nullptr)
+                << info.name << ' ' << name;
+        }
+        OvxReleaseObject(object);
+    }
+    OvxReleaseObject(formatter);
+    OvxReleaseObject(listener);
+}
+
+TEST_F(ConfigClasses, BeginWithTheDefaultsThatTheTableGives)
+{
+    for (const ClassInfo &info : classes()) {
+        OvxObject *object = make(info);
+        for (const Property *property : info.all()) {
+            if (!isScalar(property->type) || !*property->initial) continue;
+            EXPECT_FALSE(changes(object, property->name, property->initial))
+                << info.name << ' ' << property->name;
+        }
+        OvxReleaseObject(object);
+    }
+}
+
+// Reading
+
+std::string makeText(std::mt19937 &random)
+{
+    static const std::vector<std::string> kPieces = {"a",
+                                                     "b.c",
+                                                     ".",
+                                                     "=",
+                                                     ":",
+                                                     " ",
+                                                     "\t",
+                                                     "\n",
+                                                     "\n",
+                                                     "\n\n",
+                                                     "\r\n",
+                                                     "\r",
+                                                     "\\",
+                                                     "\\\\",
+                                                     "\\ ",
+                                                     "\\=",
+                                                     "\\n",
+                                                     "\\\n",
+                                                     "\\\r\n",
+                                                     "\\u00e9",
+                                                     "\\U20Ac",
+                                                     "\\u12",
+                                                     "\\u0000",
+                                                     "u",
+                                                     "#",
+                                                     "!",
+                                                     "\"",
+                                                     "\\\"",
+                                                     "\xC3\xA9",
+                                                     std::string(1, '\0'),
+                                                     "a.b=c\n",
+                                                     "a.b=d\r\n",
+                                                     "x.y z\n",
+                                                     " # comment\n",
+                                                     "p.q=one \\\n   two\n",
+                                                     "/.a=b\n",
+                                                     ".x=1\n",
+                                                     "x.=1\n",
+                                                     "a.b=\n"};
+    std::string text;
+    for (auto count = random() % 12; count > 0; --count)
+        text += kPieces[random() % kPieces.size()];
+    return text;
+}
+
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+// As a list keeps them: a key that comes again keeps its place.
+Pairs pairsOf(const Scan &scan)
+{
+    Pairs pairs;
+    for (std::size_t i = 0; i < scan.pairsBeforeError; ++i) {
+        const Pair &pair = scan.pairs[i];
+        const auto known = std::ranges::find(pairs, pair.key, &Pairs::value_type::first);
+        if (known == pairs.end())
+            pairs.emplace_back(pair.key, pair.value);
+        else
+            known->second = pair.value;
+    }
+    return pairs;
+}
+
+Pairs pairsOf(const CxPropList &list)
+{
+    Pairs pairs;
+    for (std::int32_t i = 0; i < list.count; ++i)
+        pairs.emplace_back(list.entries[i].key, list.entries[i].value);
+    return pairs;
+}
+
+TEST_F(ConfigClasses, FilesAreReadAsTheLibraryReadsThem)
+{
+    std::mt19937 random(20080401);
+    int good = 0, bad = 0;
+    testing::internal::CaptureStderr(); // the library reports bad escapes
+    for (int round = 0; round < 20000; ++round) {
+        const std::string text = makeText(random);
+        const Unnamed file(text);
+        const Scan scan = scanProperties(text);
+        CxPropList list{};
+        ASSERT_EQ(CxPropListRead(file.path().c_str(), &list), !scan.hasError) << text;
+        ASSERT_EQ(pairsOf(list), pairsOf(scan)) << text;
+        CxPropListDiscard(&list);
+
+        Report report;
+        report.addFile("file");
+        Model({}).add(0, scan, report);
+        const bool isGood = !scan.hasError && report.count(Severity::Error) == 0;
+        ASSERT_EQ(OvxLogMgrReadProps(file.path().c_str()), isGood) << text;
+        ++(isGood ? good : bad);
+    }
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("OVX0052E"));
+    EXPECT_GT(good, 2000);
+    EXPECT_GT(bad, 2000);
+}
+
+constexpr const char *kObjects[] = {"a", "a.b", "a.b.c", "a.b.c.d", "x.y", "x.y.z"};
+
+std::string makeConfiguration(std::mt19937 &random)
+{
+    std::vector<std::string> lines;
+    for (const char *object : kObjects) {
+        if (random() % 3 == 0)
+            lines.push_back(std::string(object) + ".className=" +
+                            (random() % 2 ? "ovx_levelfilter" : "ovx_consolehandler"));
+        if (random() % 3 == 0)
+            lines.push_back(std::string(object) + ".level=" + std::to_string(random() % 9));
+    }
+    std::ranges::shuffle(lines, random);
+    std::string text;
+    for (const std::string &line : lines)
+        text += line + '\n';
+    return text;
+}
+
+TEST(ConfigModel, FindsClassesAndValuesAsTheLibraryDoes)
+{
+    std::mt19937 random(7);
+    int found = 0, broken = 0;
+    for (int round = 0; round < 300; ++round) {
+        const std::string text = makeConfiguration(random);
+        const Unnamed file(text);
+        const Scan scan = scanProperties(text);
+        Report report;
+        report.addFile("file");
+        Model model({});
+        model.add(0, scan, report);
+        model.finish();
+        for (const char *name : kObjects) {
+            testing::internal::CaptureStderr(); // the library reports what has no class
+            ASSERT_TRUE(OvxOpenToolkit(file.path().c_str()));
+            OvxObject *object = OvxGetObject(name, nullptr);
+            const bool isBroken = model.breakOfClass(name) != nullptr;
+            const std::string expected = isBroken ? "" : model.classOf(name).name;
+            ASSERT_EQ(object ? object->cls->name : "", expected) << name << '\n' << text;
+            if (object) {
+                const Found level = model.inherit(name, "level");
+                ASSERT_EQ(olvex::test::take(OvxGetObjProp(object, "level", nullptr)),
+                          level ? level.value() : "(none)")
+                    << name << '\n'
+                    << text;
+            }
+            OvxReleaseObject(object);
+            OvxCloseToolkit();
+            testing::internal::GetCapturedStderr();
+            found += object != nullptr;
+            broken += isBroken;
+        }
+    }
+    EXPECT_GT(found, 300);
+    EXPECT_GT(broken, 30);
+}
+
+// Checking
+
+// "LINE CODE" for each problem that was printed.
+std::vector<std::string> problemsIn(const std::string &output)
+{
+    static const std::regex kForm(R"(:(\d+):\d+: (?:error|warning): .* \[([a-z-]+)\]$)");
+    std::vector<std::string> problems;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+        std::smatch parts;
+        EXPECT_TRUE(std::regex_search(line, parts, kForm)) << line;
+        problems.push_back(parts[1].str() + ' ' + parts[2].str());
+    }
+    return problems;
+}
+
+std::vector<std::string> check(const std::string &text)
+{
+    Folder folder;
+    return problemsIn(run({"config", "check", folder.put("a.properties", text)}).out);
+}
+
+TEST(ConfigCommand, FindsThePlantedMistakes)
+{
+    const std::string path = OLVEX_SOURCES "/tests/tools/mistakes.properties";
+    std::vector<std::string> wanted, waiting;
+    std::ifstream file(path);
+    int number = 0;
+    for (std::string line; std::getline(file, line);) {
+        ++number;
+        if (line.starts_with("# want "))
+            waiting.push_back(line.substr(7));
+        else
+            for (; !waiting.empty(); waiting.erase(waiting.begin()))
+                wanted.push_back(std::to_string(number) + ' ' + waiting.front());
+    }
+    EXPECT_EQ(wanted.size(), 25u);
+    const Outcome outcome = run({"config", "check", path});
+    EXPECT_EQ(problemsIn(outcome.out), wanted);
+    EXPECT_EQ(outcome.code, 1);
+}
+
+TEST(ConfigCommand, FindsNothingInTheSamples)
+{
+    int files = 0;
+    for (const auto &entry : std::filesystem::directory_iterator(OLVEX_SOURCES "/samples")) {
+        if (entry.path().extension() != ".properties") continue;
+        const Outcome outcome = run({"config", "check", "--strict", entry.path().string()});
+        EXPECT_EQ(outcome.out + outcome.err, "") << entry.path();
+        EXPECT_EQ(outcome.code, 0) << entry.path();
+        ++files;
+    }
+    EXPECT_GE(files, 5);
+}
+
+TEST(ConfigCommand, GoesOnAfterEachMistakeOfSyntax)
+{
+    EXPECT_EQ(
+        check("a.b\n"
+              "  = 1\n"
+              "a\\b.c=2\n"
+              "a.d=\\u12\n"
+              "a.className=ovx_basiclogger \\\n"
+              "\n"
+              "  \r\n"
+              "\t=x\r\n"
+              "a.e=\\q"),
+        (std::vector<std::string>{"1 no-separator", "2 no-key", "3 unknown-property",
+                                  "3 bad-escape", "4 bad-escape", "5 unknown-class",
+                                  "6 continued-over-empty-line", "8 no-key", "9 bad-escape"}));
+}
+
+TEST(ConfigCommand, TakesValuesAsTheClassesDo)
+{
+    const struct {
+        const char *setting, *code;
+    } cases[] = {{"file.maxFiles=1 ", ""},
+                 {"file.maxFiles=0", "bad-value"},
+                 {"file.maxFiles=3000000000", "out-of-range"},
+                 {"file.maxFiles=", "bad-value"},
+                 {"file.appending=TRUE", ""},
+                 {"file.appending=true ", "bad-value"},
+                 {"file.filePermission=644", ""},
+                 {"file.filePermission=00644", "cut-value"},
+                 {"file.filePermission=0888", "cut-value"},
+                 {"file.fileName=logs/app ", "trailing-blank"},
+                 {"file.fileName=logs/app\\ ", ""},
+                 {"file.fileName=logs.d/app", "odd-name"},
+                 {"file.fileEncoding=UTF-8", ""},
+                 {"log.level=warning", ""},
+                 {"log.level=5000", ""},
+                 {"log.level=5OOO", "cut-value"},
+                 {"log.level=", "bad-value"},
+                 {"log.logging=Off", ""},
+                 {"copy.firstWarning=1", "bad-value"},
+                 {"copy.firstWarning=.5", ""},
+                 {"copy.warnOnDiskSpace=true", "bad-value"},
+                 {"copy.quotaPolicy=quota_ignore", "bad-value"},
+                 {"copy.maxDiskSpace=5000000000", ""},
+                 {"copy.zipFileName=a", "no-effect"},
+                 {"copy.zipCmdPath=/bin/zip;rm", "bad-value"}};
+    for (const auto &entry : cases) {
+        std::vector<std::string> problems =
+            check("log.className=ovx_basiclogger\nlog.listenerNames=file copy\n"
+                  "file.className=ovx_filehandler\ncopy.className=ovx_ffdc_filecopy_handler\n"
+                  "copy.baseDir=d\ncopy.triggerFilter=ids\ncopy.filesToCopy=f\n"
+                  "ids.className=ovx_msgidfilter\n" +
+                  std::string(entry.setting) + '\n');
+        std::erase(problems, "9 no-effect");
+        if (std::string_view(entry.code) == "no-effect") problems.push_back("9 no-effect");
+        EXPECT_EQ(problems, *entry.code ? std::vector{std::string("9 ") + entry.code}
+                                        : std::vector<std::string>())
+            << entry.setting;
+    }
+}
+
+// What serves as a parent alone, inherits, or is of a class of the program's is not flagged.
+TEST(ConfigCommand, UnderstandsParentsAndHostClasses)
+{
+    EXPECT_THAT(check("defaults.className=ovx_filehandler\ndefaults.maxFiles=5\n"
+                      "defaults.one.fileName=one.log\n"
+                      "app.className=ovx_basiclogger\napp.level=INFO\n"
+                      "app.listenerNames=defaults.one defaults.two\n"
+                      "app.part.level=WARN\n"
+                      "olvex.errorLogger.level=WARN\nolvex.defaultFormatter.separator=|\n"),
+                IsEmpty());
+    EXPECT_EQ(check("app.className=ovx_basiclogger\napp.listenerNames=app.screen\n"
+                    "app.screen.className=ovx_consolehandler\n"),
+              std::vector<std::string>{"2 circle"});
+
+    Folder folder;
+    const std::string file =
+        folder.put("host.properties", "app.className=ovx_basiclogger\napp.listenerNames=mail\n"
+                                      "mail.className=host_mail\nmail.address=root\n");
+    EXPECT_EQ(problemsIn(run({"config", "check", file}).out),
+              std::vector<std::string>{"3 unknown-class"});
+    EXPECT_EQ(run({"config", "check", "--class", "host_mail", file}).out, "");
+    EXPECT_EQ(problemsIn(run({"config", "check", "--class=host_mail=formatter", file}).out),
+              std::vector<std::string>{"2 wrong-category"});
+}
+
+TEST(ConfigCommand, EndsWithItsVerdict)
+{
+    Folder folder;
+    const std::string first = folder.put("first.properties", "a.level=INFO\na.level=WARN\n");
+    const std::string second = folder.put("second.properties", "a.level=\"\x01\n");
+    Outcome outcome = run({"config", "check", first, second});
+    EXPECT_EQ(outcome.out,
+              first + ":1:1: warning: 'a.level' is set again in " + first +
+                  ":2, and that value counts [set-twice]\n" + first +
+                  ":2:1: warning: 'a.level' is set again in " + second +
+                  ":1, and that value counts [shadowed]\n" + second +
+                  ":1:9: warning: level: there is no level '\"?'; everything passes [bad-value]\n");
+    EXPECT_EQ(outcome.code, 0);
+    outcome = run({"config", "check", "--strict", "--json", second});
+    EXPECT_EQ(outcome.out, "{\"file\":\"" + second +
+                               "\",\"line\":1,\"column\":9,\"severity\":\"error\","
+                               "\"code\":\"bad-value\",\"message\":\"level: there is no level "
+                               "'\\\"\\u0001'; everything passes\"}\n");
+    EXPECT_EQ(outcome.code, 1);
+    outcome = run({"config", "check", folder.path()});
+    EXPECT_THAT(outcome.out, HasSubstr(":1:1: error: the file cannot be read: "));
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(run({"config", "check"}).code, 2);
+    EXPECT_EQ(run({"config", "check", "--class=a=b", first}).code, 2);
+}
+
+// Files that would keep a careless program busy for long, or take its stack.
+TEST(ConfigCommand, EndsWithLongChainsToo)
+{
+    std::string text = "l0.className=ovx_basiclogger\nl0.listenerNames=l1\n", dots;
+    for (int i = 1; i < 20000; ++i)
+        text += "l" + std::to_string(i) + ".className=ovx_levelfilter\nl" + std::to_string(i) +
+                ".listenerNames=l" + std::to_string((i + 1) % 20000) + '\n';
+    for (int i = 0; i < 200000; ++i)
+        dots += "x.";
+    Folder folder;
+    const std::string file = folder.put("long.properties", text + dots + "level=INFO\n");
+    EXPECT_EQ(problemsIn(run({"config", "check", file}).out),
+              std::vector<std::string>{"40000 wrong-category"});
+    EXPECT_EQ(run({"config", "explain", file, "l0"}).code, 0);
+}
+
+// Explaining
+
+TEST(ConfigCommand, ExplainsAnObject)
+{
+    Folder folder;
+    const std::string file = folder.put("app.properties", "app.className = ovx_basiclogger\n"
+                                                          "app.level = INFO\n"
+                                                          "app.colour = red\n"
+                                                          "app.listenerNames = screen alarms gone\n"
+                                                          "screen.className = ovx_consolehandler\n"
+                                                          "screen.formatterName = lines\n"
+                                                          "alarms.className = ovx_levelfilter\n"
+                                                          "alarms.level = WARN\n"
+                                                          "alarms.listenerNames = screen alarms\n"
+                                                          "lines.className = ovx_basicformatter\n");
+    const std::string more = folder.put("more.properties", "app.part.level = FATAL\n");
+    setenv("LC_ALL", "C", 1);
+    EXPECT_EQ(run({"config", "explain", file, more, "app.part"}).out,
+              "app.part: logger of class ovx_basiclogger\n\n"
+              "  className      ovx_basiclogger     " +
+                  file +
+                  ":1, from app\n"
+                  "  level          FATAL               " +
+                  more +
+                  ":1\n"
+                  "  listenerNames  screen alarms gone  " +
+                  file +
+                  ":4, from app\n"
+                  "  colour         red                 " +
+                  file +
+                  ":3, from app, no effect\n\n"
+                  "app.part (ovx_basiclogger, from FATAL)\n"
+                  "|- screen (ovx_consolehandler, formatter lines)\n"
+                  "|- alarms (ovx_levelfilter, from WARN)\n"
+                  "|  |- screen (ovx_consolehandler, formatter lines)\n"
+                  "|  `- alarms (ovx_levelfilter, from WARN) ...\n"
+                  "`- gone (no such object)\n");
+    setenv("LC_ALL", "C.UTF-8", 1);
+    EXPECT_THAT(run({"config", "explain", file, "app"}).out, HasSubstr("\n│  └─ alarms ("));
+    unsetenv("LC_ALL");
+    EXPECT_THAT(run({"config", "explain", "--all", file, "lines"}).out,
+                HasSubstr("  separator       a blank "));
+    const Outcome outcome = run({"config", "explain", file, "apps"});
+    EXPECT_EQ(outcome.err, "olvex config: nothing is set for 'apps'; did you mean 'app'?\n");
+    EXPECT_EQ(outcome.code, 1);
+}
+
+TEST(ConfigCommand, PrintsTheClassesThatTheDocumentHolds)
+{
+    const Outcome outcome = run({"config", "classes", "--markdown"});
+    EXPECT_THAT(contentsOf(OLVEX_SOURCES "/docs/configuration.md"), HasSubstr(outcome.out));
+    EXPECT_THAT(outcome.out, HasSubstr("| `maxFiles` | 1 or more | `3` |"));
+    EXPECT_THAT(run({"config", "classes", "ovx_mavtraceformatter"}).out,
+                HasSubstr("ovx_mavtraceformatter, a formatter\n"));
+    EXPECT_EQ(run({"config", "classes", "ovx_filehandlr"}).code, 1);
+}
+
+} // namespace
