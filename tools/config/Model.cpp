@@ -123,6 +123,7 @@ void Model::finish()
     for (auto &[name, configuration] : configurations_) {
         configuration.parent = ancestorOf(name);
         configuration.isLate = configuration.isLate && configuration.parent;
+        all_.push_back(&configuration);
     }
     for (auto place = configurations_.rbegin(); place != configurations_.rend(); ++place) {
         Configuration &configuration = place->second;
@@ -136,14 +137,6 @@ const Configuration *Model::find(std::string_view name) const
 {
     const auto found = configurations_.find(name);
     return found == configurations_.end() ? nullptr : &found->second;
-}
-
-std::vector<const Configuration *> Model::all() const
-{
-    std::vector<const Configuration *> every;
-    for (const auto &[name, configuration] : configurations_)
-        every.push_back(&configuration);
-    return every;
 }
 
 const Configuration *Model::ancestorOf(std::string_view name) const

@@ -67,7 +67,8 @@ class Model {
     const Configuration *find(std::string_view name) const;
     // The one of that name or else the nearest above it.
     const Configuration *nearest(std::string_view name) const;
-    std::vector<const Configuration *> all() const;
+    // Valid once all files are in.
+    const std::vector<const Configuration *> &all() const { return all_; }
 
     // The value that an object of that name has, its own or the nearest above.
     Found inherit(std::string_view name, std::string_view property) const;
@@ -95,6 +96,7 @@ class Model {
     const Configuration *ancestorOf(std::string_view name) const;
 
     std::map<std::string, Configuration, BySize> configurations_;
+    std::vector<const Configuration *> all_;
     HostClasses hostClasses_;
 };
 

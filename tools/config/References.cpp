@@ -10,6 +10,8 @@ namespace tools::config {
 
 namespace {
 
+constexpr std::size_t kMostCandidates = 2000; // among which a similar name is looked for
+
 std::string quote(std::string_view text)
 {
     return "'" + std::string(text) + "'";
@@ -79,8 +81,9 @@ class TargetChecker : Collector {
         if (name.empty()) return "the name is empty";
         if (model_.find(name)) return "the object " + quote(name) + " has no class";
         NearestName nearest(name);
-        for (const Configuration *configuration : model_.all())
-            nearest.offer(configuration->name);
+        if (model_.all().size() <= kMostCandidates)
+            for (const Configuration *configuration : model_.all())
+                nearest.offer(configuration->name);
         return "there is no object " + quote(name) + nearest.hint();
     }
 
