@@ -129,7 +129,8 @@ FormatPlan &FormatCache::planOf(const char *format)
 {
     const auto address = reinterpret_cast<std::uintptr_t>(format);
     Slot &slot = slots_[(address ^ address >> 7) % kSlots];
-    if (slot.text.str && std::strcmp(slot.text.str, format) == 0) return slot.plan;
+    if (slot.plan.isValid() && slot.text.str && std::strcmp(slot.text.str, format) == 0)
+        return slot.plan;
     return parseInto(slot, format);
 }
 

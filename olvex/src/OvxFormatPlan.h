@@ -15,6 +15,7 @@ class FormatPlan {
   public:
     // False when the format cannot be parsed or memory runs out; such a plan prints nothing.
     bool parse(const char *format);
+    bool isValid() const { return valid_; }
 
     // Appends the format printed over `parms`; nothing when it uses more parameters than there are.
     // An item that cannot be printed ends the text.
@@ -35,7 +36,8 @@ class FormatPlan {
 // The plans of the formats used last. Their memory is kept until discard().
 class FormatCache {
   public:
-    // The plan of a format; valid until the next call.
+    // The plan of a format; there until the next call. One that could not be parsed is tried again
+    // each time: it may have been memory that was lacking.
     FormatPlan &planOf(const char *format);
 
     void discard();

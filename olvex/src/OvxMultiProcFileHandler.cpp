@@ -52,9 +52,12 @@ bool ovxMultiProcFileHandlerLockSem(OvxFileHandlerVars &vars, Failures &failures
     return ok(locked);
 }
 
+// Tried twice: a semaphore that is not given back stops everybody, this process at its next record.
 void ovxMultiProcFileHandlerUnlockSem(OvxFileHandlerVars &vars, Failures &failures)
 {
-    failures.add(CxSemUnlock(&vars.sem));
+    const CxResult unlocked = CxSemUnlock(&vars.sem);
+    failures.add(unlocked);
+    if (!ok(unlocked)) CxSemUnlock(&vars.sem);
 }
 
 // What comes before the record when the file is full, or is shorter than at the last one or newly

@@ -3,6 +3,10 @@
  * by 0. A call whose level does not reach the logger's threshold returns at once, without the lock.
  * Calls return nothing and never fail visibly; what goes wrong is reported to the logger
  * "olvex.errorLogger".
+ *
+ * No logging call may be made from a signal handler: the signal may have come while the thread
+ * holds the lock or the allocator's. Such a handler calls OvxEmergencyWrite(), the one function
+ * here that it may call, or leaves a flag for the program to log later.
  */
 #ifndef OLVEX_LOG_H
 #define OLVEX_LOG_H
@@ -77,6 +81,22 @@ OVX_API void OvxLogDebugMaxVA(OvxObject *logger, const char *srcFile, const char
 OVX_API void OvxLogText(OvxObject *logger, const char *text, ...);
 /** OvxLogText with the list as a va_list. */
 OVX_API void OvxLogTextVA(OvxObject *logger, const char *text, va_list parameters);
+
+/**
+ * Names the file (a path) that OvxEmergencyWrite() writes to, besides standard error, and opens it
+ * for appending, with mode 0600 if it is made. It stays open until another call, also when the
+ * toolkit closes; NULL or "" names none any more. True when a file is open for it. A failure is
+ * reported, and leaves none. Set it up at start: a text written while another thread is in this
+ * call may miss the file. Call it with NULL before the library is unloaded.
+ */
+OVX_API bool OvxSetEmergencyFile(const char *path);
+
+/**
+ * Writes the text as it is, without a line end, to standard error and to the emergency file. For
+ * signal handlers and other places where nothing else may be called: takes no lock, allocates
+ * nothing, keeps errno. What cannot be written is lost.
+ */
+OVX_API void OvxEmergencyWrite(const char *text);
 
 /** The function with which the logger passes events on; NULL when disabled or not a logger. */
 OVX_API OvxFLog OvxLoggerGetFLog(OvxObject *logger);

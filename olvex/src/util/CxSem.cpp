@@ -39,6 +39,14 @@ CxResult prepareNew(CxSem sem)
     return failure(errno);
 }
 
+// A set that cannot be made ready goes again: others would wait for it, at each of their events.
+CxResult makeReady(CxSem sem)
+{
+    const CxResult result = prepareNew(sem);
+    if (!ok(result)) semctl(sem, 0, IPC_RMID);
+    return result;
+}
+
 // A stretch of time that passes in small steps, so that what is waited for is seen when it comes;
 // signals do not shorten it.
 class Rest {
@@ -125,7 +133,7 @@ CxResult CxSemOpen(CxSem *sem, int32_t key)
 {
     if (!sem) return badArgument();
     *sem = semget(key, 1, IPC_CREAT | IPC_EXCL | kMode);
-    if (*sem >= 0) return prepareNew(*sem);
+    if (*sem >= 0) return makeReady(*sem);
     return errno == EEXIST ? openExisting(sem, key) : failure(errno);
 }
 

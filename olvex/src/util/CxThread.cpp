@@ -9,8 +9,10 @@ using namespace olvex;
 
 namespace {
 
-// Asked for once a thread; forgotten by the one thread that a fork leaves in a child.
-[[gnu::tls_model("initial-exec")]] thread_local pid_t currentId = 0;
+// Asked for once a thread; forgotten by the one thread that a fork leaves in a child. Of the model
+// that the compiler takes by itself: a quicker one needs room that a program which loads the
+// library while it runs does not have.
+thread_local pid_t currentId = 0;
 
 void forgetId()
 {

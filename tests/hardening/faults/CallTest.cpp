@@ -1,0 +1,159 @@
+// System calls that fail, each at every place where the library makes it and with the errors that
+// it can give: the host runs on, a failure is reported once and never causes itself, and the next
+// good event is written to every log.
+#include "Faults.h"
+#include "Scenario.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <initializer_list>
+
+using namespace olvex::test;
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr long kStep = 7;
+#else
+constexpr long kStep = 1;
+#endif
+
+// What a failure of the call is reported as, at some of the places where it is made: the system's
+// text, or a message. Failures of calls without either are not reported at any place.
+constexpr const char *kSystemText = "the system's text";
+constexpr const char *kNothing = nullptr;
+
+struct Row {
+    const char *call;
+    std::vector<int> errors;
+    const char *reportedAs;
+};
+
+void PrintTo(const Row &row, std::ostream *stream)
+{
+    *stream << row.call;
+}
+
+const Row kRows[] = {
+    {"open64", {EACCES, EMFILE, ENOSPC}, kSystemText},
+    {"openat64", {EACCES}, kNothing},
+    {"read", {EIO}, "OVXMP0072W"},
+    {"pread64", {EIO}, kNothing},
+    {"write", {ENOSPC, EIO}, kSystemText},
+    {"lseek64", {EINVAL, ESPIPE}, kSystemText},
+    {"ftruncate64", {EIO, EINVAL}, kSystemText},
+    {"fsync", {EIO, ENOSPC}, "OVXMP0073W"},
+    {"fstat64", {EIO}, kSystemText},
+    {"stat64", {EACCES, ENOMEM}, "OVXFH0032E"},
+    {"statx", {EACCES, ENOMEM}, kSystemText},
+    {"remove", {EACCES, EBUSY}, kSystemText},
+    {"rename", {EXDEV, EACCES}, kSystemText},
+    {"mkdir", {EACCES, EROFS, ENOSPC}, "OVXFF0063W"},
+    {"chmod", {EPERM}, kNothing},
+    {"opendir", {EMFILE, EACCES}, kNothing},
+    {"fdopendir", {ENOMEM}, kNothing},
+    {"readdir64", {EIO}, kNothing},
+    {"semget", {ENOSPC, EACCES}, kSystemText},
+    {"semctl", {EACCES, EIDRM}, kSystemText},
+    {"semop", {EACCES, EIDRM}, kSystemText},
+    {"fork", {EAGAIN, ENOMEM}, kSystemText},
+    {"execv", {ENOENT, EACCES}, "OVXFF0064E"},
+    {"waitpid", {ECHILD}, kSystemText},
+    {"gethostname", {ENAMETOOLONG}, "OVXLG0035E"},
+    {"statfs64", {EIO}, kNothing},
+    {"inotify_init1", {EMFILE}, kNothing},
+    {"inotify_add_watch", {ENOSPC, ENOMEM}, kNothing},
+    {"ioctl", {EBADF}, kNothing},
+};
+
+class CallFailure : public ::testing::TestWithParam<Row> {
+  protected:
+    // Runs everything with the calls failing, then once more without; what is found is told at the
+    // end, since until then the output is silenced.
+    void run(long first, long count, int error)
+    {
+        scenario_.prepare();
+        failCalls(row_.call, first, count, error);
+        const bool opened = scenario_.open();
+        scenario_.use();
+        failNoCalls();
+        place_ = std::to_string(first) + " (" + strerror(error) + ")";
+        check(error);
+        if (!opened && !scenario_.open()) note("does not open");
+        scenario_.logGood();
+        const std::string lacking = scenario_.logsWithoutGood();
+        if (!lacking.empty()) note("no good event in " + lacking);
+        OvxCloseToolkit();
+    }
+
+    void check(int error)
+    {
+        const std::string text = row_.reportedAs == kSystemText ? strerror(error)
+                                 : row_.reportedAs              ? row_.reportedAs
+                                                                : "";
+        const long count =
+            std::count_if(reportsMade.begin(), reportsMade.end(), [&](const std::string &report) {
+                return report.compare(0, text.size(), text) == 0;
+            });
+        if (row_.reportedAs == kNothing && !reportsMade.empty()) note("says " + reportsMade[0]);
+        if (count > callsFailed() && !isInChild()) note("says more than once " + text);
+        if (static_cast<long>(reportsMade.size()) > 4 * callsFailed() + 1) note("says too much");
+        reported_ = reported_ || count > 0;
+    }
+
+    void note(const std::string &fault)
+    {
+        faults_ += std::string(row_.call) + " " + place_ + ": " + fault + "\n";
+        ++faultCount_;
+    }
+
+    // Where the count of failed calls does not come back from.
+    bool isInChild() const { return std::string(row_.call) == "execv"; }
+
+    // A semaphore that can be neither given back nor removed stops everybody; the system has no
+    // such failure.
+    bool isLasting() const
+    {
+        return std::string(row_.call).find("sem") != 0 || row_.call[3] == 'g';
+    }
+
+    void failEverywhere(int error)
+    {
+        for (long first = 1; faultCount_ < 20; first += kStep, ++places_) {
+            run(first, 1, error);
+            if (callsFailed() == 0) break;
+        }
+        run(1, isLasting() ? kForEver : 1, error);
+    }
+
+    const Row &row_ = GetParam();
+    Scenario scenario_{true};
+    std::string place_;
+    std::string faults_;
+    int faultCount_ = 0;
+    long places_ = 0;
+    bool reported_ = false;
+};
+
+TEST_P(CallFailure, IsSurvived)
+{
+    {
+        const Silence silence;
+        for (const int error : row_.errors)
+            failEverywhere(error);
+    }
+    std::printf("%ld failures of %s\n", places_, row_.call);
+    EXPECT_EQ(faults_, "");
+    if (!isInChild()) {
+        EXPECT_GT(places_, 0);
+    }
+    EXPECT_EQ(reported_, row_.reportedAs != kNothing);
+}
+
+INSTANTIATE_TEST_SUITE_P(, CallFailure, ::testing::ValuesIn(kRows),
+                         [](const auto &row) { return std::string(row.param.call); });
+
+} // namespace

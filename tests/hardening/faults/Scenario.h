@@ -1,0 +1,234 @@
+// A host's whole life with the toolkit: objects of all thirteen classes out of a properties file,
+// logged through until everything has rolled over, and closed. Faults are injected into it.
+#pragma once
+
+#include <olvex/class.h>
+#include <olvex/olvex.h>
+
+#include <fcntl.h>
+#include <string>
+#include <sys/sem.h>
+#include <unistd.h>
+#include <vector>
+
+#include "OvxPathWatch.h"
+#include "Paths.h"
+#include "core/LogDirectory.h"
+
+namespace olvex::test {
+
+// Sends what is written to standard output and standard error away while it lives: the console
+// handlers of the scenario write there, thousands of times.
+class Silence {
+  public:
+    Silence()
+    {
+        std::fflush(stdout);
+        const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        for (int file : {1, 2}) {
+            kept_[file - 1] = fcntl(file, F_DUPFD_CLOEXEC, 3);
+            dup2(nowhere, file);
+        }
+        close(nowhere);
+    }
+    ~Silence()
+    {
+        std::fflush(stdout);
+        for (int file : {1, 2}) {
+            dup2(kept_[file - 1], file);
+            close(kept_[file - 1]);
+        }
+    }
+    Silence(const Silence &) = delete;
+    Silence &operator=(const Silence &) = delete;
+
+  private:
+    int kept_[2];
+};
+
+// What the toolkit reported about itself, where a recorder listens to it.
+inline std::vector<std::string> reportsMade;
+
+inline void recordReport(OvxObject *, OvxEvent *event)
+{
+    char *text = OvxBindEventMsg(event, ovxIntlBindI18Msg);
+    reportsMade.emplace_back(text ? text : "");
+    BaxMemoryFree(text);
+}
+
+class Scenario {
+  public:
+    explicit Scenario(bool recordsReports) : recordsReports_(recordsReports)
+    {
+        // A handler that has lost its file's name writes to one in the working directory.
+        std::filesystem::current_path(directory_.path());
+        directory_.write("host.conf", "what is captured\n");
+        directory_.write("host.properties", properties());
+        directory_.write("zip", "#!/bin/sh\n: >\"$3\"\n");
+        std::filesystem::permissions(directory_ / "zip", std::filesystem::perms::owner_all);
+        setenv("UCVDIR", OLVEX_TABLES, 1);
+        path_ = directory_ / "host.properties";
+        for (const char *name : {"one", "two", "shared", "again", "xml", "trace"})
+            logs_.push_back(directory_ / ("logs/" + std::string(name) + ".log"));
+    }
+    ~Scenario()
+    {
+        removeSemaphore();
+        std::filesystem::current_path("/");
+    }
+
+    // Removes what earlier runs left.
+    void prepare()
+    {
+        std::filesystem::remove_all(directory_ / "logs");
+        std::filesystem::remove_all(directory_ / "captured");
+        std::filesystem::create_directory(directory_ / "logs");
+        directory_.write("logs/again.log.rollover", "left behind\n");
+        reportsMade.clear();
+        removeSemaphore();
+    }
+
+    // Whether the toolkit opened.
+    bool open()
+    {
+        if (recordsReports_)
+            OvxAddHandlerClass("test_reports", nullptr, nullptr, nullptr, nullptr, recordReport,
+                               nullptr, nullptr);
+        return OvxOpenToolkit(path_.c_str());
+    }
+
+    void use()
+    {
+        countPathLooks(kLooksBeforeWatching); // so that paths are watched
+        OvxObject *log = OvxGetObject("app", nullptr);
+        OvxObject *problems = OvxGetObject("app.problems", nullptr);
+        for (int round = 0; round < 4; ++round)
+            logThrough(log, problems, round);
+        reconfigure(log);
+        logThrough(log, problems, 4);
+        OvxReleaseObject(problems);
+        OvxReleaseObject(log);
+    }
+
+    // One more event through everything, which must be in each log afterwards.
+    void logGood()
+    {
+        OvxObject *problems = OvxGetObject("app.problems", nullptr);
+        OvxLogError(problems, nullptr, 0, 0, "HSTXX0002E good", 0);
+        OvxReleaseObject(problems);
+    }
+    // The names of the logs that lack it.
+    std::string logsWithoutGood() const
+    {
+        std::string lacking;
+        for (const std::string &log : logs_)
+            if (directory_.read(log.substr(directory_.path().size() + 1)).find("HSTXX0002E") ==
+                std::string::npos)
+                lacking += log + " ";
+        return lacking;
+    }
+
+    // The lines of the plain log and its older files; all were given one by one by logThrough.
+    std::vector<std::string> plainLines() const
+    {
+        std::vector<std::string> lines;
+        for (const char *name : {"logs/one2.log", "logs/one1.log", "logs/one.log"}) {
+            std::istringstream content(directory_.read(name));
+            for (std::string line; std::getline(content, line);)
+                lines.push_back(line);
+        }
+        return lines;
+    }
+
+  private:
+    void removeSemaphore() const
+    {
+        const int set = semget(key_, 1, 0);
+        if (set >= 0) semctl(set, 0, IPC_RMID);
+    }
+
+    static void logThrough(OvxObject *log, OvxObject *problems, int round)
+    {
+        for (OvxObject *logger : {log, problems}) {
+            OvxLogError(logger, "hostmsg", 1, 7, "HSTXX0001E round %1$d of %2$s, %3$.2f",
+                        OVX_PARM_INT, round, OVX_PARM_STRING, "events", OVX_PARM_DOUBLE, 1.5,
+                        OVX_PROP, "correlationId", OVX_PARM_STRING, "c1", 0);
+            OvxLogDebugMin(logger, "host.c", "work", 12, "round %1$d", OVX_PARM_INT, round, 0);
+        }
+    }
+
+    static void reconfigure(OvxObject *log)
+    {
+        OvxObject *handler = OvxGetObject("one", nullptr);
+        OvxSetObjProp(handler, "maxFiles", "400");
+        BaxMemoryFree(OvxGetObjProp(handler, "fileName", nullptr));
+        OvxSetObjPropInt(log, "level", OVX_LEVEL_DEBUG_MAX);
+        OvxObject *own = OvxGetObject("app.own", "ovx_basiclogger");
+        OvxAddListener(own, handler);
+        OvxLogText(own, "own %1$s", OVX_PARM_STRING, "text", 0);
+        OvxRemListener(own, handler);
+        BaxMemoryFree(OvxGetObjectDesc(own));
+        OvxReleaseObject(own);
+        OvxReleaseObject(handler);
+    }
+
+    std::string properties() const
+    {
+        std::string text = "app.className=ovx_basiclogger\napp.level=ALL\n"
+                           "app.listenerNames=levels ids trigger capture archive console errors\n"
+                           "app.problems.className=ovx_pdlogger\napp.problems.organization=Org\n"
+                           "app.problems.listenerNames=levels ids xml trace\n"
+                           "levels.className=ovx_levelfilter\nlevels.level=WARN\n"
+                           "levels.listenerNames=one two\n"
+                           "ids.className=ovx_msgidfilter\nids.mode=PASSTHRU\nids.msgIds=HST*E\n"
+                           "ids.listenerNames=shared again\n"
+                           "onlyIds.className=ovx_msgidfilter\nonlyIds.mode=PASSTHRU\n"
+                           "onlyIds.msgIds=HST*E\n"
+                           "console.className=ovx_consolehandler\n"
+                           "errors.className=ovx_stderrhandler\n"
+                           "xml.formatterName=xmlFormat\ntrace.formatterName=traceFormat\n"
+                           "xmlFormat.className=ovx_xmlformatter\nxmlFormat.singleServer=true\n"
+                           "traceFormat.className=ovx_mavtraceformatter\n"
+                           "one.formatterName=plain\nplain.className=ovx_basicformatter\n"
+                           "plain.dateFormat=%Y\n"
+                           "two.fileEncoding=ISO-8859-1\n"
+                           "trigger.className=ovx_ffdc_trigger_handler\n"
+                           "capture.className=ovx_ffdc_filecopy_handler\n"
+                           "archive.className=ovx_ffdc_filecopy_handler\n"
+                           "archive.zipFileName=all\n"
+                           "archive.triggerRepeatTime=60000\n";
+        for (const char *name : {"one", "two", "xml", "trace"})
+            addFile(text, name, "ovx_filehandler");
+        for (const char *name : {"shared", "again"}) {
+            addFile(text, name, "ovx_multiproc_filehandler");
+            text += std::string(name) + ".MPFileSemKey=" + std::to_string(key_) + "\n";
+        }
+        text += "archive.zipCmdPath=" + (directory_ / "zip") + "\n";
+        for (const char *name : {"trigger", "capture", "archive"}) {
+            const std::string handler = name;
+            text += handler + ".baseDir=" + (directory_ / "captured") + "\n" + handler +
+                    ".triggerFilter=onlyIds\n" + handler + ".maxDiskSpace=100\n";
+            if (handler != "trigger")
+                text += handler + ".filesToCopy=" + (directory_ / "host.conf") + "\n";
+        }
+        if (recordsReports_)
+            text += "olvex.errorLogger.className=ovx_basiclogger\n"
+                    "olvex.errorLogger.listenerNames=reports\nreports.className=test_reports\n";
+        return text;
+    }
+
+    void addFile(std::string &text, const std::string &name, const std::string &className) const
+    {
+        text += name + ".className=" + className + "\n" + name +
+                ".fileName=" + (directory_ / "logs/") + name + ".log\n" + name +
+                ".maxFileBytes=100\n" + name + ".maxFiles=3\n";
+    }
+
+    bool recordsReports_;
+    int key_ = 0x4f580000 + getpid() % 0xffff;
+    LogDirectory directory_{"/dev/shm"};
+    std::string path_;
+    std::vector<std::string> logs_;
+};
+
+} // namespace olvex::test
