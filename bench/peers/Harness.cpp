@@ -32,7 +32,7 @@ struct Job {
     int workers;
 };
 
-constexpr int kWarmUp = 2000;
+constexpr int kWarmUp = 12000; // until nothing is prepared any more
 
 // Ends with a status of its own when the library cannot do the work.
 void openOrLeave(Output output, const std::string &path)

@@ -139,8 +139,7 @@ TEST_P(LogFault, AFullFileSystem)
     fs::resize_file(directory_ / "logs/app.log", 0);
     log("two");
     EXPECT_EQ(content(), "two\n");
-    OvxCloseToolkit();
-    held_.clear();
+    closeToolkit();
     umount((directory_ / "logs").c_str());
 }
 
