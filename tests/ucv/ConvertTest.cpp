@@ -118,6 +118,9 @@ TEST(Convert, PlainBytesAreTheFirstCodePoints)
     EXPECT_EQ(ucv_from_utf8(handle.get(), "\xe2\x82\xac", 3, target, sizeof target), 3);
     EXPECT_EQ(Bytes(target, 3), "\xe2\x82\xac"); // UTF-8 goes through as it is
     EXPECT_EQ(ucv_from_utf8(handle.get(), "a\xe2\x82\xac", 4, target, 3), 1); // at a character
+    EXPECT_EQ(ucv_from_utf8(handle.get(), "a\xf0\x9f\x98\x80", 5, target, 4), 1);
+    const Bytes noUtf8(20, '\x80'); // cut anywhere, rather than never read
+    EXPECT_EQ(ucv_from_utf8(handle.get(), noUtf8.data(), 20, target, 8), 8);
 }
 
 TEST(Convert, WholeStringsAreTerminatedWhenTheirSourceIs)

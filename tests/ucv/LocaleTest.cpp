@@ -131,6 +131,24 @@ TEST_F(Tables, AreFoundByAnyOfTheirNames)
     ucv_cs_free(handle);
 }
 
+// There "i" and "I" are two letters, in whatever case.
+TEST_F(Tables, AndWordsAreKnownInATurkishLocale)
+{
+    const std::string command =
+        "localedef -c -i tr_TR -f UTF-8 '" + (directory_ / "tr_TR").string() + "' >/dev/null 2>&1";
+    [[maybe_unused]] const int warned = std::system(command.c_str());
+    setenv("LOCPATH", directory_.c_str(), 1);
+    ASSERT_STREQ(std::setlocale(LC_CTYPE, "tr_TR"), "tr_TR");
+    write("ISO88599", table("ISO88599", 1));
+    uc_ch_t *handle = ucv_cs_new("iso8859-9");
+    EXPECT_NE(handle, nullptr);
+    EXPECT_EQ(OvxGetLevelFromString("info"), OVX_LEVEL_INFO);
+    EXPECT_LT(BaxStringICmp("i", "K"), 0);
+    ucv_cs_free(handle);
+    std::setlocale(LC_CTYPE, "C");
+    unsetenv("LOCPATH");
+}
+
 TEST_F(Tables, ThatAreNoneAreRefused)
 {
     std::string image = table("BAD", 1);
@@ -154,6 +172,7 @@ TEST_F(Tables, AreSharedByDuplicatesThatOutliveTheirOwner)
     uc_ch_t *owner = ucv_cs_new("x1");
     uc_ch_t *copy = ucv_dup_handle(owner);
     EXPECT_EQ(ucv_cs_table(owner, nullptr), ucv_cs_table(copy, nullptr));
+    EXPECT_EQ(ucv_check_subs(owner), 0); // a new handle has converted nothing
     ucv_set_def_cs(owner);
     EXPECT_EQ(ucv_get_def_cs(), owner);
     ucv_cs_free(owner);

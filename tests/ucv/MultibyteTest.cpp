@@ -77,6 +77,9 @@ TEST_F(Multibyte, StringsBecomeUnitsAndBack)
     EXPECT_EQ(ucv_wcstombs(ebcdic(), nullptr, u"A日", 0), 5u);
     EXPECT_EQ(ucv_wcstombs(utf8(), bytes, u"日本", 4), 3u);
     EXPECT_EQ(ucv_wcstombs(utf8(), nullptr, std::u16string(500, u'日').c_str(), 0), 1500u);
+    // Where the last area that bytes are counted in is full, and the shift must still be ended.
+    const std::u16string shifted = u"A" + std::u16string(127, u'日');
+    EXPECT_EQ(ucv_wcstombs(ebcdic(), nullptr, shifted.c_str(), 0), 257u);
     const char16_t half[] = {u'a', 0xD800, 0};
     EXPECT_EQ(ucv_wcstombs(utf8(), bytes, half, sizeof bytes), SIZE_MAX);
     EXPECT_EQ(ucv_mbstowcs(ebcdic(), units, "\xC1\x0E\x45\x62\x0F", 8), 2u);

@@ -22,9 +22,9 @@ OVX_API void BaxMemoryFree(void *block);
 OVX_API int BaxStringCmp(const char *a, const char *b);
 /** strncmp over at most `count` bytes; 1 when `a` is NULL, -1 when only `b` is. */
 OVX_API int BaxStringNCmp(const char *a, const char *b, size_t count);
-/** strcasecmp; 1 when `a` is NULL, -1 when only `b` is. */
+/** strcasecmp as in the C locale; 1 when `a` is NULL, -1 when only `b` is. */
 OVX_API int BaxStringICmp(const char *a, const char *b);
-/** strncasecmp over at most `count` bytes; 1 when `a` is NULL, -1 when only `b` is. */
+/** strncasecmp as in the C locale; 1 when `a` is NULL, -1 when only `b` is. */
 OVX_API int BaxStringNICmp(const char *a, const char *b, size_t count);
 
 /** strcat; returns `target`, unchanged when `source` is NULL. */

@@ -24,7 +24,7 @@ extern OVX_API int ucv_initialized;
  * set of the platform's locale. What cannot be had stays "OS", bytes as code points. Returns 0.
  */
 OVX_API int ucv_init(void);
-/** Ends the services: both process-wide handles become "OS". Returns 0. */
+/** Ends the services: frees both process-wide handles, which become "OS". Returns 0. */
 OVX_API int ucv_uninit(void);
 
 /** The name of the table of the platform locale's code set, cut to `size` bytes. Returns 0. */
@@ -52,7 +52,7 @@ OVX_API int ucv_cs_free(uc_ch_t *handle);
 OVX_API uc_ch_t *ucv_dup_handle(const uc_ch_t *handle);
 /** The handle's table, borrowed, and its size in bytes; NULL and 0 for a handle without one. */
 OVX_API const void *ucv_cs_table(const uc_ch_t *handle, uint32_t *size);
-/** Makes the handle the process's default; NULL means "OS". The handle stays yours. Returns 0. */
+/** Makes the handle the default, which ucv_uninit() then frees; NULL means "OS". Returns 0. */
 OVX_API int ucv_set_def_cs(uc_ch_t *handle);
 /** The process's default handle, borrowed. */
 OVX_API uc_ch_t *ucv_get_def_cs(void);

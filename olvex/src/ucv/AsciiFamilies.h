@@ -108,6 +108,7 @@ class AsciiMultiByte : public AsciiFamily {
         const CodePoint prefix = load16(pair);
         const CodePoint code = load16(pair + 2);
         if (code < 0x100) return put(out, room, code);
+        if (prefix == kHole) return kNoCode;
         return encodeWithPrefix(kPrefixSize * prefix, code, out, room);
     }
 

@@ -19,13 +19,27 @@ namespace olvex::ucv {
 
 namespace {
 
+bool isFollowing(char byte)
+{
+    return (byte & 0xC0) == 0x80;
+}
+
+// How much of so many bytes ends at a character. Bytes that are no UTF-8 are cut anywhere, so that
+// there is always something to go on with.
+std::size_t wholeCharacters(const char *in, std::size_t count)
+{
+    const std::size_t least = count - std::min<std::size_t>(count, Utf8::kLongest - 1);
+    std::size_t start = count;
+    while (start > least && isFollowing(in[start]))
+        --start;
+    return isFollowing(in[start]) ? count : start;
+}
+
 // UTF-8 as it is, cut at a character when it does not fit.
 Result copyUtf8(uc_ch_t &, Span<const char> &in, Span<char> &out)
 {
     std::size_t count = std::min(in.left(), out.left());
-    if (count < in.left())
-        while (count > 0 && (in.at[count] & 0xC0) == 0x80)
-            --count;
+    if (count < in.left()) count = wholeCharacters(in.at, count);
     std::memcpy(out.at, in.at, count);
     in.at += count;
     out.at += count;

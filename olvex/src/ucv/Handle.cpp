@@ -45,6 +45,7 @@ void fillFromHeader(uc_ch_t &handle, TableImage *table)
     std::memcpy(handle.tableBytes, bytes + kValue64At, sizeof handle.tableBytes);
     prepareLookup(*table, handle.type);
     handle.keepsAscii = mapsAsciiToItself(handle);
+    handle.substCount = 0; // what was asked there is no conversion
 }
 
 uc_ch_t *makeFromTable(const char *name)

@@ -105,7 +105,7 @@ int measure(uc_ch_t &handle, const char *source, std::size_t size)
     return character.substituted && character.bytes == 1 ? -1 : character.bytes;
 }
 
-// Counts the bytes of a conversion without keeping them.
+// Counts the bytes of a conversion without keeping them. What ends a shift may need another area.
 std::size_t countBytes(uc_ch_t &handle, const char16_t *in, int inLeft)
 {
     std::size_t count = 0;
@@ -115,7 +115,7 @@ std::size_t countBytes(uc_ch_t &handle, const char16_t *in, int inLeft)
         int outLeft = sizeof area;
         result = ucv_from_ucs2_r(&handle, &in, &inLeft, &out, &outLeft);
         if (result == 2) return SIZE_MAX;
-        if (result == 0) ucv_from_ucs2_r(&handle, nullptr, nullptr, &out, &outLeft);
+        if (result == 0) result = ucv_from_ucs2_r(&handle, nullptr, nullptr, &out, &outLeft);
         count += sizeof area - static_cast<std::size_t>(outLeft);
     }
     return count;

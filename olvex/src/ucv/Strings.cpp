@@ -113,6 +113,7 @@ size_t ucv_strftime(uc_ch_t *handle, void *, char *buffer, size_t size, const ch
                     const struct tm *time)
 {
     if (!buffer || size == 0 || size > SIZE_MAX / 4 || !format || !time) return 0;
+    ucv_init(); // for the platform's code set
     handle = orDefault(handle);
     if (handle == osLocaleHandle) return strftime(buffer, size, format, time);
     const Text localFormat = recoded(handle, osLocaleHandle, format);
@@ -125,6 +126,7 @@ size_t ucv_strftime(uc_ch_t *handle, void *, char *buffer, size_t size, const ch
 char *ucv_strptime(uc_ch_t *handle, void *, const char *string, const char *format, struct tm *time)
 {
     if (!string || !format || !time) return nullptr;
+    ucv_init(); // for the platform's code set
     handle = orDefault(handle);
     if (handle == osLocaleHandle) return strptime(string, format, time);
     const Text local = recoded(handle, osLocaleHandle, string);

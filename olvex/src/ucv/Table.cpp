@@ -163,12 +163,18 @@ const char *platformCodeSet()
     return name && *name ? name : "ISO88591";
 }
 
+// Whatever the locale says: in a Turkish one "i" is no lower case of "I".
+char upperCase(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c & ~0x20) : c;
+}
+
 bool copyUpper(const char *name, char (&upper)[kTableNameSize])
 {
     if (std::strlen(name) >= sizeof upper) return false;
     char *to = upper;
     for (; *name; ++name)
-        *to++ = static_cast<char>(std::toupper(static_cast<unsigned char>(*name)));
+        *to++ = upperCase(*name);
     *to = '\0';
     return true;
 }

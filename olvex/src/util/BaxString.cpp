@@ -2,9 +2,9 @@
 #include <olvex/Memory.h>
 
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <strings.h>
 
 namespace {
 
@@ -12,6 +12,20 @@ namespace {
 int compareMissing(const char *a, const char *b)
 {
     return !a ? 1 : !b ? -1 : 0;
+}
+
+int lowered(char c)
+{
+    return c >= 'A' && c <= 'Z' ? c | 0x20 : static_cast<unsigned char>(c);
+}
+
+// Whatever the locale says: in a Turkish one "i" is no lower case of "I", and words such as "info"
+// would not be known.
+int compareLowered(const char *a, const char *b, std::size_t count)
+{
+    for (; count > 0; --count, ++a, ++b)
+        if (lowered(*a) != lowered(*b) || *a == '\0') return lowered(*a) - lowered(*b);
+    return 0;
 }
 
 } // namespace
@@ -28,12 +42,12 @@ int BaxStringNCmp(const char *a, const char *b, size_t count)
 
 int BaxStringICmp(const char *a, const char *b)
 {
-    return a && b ? strcasecmp(a, b) : compareMissing(a, b);
+    return a && b ? compareLowered(a, b, SIZE_MAX) : compareMissing(a, b);
 }
 
 int BaxStringNICmp(const char *a, const char *b, size_t count)
 {
-    return a && b ? strncasecmp(a, b, count) : compareMissing(a, b);
+    return a && b ? compareLowered(a, b, count) : compareMissing(a, b);
 }
 
 char *BaxStringCat(char *target, const char *source)
