@@ -257,7 +257,8 @@ TEST(CatalogsOfTheToolkit, AgreeWithItsMessages)
     EXPECT_EQ(languages, 6);
 }
 
-// A program with the rights of another group does not take the search path from the environment.
+// A program with the rights of another group takes catalogs neither from where the environment
+// says nor from where it was started.
 TEST(CatalogsOfTheToolkit, AreNotReplacedInAProgramWithRaisedPrivileges)
 {
     const CatalogFolder folder;
@@ -279,6 +280,10 @@ TEST(CatalogsOfTheToolkit, AreNotReplacedInAProgramWithRaisedPrivileges)
     };
     EXPECT_TRUE(says(OLVEX_COMMAND).starts_with("replaced missing.properties"));
     EXPECT_TRUE(says(program).starts_with("OVX0051E The log manager")) << says(program);
+    fs::copy_file(folder.path() + "/C/ovxmsg.cat", folder.path() + "/ovxmsg.cat");
+    const std::string there = "cd " + folder.path() + " && env -u NLSPATH ";
+    EXPECT_TRUE(says(there + OLVEX_COMMAND).starts_with("replaced missing.properties"));
+    EXPECT_TRUE(says(there + program).starts_with("OVX0051E")) << says(there + program);
 }
 
 // What the header does is tried by compiling it, in tests/front/refused.sh.

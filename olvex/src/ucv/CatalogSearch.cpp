@@ -6,6 +6,7 @@
 #include "ucv/CatalogEnvironment.h"
 #include "ucv/CatalogPath.h"
 #include "ucv/InstalledFiles.h"
+#include "util/CxProcess.h"
 #include "util/Memory.h"
 
 #include <cstdio>
@@ -80,6 +81,13 @@ void takeLocale(int flags, char *buffer, std::size_t size)
         std::snprintf(buffer, size, "%s", locale);
     else
         ucv_os_lang_name(buffer, size);
+}
+
+// NLSPATH, or what stands for it; nothing when that would be a directory that is not trusted.
+const char *searchPath()
+{
+    const char *path = ucv_get_nlspath();
+    return *path || cxIsPrivileged() ? path : kDefaultPath;
 }
 
 // What a search for a binding has found, null for none.
@@ -171,8 +179,7 @@ ucv_cat_t *searchCatalog(const char *name, int flags, const char *locale, Borrow
         locale = ownLocale;
     }
     Search search = {name, CatalogLocales(flags, locale)};
-    const char *path = ucv_get_nlspath();
-    if (search.findAlong(*path ? path : kDefaultPath) || search.findInstalled())
+    if (search.findAlong(searchPath()) || search.findInstalled())
         return openCached(search.path.text(), flags, borrower);
     return nullptr;
 }

@@ -156,6 +156,12 @@ bool makeDirectory(const Place &place, char (&directory)[kDirectorySize])
     return length >= 0 && static_cast<std::size_t>(length) + 1 < sizeof directory;
 }
 
+// The current directory is not, in a process with raised privileges.
+bool isTrusted(const Place &place, const char *name)
+{
+    return place.variable || hasSeparator(name) || !cxIsPrivileged();
+}
+
 const char *platformCodeSet()
 {
     std::setlocale(LC_ALL, "");
@@ -217,7 +223,7 @@ TableImage *loadTable(const char *name)
 {
     for (const Place &place : kPlaces) {
         char directory[kDirectorySize];
-        if (!makeDirectory(place, directory)) continue;
+        if (!isTrusted(place, name) || !makeDirectory(place, directory)) continue;
         if (TableImage *table = loadFrom(directory, name, kPathSize)) return table;
     }
     return loadInstalled(name);

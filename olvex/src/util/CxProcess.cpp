@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <pthread.h>
+#include <sys/auxv.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -68,6 +69,11 @@ void writeTrace(const char *word, const char *format, std::va_list list)
 }
 
 } // namespace
+
+bool cxIsPrivileged()
+{
+    return getauxval(AT_SECURE) != 0;
+}
 
 const char *cxTrustedEnv(const char *name)
 {

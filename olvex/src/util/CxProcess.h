@@ -5,6 +5,10 @@
 #include <olvex/Export.h>
 #include <olvex/Process.h>
 
+// Whether the process has rights that whoever started it has not: what it reads must not come from
+// the environment or the directory that it was started in.
+bool cxIsPrivileged();
+
 // An environment variable that says where files are; null in a process with raised privileges.
 const char *cxTrustedEnv(const char *name);
 
