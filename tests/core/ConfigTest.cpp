@@ -12,20 +12,10 @@ using namespace olvex::test;
 
 namespace {
 
-using Strings = std::vector<std::string>;
-
-Strings names(StringGroupNode *node)
-{
-    Strings result;
-    for (; OvxStringGroupIterHasNext(node); node = OvxStringGroupIterNext(node))
-        result.push_back(take(OvxStringGroupIterGet(node)));
-    return result;
-}
-
 Strings childrenOf(const char *name)
 {
     const CfgHandle cfg(OvxLogMgrGetCfg(name));
-    return names(OvxObjCfgChildrenNames(cfg.get()));
+    return namesFrom(OvxObjCfgChildrenNames(cfg.get()));
 }
 
 std::string parentOf(const char *name)
@@ -64,7 +54,7 @@ class Configurations : public OpenToolkit {
         whenSeen = nullptr;
         OvxAddLoggerClass("test_seeing", nullptr, nullptr, nullptr, see, nullptr);
         object_ = get("object", "test_seeing");
-        before_ = names(OvxLogMgrConfigNames()).size();
+        before_ = namesFrom(OvxLogMgrConfigNames()).size();
     }
 
     static void create(std::initializer_list<const char *> cfgNames)
@@ -76,7 +66,7 @@ class Configurations : public OpenToolkit {
     // The names that the test added.
     Strings added() const
     {
-        Strings all = names(OvxLogMgrConfigNames());
+        Strings all = namesFrom(OvxLogMgrConfigNames());
         all.erase(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(before_));
         return all;
     }

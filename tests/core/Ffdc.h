@@ -19,8 +19,7 @@ class Ffdc : public OpenToolkit {
   protected:
     void SetUp() override
     {
-        setenv("TZ", "UTC0", 1);
-        tzset();
+        setZone("UTC0");
         OpenToolkit::SetUp();
         OvxObject *filter = get("trigger", "ovx_msgidfilter");
         OvxSetObjProp(filter, "mode", "PASSTHRU");

@@ -11,9 +11,6 @@ using namespace olvex::test;
 
 namespace {
 
-using Strings = std::vector<std::string>;
-using Names = std::set<std::string>;
-
 constexpr char kZip[] = "/usr/bin/zip";
 
 class FileCopy : public Ffdc {
@@ -158,16 +155,6 @@ TEST_F(FileCopy, StaysWithinTheQuota)
     OvxSetObjProp(copier, "quotaPolicy", "QUOTA_AUTODELETE");
     copy(folder / "a.log");
     EXPECT_EQ(kept(), Names{"2008.04.01/a.log"});
-}
-
-TEST_F(FileCopy, CopiesOnceWithinTheRepeatTime)
-{
-    folder.write("a.log", "first");
-    OvxSetObjProp(copier, "triggerRepeatTime", "60000");
-    copy(folder / "a.log");
-    folder.write("a.log", "second");
-    copy(folder / "a.log");
-    EXPECT_EQ(copied("a.log"), "first");
 }
 
 TEST_F(FileCopy, ZipNamesEndInZip)

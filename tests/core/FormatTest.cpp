@@ -1,6 +1,7 @@
 // What stands on the console: the basic formatter's line, timestamps in several zones, and the
 // console handlers with header, trailer and long lines.
-#include "Toolkit.h"
+#include "LogDirectory.h"
+#include "MadeEvent.h"
 
 #include "OvxBasicFormatter.h"
 #include "OvxEvent.h"
@@ -13,7 +14,6 @@ using namespace olvex::test;
 
 namespace {
 
-using Strings = std::vector<std::string>;
 using testing::internal::CaptureStderr;
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStderr;
@@ -26,22 +26,7 @@ class Format : public OpenToolkit {
         setZone("UTC0");
         OpenToolkit::TearDown();
     }
-
-    static void setZone(const char *zone)
-    {
-        setenv("TZ", zone, 1);
-        tzset();
-    }
 };
-
-OvxEvent *makeEvent(int level, const char *text, ...)
-{
-    va_list list;
-    va_start(list, text);
-    OvxEvent *event = OvxVaAllocEvent(level, nullptr, 0, 0, text, list);
-    va_end(list);
-    return event;
-}
 
 TEST_F(Format, TimestampsCarryTheZone)
 {
@@ -82,77 +67,60 @@ TEST_F(Format, ALineShowsWhatTheEventCarriesInOrder)
 {
     OvxObject *formatter = get("own", "ovx_basicformatter");
     OvxSetObjProp(formatter, "dateTimeFormat", "T");
-    OvxEvent *event = makeEvent(4000, "Disk %1$s", OVX_PARM_STRING, "full", 0);
+    MadeEvent event = eventAt(0, 4000, nullptr, 0, "Disk %1$s", OVX_PARM_STRING, "full", 0);
     const char *kOthers[] = {"server", "client", "component", "product", "organization"};
     for (const char *name : kOthers)
-        OvxSetEventProp(event, name, name);
-    OvxSetEventProp(event, "other", "unseen");
-    OvxSetEventPropInt(event, "ovx_prop_srcline", 0);
-    EXPECT_EQ(take(OvxBasicFormatterFFormat(formatter, event)),
+        OvxSetEventProp(event.get(), name, name);
+    OvxSetEventProp(event.get(), "other", "unseen");
+    OvxSetEventPropInt(event.get(), "ovx_prop_srcline", 0);
+    EXPECT_EQ(take(OvxBasicFormatterFFormat(formatter, event.get())),
               "T 0 organization product component client server Disk full\n");
     OvxSetObjProp(formatter, "separator", "|");
-    OvxSetEventProp(event, "ovx_prop_srcfunction", "doWork");
-    OvxSetEventProp(event, "ovx_prop_srcfile", "main.c");
-    OvxSetEventProp(event, "ovx_prop_srcline", "no number");
-    EXPECT_EQ(take(OvxBasicFormatterFFormat(formatter, event)),
+    OvxSetEventProp(event.get(), "ovx_prop_srcfunction", "doWork");
+    OvxSetEventProp(event.get(), "ovx_prop_srcfile", "main.c");
+    OvxSetEventProp(event.get(), "ovx_prop_srcline", "no number");
+    EXPECT_EQ(take(OvxBasicFormatterFFormat(formatter, event.get())),
               "T|main.c|doWork|organization|product|component|client|server|Disk full\n");
     OvxSetObjProp(formatter, "separator", "");
-    OvxFreeEvent(event);
-    event = makeEvent(4000, nullptr, 0);
-    EXPECT_EQ(take(OvxBasicFormatterFFormat(formatter, event)), "T\n");
-    EXPECT_EQ(OvxBasicFormatterFFormat(get("olvex.errorLogger"), event), nullptr);
-    OvxFreeEvent(event);
+    event = eventAt(0, 4000, nullptr, 0, nullptr, 0);
+    EXPECT_EQ(take(OvxBasicFormatterFFormat(formatter, event.get())), "T\n");
+    EXPECT_EQ(OvxBasicFormatterFFormat(get("olvex.errorLogger"), event.get()), nullptr);
 }
 
 TEST_F(Format, TheFormattersLocaleStaysOnTheEvent)
 {
     OvxObject *formatter = get("own", "ovx_basicformatter");
     OvxSetObjProp(formatter, "locale", "de-de");
-    OvxEvent *event = makeEvent(4000, "text", 0);
-    BaxMemoryFree(OvxBasicFormatterFFormat(formatter, event));
-    const char *borrowed = ovxGetEventLocale(event);
+    MadeEvent event = eventAt(0, 4000, nullptr, 0, "text", 0);
+    BaxMemoryFree(OvxBasicFormatterFFormat(formatter, event.get()));
+    const char *borrowed = ovxGetEventLocale(event.get());
     EXPECT_STREQ(borrowed, "de_DE");
     OvxSetObjProp(formatter, "locale", "fr");
     EXPECT_STREQ(borrowed, "de_DE"); // names that events borrow never go away
-    OvxFreeEvent(event);
-}
-
-char *header(OvxObject *)
-{
-    return BaxStringDup("<head>\n");
-}
-char *trailer(OvxObject *)
-{
-    return BaxStringDup("<tail>\n");
-}
-char *body(OvxObject *, OvxEvent *event)
-{
-    return OvxBindEventMsg(event, ovxIntlBindI18Msg);
 }
 
 TEST_F(Format, ConsoleHandlersWriteHeaderRecordsAndTrailer)
 {
-    OvxAddFormatterClass("test_format", nullptr, nullptr, nullptr, nullptr, body, header, trailer,
-                         nullptr);
+    addPlainFormatters();
     for (const char *className : {"ovx_consolehandler", "ovx_stderrhandler"}) {
         OvxObject *logger = OvxGetObject("log", "ovx_basiclogger");
         OvxObject *handler = OvxGetObject("console", className);
-        OvxObject *formatter = OvxGetObject("format", "test_format");
+        OvxObject *formatter = OvxGetObject("format", "test_framed");
         OvxHandlerSetFormatter(handler, formatter);
         OvxReleaseObject(formatter);
         OvxAddListener(logger, handler);
         CaptureStdout();
         CaptureStderr();
-        OvxLogText(logger, "one\n", 0);
-        OvxLogText(logger, "two\n", 0);
+        OvxLogText(logger, "one", 0);
+        OvxLogText(logger, "two", 0);
         OvxSetObjectEnabled(handler, false);
-        OvxLogText(logger, "three\n", 0);
+        OvxLogText(logger, "three", 0);
         OvxReleaseObject(logger);
         OvxReleaseObject(handler); // the last one: closes it
         const std::string out = GetCapturedStdout();
         const std::string err = GetCapturedStderr();
         const bool toError = className == std::string("ovx_stderrhandler");
-        EXPECT_EQ(toError ? err : out, "<head>\none\ntwo\n<tail>\n");
+        EXPECT_EQ(toError ? err : out, "<\none\ntwo\n>\n");
         EXPECT_EQ(toError ? out : err, "");
     }
 }

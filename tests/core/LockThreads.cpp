@@ -20,7 +20,7 @@ void count(OvxObject *, OvxEvent *)
 
 TEST_F(LockThreads, EveryEventArrivesOnce)
 {
-    OvxAddHandlerClass("test_count", nullptr, nullptr, nullptr, nullptr, count, nullptr, nullptr);
+    addHandlerClass("test_count", count);
     received = 0;
     OvxObject *logger = get("log", "ovx_basiclogger");
     OvxAddListener(logger, get("count", "test_count"));
@@ -39,7 +39,7 @@ TEST_F(LockThreads, EveryEventArrivesOnce)
 
 TEST_F(LockThreads, LoggingAndReconfiguringDoNotDisturbEachOther)
 {
-    OvxAddHandlerClass("test_count", nullptr, nullptr, nullptr, nullptr, count, nullptr, nullptr);
+    addHandlerClass("test_count", count);
     OvxObject *logger = get("log", "ovx_basiclogger");
     OvxObject *counter = get("count", "test_count");
     std::atomic<bool> stop = false;
@@ -86,8 +86,7 @@ void waitForCancel(OvxObject *, OvxEvent *)
 
 TEST_F(LockThreads, AThreadCancelledInAHandlerGivesTheLockBack)
 {
-    OvxAddHandlerClass("test_wait", nullptr, nullptr, nullptr, nullptr, waitForCancel, nullptr,
-                       nullptr);
+    addHandlerClass("test_wait", waitForCancel);
     OvxObject *logger = get("log", "ovx_basiclogger");
     OvxAddListener(logger, get("wait", "test_wait"));
     entered = cancelled = false;

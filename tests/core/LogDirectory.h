@@ -7,10 +7,13 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <sys/sem.h>
 
 #include "Toolkit.h"
 
 namespace olvex::test {
+
+using Names = std::set<std::string>;
 
 class LogDirectory {
   public:
@@ -34,14 +37,23 @@ class LogDirectory {
         return content.str();
     }
 
-    void write(const std::string &name, const std::string &content) const
+    // Returns the file's path.
+    std::string write(const std::string &name, const std::string &content) const
     {
+        std::filesystem::create_directories((path_ / name).parent_path());
         std::ofstream(path_ / name, std::ios::binary) << content;
+        return path_ / name;
     }
 
-    std::set<std::string> names() const
+    // The same, as the tests of commands say it.
+    std::string put(const std::string &name, const std::string &content) const
     {
-        std::set<std::string> names;
+        return write(name, content);
+    }
+
+    Names names() const
+    {
+        Names names;
         for (const auto &entry : std::filesystem::directory_iterator(path_))
             names.insert(entry.path().filename().string());
         return names;
@@ -82,5 +94,50 @@ inline void addPlainFormatters()
     OvxAddFormatterClass("test_framed", nullptr, nullptr, nullptr, nullptr, formatPlainly,
                          plainHeader, plainTrailer, nullptr);
 }
+
+// A file handler behind a logger, its log in a folder of its own, and a semaphore for the class
+// that is shared by processes, removed in the end.
+class LogWithHandler : public OpenToolkit {
+  protected:
+    void start(const char *handlerClass, const std::string &fileName)
+    {
+        OpenToolkit::SetUp();
+        addPlainFormatters();
+        logger_ = get("log", "ovx_basiclogger");
+        handler_ = get("file", handlerClass);
+        OvxAddListener(logger_, handler_);
+        useFormatter("test_plain");
+        set("MPFileSemKey", std::to_string(key_));
+        set("fileName", directory_ / fileName);
+    }
+    void TearDown() override
+    {
+        OpenToolkit::TearDown();
+        removeSemaphore();
+    }
+
+    void removeSemaphore() const
+    {
+        const int set = semget(key_, 1, 0);
+        if (set >= 0) semctl(set, 0, IPC_RMID);
+    }
+    void useFormatter(const char *className)
+    {
+        OvxHandlerSetFormatter(handler_, get(className, className));
+    }
+    void set(const char *name, const std::string &value)
+    {
+        OvxSetObjProp(handler_, name, value.c_str());
+    }
+    void log(const std::string &text)
+    {
+        OvxLogText(logger_, "%1$s", OVX_PARM_STRING, text.c_str(), 0);
+    }
+
+    LogDirectory directory_;
+    int key_ = 0x4f560000 + getpid() % 0xffff;
+    OvxObject *logger_ = nullptr;
+    OvxObject *handler_ = nullptr;
+};
 
 } // namespace olvex::test

@@ -21,7 +21,6 @@ using namespace olvex::test;
 namespace {
 
 namespace fs = std::filesystem;
-using Strings = std::vector<std::string>;
 
 // Sets a limit for a scope.
 class Limit {
@@ -42,37 +41,20 @@ class Limit {
 };
 
 // A file handler of either class, its log "app.log" in `directory_`, and a recorder behind it.
-class LogFault : public OpenToolkit, public ::testing::WithParamInterface<const char *> {
+class LogFault : public LogWithHandler, public ::testing::WithParamInterface<const char *> {
   protected:
     void SetUp() override
     {
-        OpenToolkit::SetUp();
-        addPlainFormatters();
-        logger_ = get("log", "ovx_basiclogger");
-        handler_ = get("file", GetParam());
-        OvxAddListener(logger_, handler_);
-        OvxHandlerSetFormatter(handler_, get("plain", "test_plain"));
+        start(GetParam(), "logs/app.log");
         OvxAddListener(handler_, get("behind", "test_recorder"));
-        set("MPFileSemKey", std::to_string(key_));
-        set("fileName", directory_ / "logs/app.log");
     }
     void TearDown() override
     {
-        OpenToolkit::TearDown();
-        const int set = semget(key_, 1, 0);
-        if (set >= 0) semctl(set, 0, IPC_RMID);
+        LogWithHandler::TearDown();
         olvex::countPathLooks(0);
     }
 
     bool isShared() const { return std::string(GetParam()) == "ovx_multiproc_filehandler"; }
-    void set(const char *name, const std::string &value)
-    {
-        OvxSetObjProp(handler_, name, value.c_str());
-    }
-    void log(const std::string &text)
-    {
-        OvxLogText(logger_, "%1$s", OVX_PARM_STRING, text.c_str(), 0);
-    }
     std::string content() const { return directory_.read("logs/app.log"); }
 
     // Logs "lost", which must be reported as `report` and reach the listener, or not even that when
@@ -85,11 +67,6 @@ class LogFault : public OpenToolkit, public ::testing::WithParamInterface<const 
         EXPECT_EQ(reports()[0], report);
         EXPECT_EQ(recordedBy("behind"), isOpen || !isShared() ? Strings{"lost"} : Strings{});
     }
-
-    LogDirectory directory_;
-    int key_ = 0x4f570000 + getpid() % 0xffff;
-    OvxObject *logger_ = nullptr;
-    OvxObject *handler_ = nullptr;
 };
 
 INSTANTIATE_TEST_SUITE_P(, LogFault,

@@ -7,8 +7,6 @@ using namespace olvex::test;
 
 namespace {
 
-using Strings = std::vector<std::string>;
-
 class Logging : public OpenToolkit {};
 
 std::string lastProperty; // of the event that the handler below saw last
@@ -96,8 +94,7 @@ TEST_F(Logging, AnEmptyLevelIsReportedAndBecomesInfo)
 
 TEST_F(Logging, DebugCallsRecordWhereTheyStand)
 {
-    OvxAddHandlerClass("test_props", nullptr, nullptr, nullptr, nullptr, keepProperties, nullptr,
-                       nullptr);
+    addHandlerClass("test_props", keepProperties);
     OvxObject *logger = get("log", "ovx_basiclogger");
     OvxAddListener(logger, get("props", "test_props"));
     OvxLogDebugMin(logger, "a.c", "f", 12, "text", 0);
@@ -233,8 +230,7 @@ void callPublic(OvxObject *handler, OvxEvent *event)
 
 TEST_F(Logging, APublicCallInsideAClassFunctionIsRefusedNotStuck)
 {
-    OvxAddHandlerClass("test_calls", nullptr, nullptr, nullptr, nullptr, callPublic, nullptr,
-                       nullptr);
+    addHandlerClass("test_calls", callPublic);
     OvxObject *logger = get("log", "ovx_basiclogger");
     OvxAddListener(logger, get("calls", "test_calls"));
     OvxLogText(logger, "text", 0);
@@ -264,8 +260,7 @@ TEST_F(Logging, EventsThatComeBackEnd)
 
 TEST_F(Logging, AFailingHandlerOfTheErrorLoggerDoesNotFeedItself)
 {
-    OvxAddHandlerClass("test_fails", nullptr, nullptr, nullptr, nullptr, failAndReport, nullptr,
-                       nullptr);
+    addHandlerClass("test_fails", failAndReport);
     OvxObject *errors = get("olvex.errorLogger");
     OvxAddListener(errors, get("fails", "test_fails"));
     OvxLogText(errors, "first", 0);
@@ -283,8 +278,7 @@ void changeListeners(OvxObject *handler, OvxEvent *event)
 
 TEST_F(Logging, ListenersMayChangeWhileAnEventIsPassedOn)
 {
-    OvxAddHandlerClass("test_changes", nullptr, nullptr, nullptr, nullptr, changeListeners, nullptr,
-                       nullptr);
+    addHandlerClass("test_changes", changeListeners);
     OvxObject *logger = get("log", "ovx_basiclogger");
     get("late", "test_recorder");
     for (const char *name : {"c1", "c2"}) { // held by the logger alone

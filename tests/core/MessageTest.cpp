@@ -146,19 +146,6 @@ TEST_F(Messages, OneParameterPrintsByItsType)
         EXPECT_EQ(take(ovxParmToUTF8Str(entry.format, &entry.parm)), entry.text);
 }
 
-TEST_F(Messages, TheTableHoldsWhatTheToolkitSays)
-{
-    EXPECT_STREQ(ovxmsg[0], "ovxmsg");
-    EXPECT_STREQ(ovxmsg[5], "unused000");
-    EXPECT_STREQ(ovxmsg[92], "unused058");
-    EXPECT_STREQ(ovxmsg[159], "unused107");
-    EXPECT_STREQ(ovxmsg[33], "OVXBC0033E A \"NULL\" value for parameter %1$s was passed to the "
-                             "function %2$s. The function call will be ignored.");
-    OvxI18Msg *msg = OvxAllocI18Msg("ovxmsg", 1, 20, ovxmsg[20]);
-    EXPECT_EQ(take(OvxBindI18Msg(msg)), "OVXBC0020E Out of memory.");
-    OvxFreeI18Msg(msg);
-}
-
 TEST_F(Messages, PlatformErrorsAreReportedByTheirText)
 {
     OvxReportPlatformErr('-', 2);

@@ -8,8 +8,6 @@ using namespace olvex::test;
 
 namespace {
 
-using Strings = std::vector<std::string>;
-
 class Objects : public OpenToolkit {};
 
 int varsMade = 0;
@@ -83,15 +81,6 @@ TEST_F(Objects, TakeClassAndPropertiesFromConfigurationsAboveThem)
     ASSERT_NE(logger, nullptr);
     EXPECT_FALSE(OvxIsLoggable(logger, OVX_LEVEL_ERROR));
     EXPECT_TRUE(OvxIsLoggable(logger, OVX_LEVEL_FATAL));
-}
-
-TEST_F(Objects, AHandlerComesWithTheDefaultFormatter)
-{
-    OvxObject *handler = get("console", "ovx_consolehandler");
-    OvxObject *formatter = OvxHandlerGetFormatter(handler);
-    EXPECT_EQ(take(OvxGetObjectName(formatter)), "olvex.defaultFormatter");
-    OvxReleaseObject(formatter);
-    EXPECT_EQ(OvxHandlerGetFormatter(get("log", "ovx_basiclogger")), nullptr);
 }
 
 // The default formatter, made for the handler, takes the name of the handler that is being made.
@@ -257,7 +246,7 @@ TEST_F(Objects, MayLeaveTheirClassFunctionsToTheCategory)
     OvxAddFilterClass("f", nullptr, nullptr, nullptr, OvxLevelFilterFCfgChange, nullptr, nullptr,
                       nullptr);
     OvxAddFilterClass("low", nullptr, nullptr, nullptr, nullptr, nullptr, lowLevels, nullptr);
-    OvxAddHandlerClass("h", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    addHandlerClass("h", nullptr);
     OvxAddFormatterClass("t", nullptr, nullptr, nullptr, OvxBasicFormatterFCfgChange, nullptr,
                          nullptr, nullptr, nullptr);
     OvxObject *logger = get("logger", "l");
@@ -309,20 +298,6 @@ TEST_F(Objects, WhatTheHostHoldsAfterCloseIsAnEmptyShell)
     OvxReleaseObject(logger);
     OvxReleaseObject(handler);
     OvxReleaseObjCfg(cfg);
-}
-
-TEST_F(Objects, CirclesOfListenersAreFreedAtClose)
-{
-    addCountingClass();
-    OvxObject *a = OvxGetObject("a", "test_counting");
-    OvxObject *b = OvxGetObject("b", "test_counting");
-    OvxAddListener(a, b);
-    OvxAddListener(b, a);
-    OvxReleaseObject(a);
-    OvxReleaseObject(b);
-    EXPECT_EQ(varsFreed, 0);
-    closeToolkit();
-    EXPECT_EQ(varsFreed, 2);
 }
 
 } // namespace

@@ -84,18 +84,15 @@ TEST_F(WatchedPath, WritingAndNeighboursAreNoChange)
 TEST_F(WatchedPath, AChildWatchesForItself)
 {
     settle();
-    const pid_t child = fork();
-    if (child == 0) {
-        bool isRight = !watch_.isQuiet();
-        olvex::countPathLooks(olvex::kLooksBeforeWatching);
-        settle();
-        isRight = isRight && watch_.isQuiet();
-        fs::remove(path_);
-        _exit(isRight && !watch_.isQuiet() ? 0 : 1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_EQ(inChild([&] {
+                  bool isRight = !watch_.isQuiet();
+                  olvex::countPathLooks(olvex::kLooksBeforeWatching);
+                  settle();
+                  isRight = isRight && watch_.isQuiet();
+                  fs::remove(path_);
+                  return isRight && !watch_.isQuiet() ? 0 : 1;
+              }),
+              0);
     EXPECT_FALSE(watch_.isQuiet()) << "the child took the event away";
 }
 

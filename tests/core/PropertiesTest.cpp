@@ -5,7 +5,7 @@
 #include "OvxProps.h"
 #include "OvxStrTok.h"
 
-#include <limits>
+#include <span>
 
 using namespace olvex::test;
 using testing::internal::CaptureStderr;
@@ -13,7 +13,6 @@ using testing::internal::GetCapturedStderr;
 
 namespace {
 
-using Strings = std::vector<std::string>;
 using namespace std::string_literals;
 
 // What reading a file into a list gives: its pairs as "key=value;", and "failed" where it stopped.
@@ -33,6 +32,12 @@ struct Reading {
     std::string content;
     const char *result;
 };
+
+void expectReadings(std::span<const Reading> cases)
+{
+    for (const Reading &entry : cases)
+        EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;
+}
 
 TEST(PropertiesFiles, SeparateKeysFromValues)
 {
@@ -54,8 +59,7 @@ TEST(PropertiesFiles, SeparateKeysFromValues)
         {"umbrella=U\ndeaf=0dead\n", "umbrella=U;deaf=0dead;"},
         {"k=\"x\" 'y' #!\n", "k=\"x\" 'y' #!;"},
     };
-    for (const Reading &entry : cases)
-        EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;
+    expectReadings(cases);
 }
 
 TEST(PropertiesFiles, EndLinesInAnyWay)
@@ -76,8 +80,7 @@ TEST(PropertiesFiles, EndLinesInAnyWay)
         {"b\\", "b=;"},
         {"a=1\r\n# last", "a=1;"},
     };
-    for (const Reading &entry : cases)
-        EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;
+    expectReadings(cases);
 }
 
 TEST(PropertiesFiles, EscapeWhatTheyMay)
@@ -100,8 +103,7 @@ TEST(PropertiesFiles, EscapeWhatTheyMay)
         {"a=\\u12.x=1\n", "failed"}, // and not a new line behind the dot
         {"a=\\uxyz\n", "failed"},
     };
-    for (const Reading &entry : cases)
-        EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;
+    expectReadings(cases);
 }
 
 TEST(PropertiesFiles, NameThePropertyWithABadEscape)

@@ -20,8 +20,7 @@ class Records : public OpenToolkit {
   protected:
     void SetUp() override
     {
-        setenv("TZ", "UTC0", 1);
-        tzset();
+        setZone("UTC0");
         OpenToolkit::SetUp();
         xml = get("xml", "ovx_xmlformatter");
         trace = get("trace", "ovx_mavtraceformatter");

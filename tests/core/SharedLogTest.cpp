@@ -19,43 +19,10 @@ using namespace olvex::test;
 namespace {
 
 namespace fs = std::filesystem;
-using Strings = std::vector<std::string>;
-using Names = std::set<std::string>;
 
-class SharedLog : public OpenToolkit {
+class SharedLog : public LogWithHandler {
   protected:
-    void SetUp() override
-    {
-        OpenToolkit::SetUp();
-        addPlainFormatters();
-        logger_ = get("log", "ovx_basiclogger");
-        handler_ = get("file", "ovx_multiproc_filehandler");
-        OvxAddListener(logger_, handler_);
-        OvxHandlerSetFormatter(handler_, get("plain", "test_plain"));
-        set("MPFileSemKey", std::to_string(key_));
-        set("fileName", directory_ / "app.log");
-    }
-
-    void TearDown() override
-    {
-        OpenToolkit::TearDown();
-        removeSemaphore();
-    }
-
-    void removeSemaphore() const
-    {
-        const int set = semget(key_, 1, 0);
-        if (set >= 0) semctl(set, 0, IPC_RMID);
-    }
-
-    void set(const char *name, const std::string &value)
-    {
-        OvxSetObjProp(handler_, name, value.c_str());
-    }
-    void log(const std::string &text)
-    {
-        OvxLogText(logger_, "%1$s", OVX_PARM_STRING, text.c_str(), 0);
-    }
+    void SetUp() override { start("ovx_multiproc_filehandler", "app.log"); }
 
     // All records of the log, oldest file first.
     static Strings readBack(const LogDirectory &directory, int files)
@@ -69,11 +36,6 @@ class SharedLog : public OpenToolkit {
         }
         return lines;
     }
-
-    LogDirectory directory_;
-    int key_ = 0x4f560000 + getpid() % 0xffff;
-    OvxObject *logger_ = nullptr;
-    OvxObject *handler_ = nullptr;
 };
 
 TEST_F(SharedLog, KeepsTheActiveFileAtRollover)
@@ -97,18 +59,9 @@ TEST_F(SharedLog, KeepsTheActiveFileAtRollover)
 
 TEST_F(SharedLog, WritesNoHeaderAndNoTrailerOfItsOwn)
 {
-    OvxHandlerSetFormatter(handler_, get("framed", "test_framed"));
+    useFormatter("test_framed");
     log("one");
     EXPECT_EQ(directory_.read("app.log"), "one\n");
-}
-
-TEST_F(SharedLog, TheNextRecordFindsTheFileGone)
-{
-    log("one");
-    fs::rename(directory_ / "app.log", directory_ / "moved");
-    log("two");
-    EXPECT_EQ(directory_.read("moved"), "one\n");
-    EXPECT_EQ(directory_.read("app.log"), "two\n");
 }
 
 TEST_F(SharedLog, OpensASemaphoreThatWasRemovedAnew)
@@ -176,34 +129,6 @@ TEST_F(SharedLog, RollsOverWithoutAPassingFileToo)
     EXPECT_EQ(reports(), Strings{});
 }
 
-TEST_F(SharedLog, HoldsEveryRecordOfSeveralProcessesOnce)
-{
-    constexpr int kProcesses = 3;
-    constexpr int kRecords = 300;
-    set("maxFiles", "200");
-    set("maxFileBytes", "500");
-    pid_t children[kProcesses];
-    for (int p = 0; p < kProcesses; ++p) {
-        children[p] = fork();
-        if (children[p] == 0) {
-            for (int i = 0; i < kRecords; ++i)
-                log("p" + std::to_string(p) + " " + std::to_string(i));
-            _exit(0);
-        }
-    }
-    for (const pid_t child : children)
-        waitpid(child, nullptr, 0);
-    int next[kProcesses] = {};
-    for (const std::string &line : readBack(directory_, 199)) {
-        int process = -1;
-        int number = -1;
-        ASSERT_EQ(std::sscanf(line.c_str(), "p%d %d", &process, &number), 2) << line;
-        EXPECT_EQ(number, next[process]++) << line;
-    }
-    for (const int count : next)
-        EXPECT_EQ(count, kRecords);
-}
-
 // A thread logs all the while its process forks; each child logs too.
 TEST_F(SharedLog, BothSidesOfAForkGoOn)
 {
@@ -220,15 +145,12 @@ TEST_F(SharedLog, BothSidesOfAForkGoOn)
         }
     });
     for (int c = 0; c < kChildren; ++c) {
-        const pid_t child = fork();
-        if (child == 0) {
-            for (int i = 0; i < kRecords; ++i)
-                log("child " + std::to_string(c) + " " + std::to_string(i));
-            _exit(0);
-        }
-        int status = 0;
-        waitpid(child, &status, 0);
-        ASSERT_EQ(status, 0);
+        ASSERT_EQ(inChild([&] {
+                      for (int i = 0; i < kRecords; ++i)
+                          log("child " + std::to_string(c) + " " + std::to_string(i));
+                      return 0;
+                  }),
+                  0);
     }
     isOver = true;
     thread.join();
@@ -277,17 +199,14 @@ class CutRollover : public SharedLog {
 
     void dieAt(const char *point, int passes)
     {
-        const pid_t child = fork();
-        if (child == 0) {
+        const int status = inChild([&] {
             deadlyPoint = point;
             passesLeft = passes;
             olvex::rolloverPointHook = dieAtPoint;
             log("never written");
-            _exit(0);
-        }
-        int status = 0;
-        waitpid(child, &status, 0);
-        ASSERT_EQ(WEXITSTATUS(status), 9) << point << " was not reached";
+            return 0;
+        });
+        ASSERT_EQ(status, 9) << point << " was not reached";
     }
 
     void expectAllOnce(const std::string &what)
@@ -354,7 +273,7 @@ TEST_F(CutRollover, IsFinishedByAProcessThatComesLater)
     OvxObject *late = get("late", "ovx_multiproc_filehandler");
     OvxSetObjProp(late, "MPFileSemKey", std::to_string(key_).c_str());
     OvxSetObjProp(late, "fileName", (memory_ / "app.log").c_str());
-    OvxHandlerSetFormatter(late, get("plain", "test_plain"));
+    OvxHandlerSetFormatter(late, get("test_plain"));
     OvxRemListener(logger_, handler_);
     OvxAddListener(logger_, late);
     logNext();

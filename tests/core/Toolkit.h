@@ -7,13 +7,17 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 namespace olvex::test {
+
+using Strings = std::vector<std::string>;
 
 // Takes over a string of the library.
 inline std::string take(char *text)
@@ -21,6 +25,38 @@ inline std::string take(char *text)
     std::string copy = text ? text : "(none)";
     BaxMemoryFree(text);
     return copy;
+}
+
+// The strings of a group, from a place on.
+inline Strings namesFrom(StringGroupNode *node)
+{
+    Strings result;
+    for (; OvxStringGroupIterHasNext(node); node = OvxStringGroupIterNext(node))
+        result.push_back(take(OvxStringGroupIterGet(node)));
+    return result;
+}
+
+inline void setZone(const char *zone)
+{
+    setenv("TZ", zone, 1);
+    tzset();
+}
+
+// The exit status of a child that does the work, or -1 when a signal ended it.
+template <class Work>
+int inChild(Work work)
+{
+    const pid_t child = fork();
+    if (child == 0) _exit(work());
+    int status = -1;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// A handler class of which only counts what it does with events.
+inline void addHandlerClass(const char *name, void (*log)(OvxObject *, OvxEvent *))
+{
+    OvxAddHandlerClass(name, nullptr, nullptr, nullptr, nullptr, log, nullptr, nullptr);
 }
 
 struct Record {

@@ -9,16 +9,6 @@ using namespace olvex::test;
 
 namespace {
 
-using Strings = std::vector<std::string>;
-
-Strings names(StringGroupNode *node)
-{
-    Strings result;
-    for (; OvxStringGroupIterHasNext(node); node = OvxStringGroupIterNext(node))
-        result.push_back(take(OvxStringGroupIterGet(node)));
-    return result;
-}
-
 Strings listenersOf(const char *name)
 {
     Strings result;
@@ -81,7 +71,7 @@ TEST_F(Toolkit, ReadsAFileOnceAndFurtherOnesOnDemand)
 
 TEST_F(Toolkit, AnUnreadableFileLeavesItClosed)
 {
-    OvxAddHandlerClass("mine", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    addHandlerClass("mine", nullptr);
     OvxObject *early = OvxGetObject("early", "mine");
     testing::internal::CaptureStderr();
     EXPECT_FALSE(OvxOpenToolkit("/nonexistent/file"));
@@ -91,7 +81,7 @@ TEST_F(Toolkit, AnUnreadableFileLeavesItClosed)
     EXPECT_EQ(OvxGetObjectName(early), nullptr);
     OvxReleaseObject(early);
     EXPECT_TRUE(OvxOpenToolkit(nullptr));
-    EXPECT_NE(names(OvxGetHandlerClasses()).back(), "mine");
+    EXPECT_NE(namesFrom(OvxGetHandlerClasses()).back(), "mine");
 }
 
 // Until there is an error logger, only what stands in the way of opening is said.
@@ -116,19 +106,19 @@ TEST_F(Toolkit, SaysLittleWhileItOpens)
 
 TEST_F(Toolkit, ListsClassesInOrderOfRegistration)
 {
-    OvxAddHandlerClass("mine", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    addHandlerClass("mine", nullptr);
     ASSERT_TRUE(OvxOpenToolkit(nullptr));
-    const Strings handlers = names(OvxGetHandlerClasses());
+    const Strings handlers = namesFrom(OvxGetHandlerClasses());
     EXPECT_EQ(handlers, (Strings{"ovx_consolehandler", "ovx_stderrhandler", "ovx_filehandler",
                                  "ovx_multiproc_filehandler", "ovx_ffdc_trigger_handler",
                                  "ovx_ffdc_filecopy_handler", "mine"}));
-    EXPECT_EQ(names(OvxGetLoggerClasses()), (Strings{"ovx_basiclogger", "ovx_pdlogger"}));
-    EXPECT_EQ(names(OvxGetFilterClasses()), (Strings{"ovx_levelfilter", "ovx_msgidfilter"}));
-    EXPECT_EQ(names(OvxGetFormatterClasses()),
+    EXPECT_EQ(namesFrom(OvxGetLoggerClasses()), (Strings{"ovx_basiclogger", "ovx_pdlogger"}));
+    EXPECT_EQ(namesFrom(OvxGetFilterClasses()), (Strings{"ovx_levelfilter", "ovx_msgidfilter"}));
+    EXPECT_EQ(namesFrom(OvxGetFormatterClasses()),
               (Strings{"ovx_basicformatter", "ovx_xmlformatter", "ovx_mavtraceformatter"}));
     const std::size_t count = handlers.size();
-    OvxAddHandlerClass("mine", nullptr, nullptr, nullptr, nullptr, record, nullptr, nullptr);
-    EXPECT_EQ(names(OvxGetHandlerClasses()).size(), count);
+    addHandlerClass("mine", record);
+    EXPECT_EQ(namesFrom(OvxGetHandlerClasses()).size(), count);
 }
 
 TEST_F(Toolkit, OpensAndClosesManyTimes)
@@ -150,16 +140,13 @@ TEST_F(Toolkit, AChildProcessMayLog)
     OvxObject *logger = OvxGetObject("log", "ovx_basiclogger");
     OvxObject *handler = OvxGetObject("out", "ovx_consolehandler");
     OvxAddListener(logger, handler);
-    const pid_t child = fork();
-    if (child == 0) {
-        if (!freopen("/dev/null", "w", stdout)) _exit(2);
-        OvxLogText(logger, "from the child", 0);
-        OvxCloseToolkit();
-        _exit(OvxIsToolkitOpen() ? 1 : 0);
-    }
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_EQ(inChild([&] {
+                  if (!freopen("/dev/null", "w", stdout)) return 2;
+                  OvxLogText(logger, "from the child", 0);
+                  OvxCloseToolkit();
+                  return OvxIsToolkitOpen() ? 1 : 0;
+              }),
+              0);
     OvxReleaseObject(handler);
     OvxReleaseObject(logger);
 }

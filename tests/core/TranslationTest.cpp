@@ -1,11 +1,11 @@
 // Messages bound from catalogs: by the process's language, by a formatter's locale, and how long a
 // search is remembered.
+#include "MadeEvent.h"
 #include "Toolkit.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdarg>
 #include <thread>
 
 #include "ucv/CatalogFiles.h"
@@ -87,24 +87,15 @@ TEST_F(Translations, AppearSoonAfterTheirCatalog)
     EXPECT_EQ(bound(), "genauer");
 }
 
-OvxEvent *makeEvent(const char *catalog, const char *text, ...)
-{
-    va_list list;
-    va_start(list, text);
-    OvxEvent *event = OvxVaAllocEvent(OVX_LEVEL_INFO, catalog, 1, 1, text, list);
-    va_end(list);
-    return event;
-}
-
 TEST_F(Translations, FollowTheLocaleOfTheFormatter)
 {
     folder_.put("de/app.cat", catalogBytes({{1, {{1, "Platte %1$s"}}}}));
     folder_.put("fr/app.cat", catalogBytes({{1, {{1, "disque %1$s"}}}}));
     OvxObject *formatter = get("french", "ovx_basicformatter");
     const auto log = [&] {
-        OvxEvent *event = makeEvent("app", "disk %1$s", OVX_PARM_STRING, "sda", 0);
-        const std::string line = take(OvxBasicFormatterFFormat(formatter, event));
-        OvxFreeEvent(event);
+        const MadeEvent event =
+            eventAt(0, OVX_LEVEL_INFO, "app", 1, "disk %1$s", OVX_PARM_STRING, "sda", 0);
+        const std::string line = take(OvxBasicFormatterFFormat(formatter, event.get()));
         return line.substr(line.find(' ', 11) + 1);
     };
     EXPECT_EQ(log(), "Platte sda\n");

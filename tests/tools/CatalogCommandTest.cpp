@@ -22,12 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string contentsOf(const std::string &path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 std::string textOf(const Messages &messages, std::uint32_t set, std::uint32_t number)
 {
     const auto found = messages.find({set, number});
@@ -134,9 +128,9 @@ TEST(CatalogCommand, MakesFilesThatTheLibraryReadsAndDumpPrintsBack)
                         "2 \"\xE6\x97\xA5 \\\"two\\\" \\\\\"\n9 \"nine\\n\\001\"\n");
     const std::string again = folder.put("again.msg", dump.out);
     ASSERT_EQ(run({"catalog", "compile", again, "-o", copy}).code, 0);
-    EXPECT_EQ(contentsOf(copy), contentsOf(catalog));
+    EXPECT_EQ(folder.read("copy"), folder.read("app.cat"));
     EXPECT_EQ(run({"catalog", "dump", catalog, "-o", copy}).code, 0);
-    EXPECT_EQ(contentsOf(copy), dump.out);
+    EXPECT_EQ(folder.read("copy"), dump.out);
 }
 
 TEST(CatalogCommand, RefusesWhatItCannotUse)

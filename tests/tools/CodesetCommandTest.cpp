@@ -13,21 +13,9 @@ using tools_test::run;
 
 class CodesetCommand : public testing::Test {
   protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/olvex-codeset-XXXXXX";
-        directory_ = mkdtemp(pattern);
-    }
-    void TearDown() override { fs::remove_all(directory_); }
-
     std::string at(const std::string &name) const { return directory_ / name; }
-    static std::string contents(const std::string &path)
-    {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
 
-    fs::path directory_;
+    tools_test::Folder directory_;
 };
 
 TEST_F(CodesetCommand, MakesTheSameBytesAsTheBuild)
@@ -38,8 +26,8 @@ TEST_F(CodesetCommand, MakesTheSameBytesAsTheBuild)
     EXPECT_NE(outcome.out.find("CP1255: left unmapped: 0 codes, "), std::string::npos);
     EXPECT_NE(outcome.out.find("3 tables in "), std::string::npos);
     for (const char *name : {"GB18030", "CP932", "SJIS", "CP1255"})
-        EXPECT_EQ(contents(at("new/tables/") + name),
-                  contents(std::string(OLVEX_TABLES "/codeset/") + name))
+        EXPECT_EQ(directory_.read(std::string("new/tables/") + name),
+                  directory_.read(std::string(OLVEX_TABLES "/codeset/") + name))
             << name;
     int files = 0; // nothing temporary is left over
     for (const auto &entry : fs::directory_iterator(at("new/tables"))) {
@@ -51,8 +39,8 @@ TEST_F(CodesetCommand, MakesTheSameBytesAsTheBuild)
 
 TEST_F(CodesetCommand, TellsWhatFilesAre)
 {
-    ASSERT_EQ(run({"codeset", "make", "--quiet", "KOI8-R", "-o", directory_}).code, 0);
-    EXPECT_EQ(run({"codeset", "list", directory_}).out,
+    ASSERT_EQ(run({"codeset", "make", "--quiet", "KOI8-R", "-o", directory_.path()}).code, 0);
+    EXPECT_EQ(run({"codeset", "list", directory_.path()}).out,
               "878                    the same as KOI8R\n"
               "CP878                  the same as KOI8R\n"
               "KOI8R                  ASCII-based, one byte                   3296 bytes\n");
@@ -64,10 +52,10 @@ TEST_F(CodesetCommand, TellsWhatFilesAre)
 
 TEST_F(CodesetCommand, ExplainsMistakes)
 {
-    const Outcome unknown = run({"codeset", "make", "klingon", "-o", directory_});
+    const Outcome unknown = run({"codeset", "make", "klingon", "-o", directory_.path()});
     EXPECT_EQ(unknown.code, 2);
     EXPECT_NE(unknown.err.find("there is no code set 'klingon'"), std::string::npos);
-    EXPECT_EQ(run({"codeset", "make", "-o", directory_}).code, 2);
+    EXPECT_EQ(run({"codeset", "make", "-o", directory_.path()}).code, 2);
     EXPECT_EQ(run({"codeset", "show", at("absent")}).code, 1);
     EXPECT_EQ(run({"codeset", "list", at("absent")}).code, 1);
     const Outcome blocked = run({"codeset", "make", "646", "-o", "/proc/nowhere"});

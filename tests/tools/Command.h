@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include "Paths.h"
+#include "core/LogDirectory.h"
 
 namespace tools_test {
 
@@ -87,37 +88,6 @@ inline Outcome run(const std::vector<std::string> &arguments, const std::string 
     return outcome;
 }
 
-// A folder of its own for each test, gone with it.
-class Folder {
-  public:
-    Folder()
-    {
-        char name[] = "/tmp/olvex-command-XXXXXX";
-        path_ = mkdtemp(name);
-    }
-    ~Folder()
-    {
-        for (const std::string &file : files_)
-            unlink(file.c_str());
-        rmdir(path_.c_str());
-    }
-    Folder(const Folder &) = delete;
-    Folder &operator=(const Folder &) = delete;
-
-    const std::string &path() const { return path_; }
-
-    std::string put(const std::string &name, const std::string &contents)
-    {
-        files_.push_back(path_ + "/" + name);
-        FILE *file = fopen(files_.back().c_str(), "we");
-        EXPECT_EQ(fwrite(contents.data(), 1, contents.size(), file), contents.size());
-        fclose(file);
-        return files_.back();
-    }
-
-  private:
-    std::string path_;
-    std::vector<std::string> files_;
-};
+using Folder = olvex::test::LogDirectory; // of its own for each test, gone with it
 
 } // namespace tools_test

@@ -95,6 +95,8 @@ class ViewCommand : public olvex::test::OpenToolkit {
         return records;
     }
 
+    void expectFollowed(const Log &target, const std::string &name, std::size_t before);
+
     LogDirectory directory_;
 };
 
@@ -330,18 +332,15 @@ TEST(ViewMemory, DoesNotGrowWithTheLog)
     EXPECT_LT(many.peakKilobytes, few.peakKilobytes + 2048);
 }
 
-// Following
-
-TEST_F(ViewCommand, FollowsALogOverRenames)
+// Logs 40 records, some of them before the log is followed, and sees all of them, in order.
+void ViewCommand::expectFollowed(const Log &target, const std::string &name, std::size_t before)
 {
-    const Log target = makeLog("app.log", "ovx_mavtraceformatter");
-    set(target.handler, "maxFileBytes", "600");
     set(target.handler, "maxFiles", "4");
     const Strings texts = numbered(40);
-    for (int i = 0; i < 4; ++i)
-        log(target, texts[static_cast<std::size_t>(i)]);
-    Following following({directory_ / "app.log"});
-    for (std::size_t i = 4; i < texts.size(); ++i) {
+    for (std::size_t i = 0; i < before; ++i)
+        log(target, texts[i]);
+    Following following({directory_ / name});
+    for (std::size_t i = before; i < texts.size(); ++i) {
         log(target, texts[i]);
         if (i % 6 == 0) following.await(static_cast<long>(i + 1));
     }
@@ -352,22 +351,18 @@ TEST_F(ViewCommand, FollowsALogOverRenames)
     EXPECT_EQ(textsIn(outcome.out), texts);
 }
 
+TEST_F(ViewCommand, FollowsALogOverRenames)
+{
+    const Log target = makeLog("app.log", "ovx_mavtraceformatter");
+    set(target.handler, "maxFileBytes", "600");
+    expectFollowed(target, "app.log", 4);
+}
+
 TEST_F(ViewCommand, FollowsASharedLogThatIsEmptied)
 {
     const Log target = makeLog("shared.log", "ovx_xmlformatter", "ovx_multiproc_filehandler");
     set(target.handler, "MPFileSemKey", std::to_string(0x56000000 + getpid()));
     set(target.handler, "maxFileBytes", "2500");
-    set(target.handler, "maxFiles", "4");
-    const Strings texts = numbered(40);
-    Following following({directory_ / "shared.log"});
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        log(target, texts[i]);
-        if (i % 6 == 0) following.await(static_cast<long>(i + 1));
-    }
-    following.await(40);
-    const Outcome outcome = following.stop();
-    EXPECT_EQ(outcome.code, 0);
-    EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(textsIn(outcome.out), texts);
+    expectFollowed(target, "shared.log", 0);
     semctl(semget(0x56000000 + getpid(), 0, 0), 0, IPC_RMID);
 }

@@ -85,10 +85,9 @@ class WriteBlocked : public ::testing::Test {
         chmod((directory_ / "closed").c_str(), 0444);
     }
 
-    std::string ask(mode_t mode) const
+    std::string ask() const
     {
         const std::string path = directory_ / "";
-        chmod(path.c_str(), mode);
         std::string answers;
         for (const char *name : {"open", "closed", "missing"})
             answers += std::to_string(isWriteBlocked((directory_ / name).c_str(), path.c_str()));
@@ -101,26 +100,19 @@ class WriteBlocked : public ::testing::Test {
 TEST_F(WriteBlocked, RootMayWriteEverything)
 {
     if (getuid() != 0) GTEST_SKIP() << "this test is not run as root";
-    EXPECT_EQ(ask(0555), "000");
+    chmod(directory_.path().c_str(), 0555);
+    EXPECT_EQ(ask(), "000");
     EXPECT_EQ(isWriteBlocked(nullptr, "/nonexistent/directory"), 1);
     EXPECT_EQ(isWriteBlocked(nullptr, nullptr), 0);
 }
 
 TEST_F(WriteBlocked, AnotherUserMayWriteWhatTheModesAllow)
 {
-    chmod((directory_ / "").c_str(), 0777);
-    EXPECT_EQ(asOrdinaryUser([&] {
-                  std::string answers;
-                  const std::string path = directory_ / "";
-                  for (const char *name : {"open", "closed", "missing"})
-                      answers +=
-                          std::to_string(isWriteBlocked((directory_ / name).c_str(), path.c_str()));
-                  return answers;
-              }),
-              "010");
-    chmod((directory_ / "").c_str(), 0555);
-    EXPECT_EQ(asOrdinaryUser([&] { return ask(0555); }), "111");
-    chmod((directory_ / "").c_str(), 0755);
+    for (const auto &[mode, answers] : {std::pair{0777u, "010"}, {0555u, "111"}}) {
+        chmod(directory_.path().c_str(), mode);
+        EXPECT_EQ(asOrdinaryUser([&] { return ask(); }), answers) << mode;
+    }
+    chmod(directory_.path().c_str(), 0755);
 }
 
 class TraceFile : public TraceToolkit {

@@ -140,7 +140,7 @@ TEST_F(TraceFunctions, AnUnreadableFileLeavesHandlesInactive)
 
 TEST_F(TraceFunctions, WrapperObjectsForwardToTheHandles)
 {
-    directory_.write("x.properties", kTraceProperties);
+    directory_.write("x.properties", traceProperties());
     OlvexWrapper::initialize((directory_ / "x.properties").c_str());
     OlvexWrapper *hardware = getOlvexHw();
     hardware->traceMIN(1, "f", "m", "%d", 1);

@@ -40,21 +40,19 @@ inline void recordTrace(OvxObject *, OvxEvent *event)
 }
 
 // Three components that take everything, one of each other level; sigeval has no logger.
-inline constexpr const char *kTraceProperties = R"(
-hw.loggers.trcLogger.className = ovx_basiclogger
-hw.loggers.trcLogger.level = DEBUG_MAX
-hw.loggers.trcLogger.listenerNames = recorder
-vpd.loggers.trcLogger.className = ovx_basiclogger
-vpd.loggers.trcLogger.level = DEBUG_MID
-vpd.loggers.trcLogger.listenerNames = recorder
-common.loggers.trcLogger.className = ovx_basiclogger
-common.loggers.trcLogger.level = DEBUG_MIN
-common.loggers.trcLogger.listenerNames = recorder
-plugin.loggers.trcLogger.className = ovx_basiclogger
-plugin.loggers.trcLogger.level = INFO
-plugin.loggers.trcLogger.listenerNames = recorder
-recorder.className = trace_recorder
-)";
+inline std::string traceProperties()
+{
+    std::string text = "recorder.className = trace_recorder\n";
+    for (const auto &[component, level] : {std::pair{"hw", "DEBUG_MAX"},
+                                           {"vpd", "DEBUG_MID"},
+                                           {"common", "DEBUG_MIN"},
+                                           {"plugin", "INFO"}}) {
+        const std::string logger = std::string(component) + ".loggers.trcLogger.";
+        text += logger + "className = ovx_basiclogger\n" + logger + "listenerNames = recorder\n" +
+                logger + "level = " + level + "\n";
+    }
+    return text;
+}
 
 // A test whose process traces with the properties above, when it has called start().
 class TraceToolkit : public ::testing::Test {
@@ -68,7 +66,7 @@ class TraceToolkit : public ::testing::Test {
 
     void start(const std::string &moreProperties = "")
     {
-        directory_.write("trace.properties", kTraceProperties + moreProperties);
+        directory_.write("trace.properties", traceProperties() + moreProperties);
         initializeWrapper((directory_ / "trace.properties").c_str());
     }
 

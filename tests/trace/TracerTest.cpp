@@ -123,7 +123,7 @@ class Tracers : public TraceToolkit {
 TEST_F(Tracers, WithoutAChoiceGoThroughTheToolkitWithTheDefaultFile)
 {
     std::filesystem::create_directory(directory_ / "config");
-    directory_.write("config/ZetTrace.properties", kTraceProperties);
+    directory_.write("config/ZetTrace.properties", traceProperties());
     setenv("ZET_TEST", (directory_ / "").c_str(), 1);
     EXPECT_EQ(Tracer::initialize(Tracer::Type(3), nullptr), -1);
     Tracer *tracer = Tracer::getInstance(Tracer::COMPONENT_HARDWARE);

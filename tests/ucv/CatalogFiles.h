@@ -4,11 +4,11 @@
 #include <olvex/olvex.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
+
+#include "core/LogDirectory.h"
 
 namespace olvex::test {
 
@@ -67,30 +67,9 @@ inline std::string catalogBytes(const std::vector<SetOfTexts> &sets)
 }
 
 // A folder that goes away with its scope, and NLSPATH, which is unset then.
-class CatalogFolder {
+class CatalogFolder : public LogDirectory {
   public:
-    CatalogFolder()
-    {
-        char name[] = "/tmp/olvex-catalogs-XXXXXX";
-        path_ = mkdtemp(name);
-    }
-    ~CatalogFolder()
-    {
-        std::filesystem::remove_all(path_);
-        unsetenv("NLSPATH");
-    }
-    CatalogFolder(const CatalogFolder &) = delete;
-    CatalogFolder &operator=(const CatalogFolder &) = delete;
-
-    const std::string &path() const { return path_; }
-
-    std::string put(const std::string &name, const std::string &bytes) const
-    {
-        const std::filesystem::path file = path_ + "/" + name;
-        std::filesystem::create_directories(file.parent_path());
-        std::ofstream(file, std::ios::binary) << bytes;
-        return file;
-    }
+    ~CatalogFolder() { unsetenv("NLSPATH"); }
 
     // A catalog with one message, 1 of set 1.
     std::string putText(const std::string &name, const std::string &text) const
@@ -100,11 +79,8 @@ class CatalogFolder {
 
     void use(const std::string &templates = "%L/%N.cat") const
     {
-        setenv("NLSPATH", (path_ + "/" + templates).c_str(), 1);
+        setenv("NLSPATH", (*this / templates).c_str(), 1);
     }
-
-  private:
-    std::string path_;
 };
 
 } // namespace olvex::test

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "Paths.h"
+#include "core/LogDirectory.h"
 #include "ucv/Handle.h"
 
 namespace {
@@ -28,18 +29,14 @@ class HostileTable : public testing::TestWithParam<const char *> {
   protected:
     void SetUp() override
     {
-        char pattern[] = "/tmp/olvex-hostile-XXXXXX";
-        directory_ = mkdtemp(pattern);
         table_ = readTable(GetParam());
         ASSERT_GE(table_.size(), kHeaderSize);
     }
-    void TearDown() override { fs::remove_all(directory_); }
 
     // Loads a table and converts whatever there is with it.
     void use(const std::string &table) const
     {
-        const std::string path = directory_ / "TABLE";
-        std::ofstream(path, std::ios::binary) << table;
+        const std::string path = directory_.write("TABLE", table);
         uc_ch_t *handle = ucv_cs_new(path.c_str());
         ASSERT_NE(handle, nullptr);
         convertEverything(handle);
@@ -74,7 +71,7 @@ class HostileTable : public testing::TestWithParam<const char *> {
     std::string table_;
 
   private:
-    fs::path directory_;
+    olvex::test::LogDirectory directory_;
 };
 
 TEST_P(HostileTable, MayBeCutAnywhere)

@@ -5,10 +5,9 @@
 
 #include <clocale>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
+#include "core/LogDirectory.h"
 #include "ucv/Handle.h"
 
 namespace {
@@ -81,23 +80,16 @@ TEST(Locales, KeepTheirPathsInTheEnvironment)
 // A directory of table files, found through UCVDIR.
 class Tables : public testing::Test {
   protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/olvex-tables-XXXXXX";
-        directory_ = mkdtemp(pattern);
-        fs::create_directory(directory_ / "codeset");
-        ucv_set_dir(directory_.c_str());
-    }
+    void SetUp() override { ucv_set_dir(directory_.path().c_str()); }
     void TearDown() override
     {
-        fs::remove_all(directory_);
         unsetenv("UCVDIR");
         ucv_uninit();
     }
 
     void write(const std::string &name, const std::string &content)
     {
-        std::ofstream(directory_ / "codeset" / name, std::ios::binary) << content;
+        directory_.write("codeset/" + name, content);
     }
 
     static std::string table(const std::string &name, char family)
@@ -109,7 +101,7 @@ class Tables : public testing::Test {
         return image;
     }
 
-    fs::path directory_;
+    olvex::test::LogDirectory directory_;
 };
 
 TEST_F(Tables, AreFoundByAnyOfTheirNames)
@@ -159,7 +151,7 @@ TEST_F(Tables, ThatAreNoneAreRefused)
     write("A1", "A2");
     write("A2", "../A1");
     write("EMPTY", " \n\t");
-    fs::create_directory(directory_ / "codeset" / "DIR");
+    fs::create_directory(directory_ / "codeset/DIR");
     for (const char *name :
          {"short", "magic", "loop", "a1", "empty", "dir", "absent", "", "///", "/etc/passwd"})
         EXPECT_EQ(ucv_cs_new(name), nullptr) << name;
@@ -204,7 +196,6 @@ TEST(Handles, OfUtf8AreOneAndTheSame)
     uc_ch_t *bytes = ucv_cs_new("internal37");
     EXPECT_STREQ(ucv_get_cs_name(bytes), "");
     ucv_cs_free(bytes);
-    EXPECT_STREQ(ucv_version, "UCV Version 2.3");
 }
 
 } // namespace

@@ -196,14 +196,10 @@ TEST_F(Files, DirectoriesAreMadeWithTheirParents)
 // Only root may change what the root is.
 TEST_F(Files, DirectoriesAreMadeUnderTheRoot)
 {
-    const pid_t child = fork();
-    if (child == 0) {
-        if (chroot((folder_ / "").c_str()) != 0) _exit(0);
-        _exit(makeDirectories("/new/sub", 0700) == 0 && modeOf("/new/sub") == 0700 ? 0 : 1);
-    }
-    int status = -1;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(olvex::test::inChild([&] {
+        if (chroot((folder_ / "").c_str()) != 0) return true;
+        return makeDirectories("/new/sub", 0700) == 0 && modeOf("/new/sub") == 0700;
+    }));
 }
 
 TEST_F(Files, DirectoriesListTheirEntries)

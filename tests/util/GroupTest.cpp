@@ -69,16 +69,6 @@ TEST(StringGroups, AnElementMayBeRemovedByItself)
         EXPECT_TRUE(group.remove(group.last()->element()));
 }
 
-TEST(StringGroups, HandOutCopies)
-{
-    StringGroup *group = OvxAllocStringGroup();
-    OvxStringGroupAdd(group, "text");
-    char *copy = OvxStringGroupIterGet(OvxStringGroupIterator(group));
-    OvxFreeStringGroup(group);
-    EXPECT_STREQ(copy, "text");
-    BaxMemoryFree(copy);
-}
-
 // A stand-in for objects: counts its references and says when it is dropped.
 struct Element {
     std::string name;

@@ -35,13 +35,6 @@ int compareTexts(const void *one, const void *other)
                        *static_cast<const char *const *>(other));
 }
 
-int compareParms(const void *one, const void *other)
-{
-    const auto *a = *static_cast<const OvxParm *const *>(one);
-    const auto *b = *static_cast<const OvxParm *const *>(other);
-    return std::strcmp(a->value.string, b->value.string);
-}
-
 OvxParm stringParm(const char *text)
 {
     OvxParm parm{};
@@ -124,19 +117,6 @@ TEST(ParmLists, KeepTheirOwnTexts)
     list.clear();
     EXPECT_STREQ(copy->value.string, "x");
     OvxFreeParm(copy);
-}
-
-TEST(ParmLists, SortWithTheirTexts)
-{
-    ParmList list;
-    for (const char *text : {"three", "one", "two"}) {
-        const OvxParm parm = stringParm(text);
-        list.append(&parm);
-    }
-    OvxSortParmList(&list, compareParms);
-    OvxParmListIterRem(list.first()->next());
-    EXPECT_STREQ(list.at(0)->value.string, "one");
-    EXPECT_STREQ(list.at(1)->value.string, "two");
 }
 
 // The list is left to the arena: what it had from the heap, a leak check would report.

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "core/Toolkit.h"
+
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -32,6 +34,8 @@ extern "C" unsigned sleep(unsigned seconds)
 }
 
 namespace {
+
+using olvex::test::inChild;
 
 void expectSuccess(CxResult result)
 {
@@ -135,17 +139,6 @@ class Semaphore : public testing::Test {
 
     int value() const { return semctl(sem_, 0, GETVAL); }
 
-    // Runs `work` in a child and returns its exit status.
-    template <class Work>
-    static int inChild(Work work)
-    {
-        const pid_t child = fork();
-        if (child == 0) _exit(work());
-        int status = -1;
-        waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
     const std::int32_t key_ = 0x0f000000 | getpid();
     CxSem sem_ = -1;
 };
@@ -246,7 +239,7 @@ void *storeId(void *argument)
 
 TEST(Thread, NumbersAreThoseOfTheSystem)
 {
-    EXPECT_EQ(CxThreadGetCurrentID(), static_cast<std::uint64_t>(gettid()));
+    EXPECT_EQ(CxThreadGetCurrentID(), std::uint64_t(gettid()));
     std::uint64_t other = 0;
     CxThread thread = {};
     expectSuccess(CxThreadCreate(&thread, 0, storeId, &other));
@@ -254,11 +247,7 @@ TEST(Thread, NumbersAreThoseOfTheSystem)
     EXPECT_GT(other, 0u);
     EXPECT_NE(other, CxThreadGetCurrentID());
     expectFailure(CxThreadCreate(&thread, 1, storeId, &other), EINVAL); // too small a stack
-    const pid_t child = fork();
-    if (child == 0) _exit(CxThreadGetCurrentID() == static_cast<std::uint64_t>(getpid()) ? 0 : 1);
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(inChild([] { return CxThreadGetCurrentID() == std::uint64_t(getpid()); }));
 }
 
 TEST(Thread, SleepsToTheNearestSecond)

@@ -144,21 +144,6 @@ TEST_F(StringBuff, RefusesSizesBeyondTheRangeAndKeepsItsText)
     EXPECT_EQ(take(), "text");
 }
 
-TEST_F(StringBuff, HandsOutItsTextOrCopies)
-{
-    CxStringBuffAppendStr(&buffer_, "text");
-    char *copy = CxStringBuffCopyStr(&buffer_);
-    EXPECT_STREQ(copy, "text");
-    EXPECT_NE(copy, CxStringBuffPeekStr(&buffer_));
-    BaxMemoryFree(copy);
-    char *taken = CxStringBuffTakeStr(&buffer_);
-    EXPECT_STREQ(taken, "text");
-    BaxMemoryFree(taken);
-    EXPECT_EQ(buffer_.str, nullptr);
-    EXPECT_EQ(buffer_.length, 0u);
-    EXPECT_EQ(buffer_.capacity, 0u);
-}
-
 TEST_F(StringBuff, LimitsWideTextToWholeCharacters)
 {
     uc_ch_t *utf8 = ucv_cs_new("UTF8");
