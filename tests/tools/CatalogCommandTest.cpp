@@ -290,7 +290,7 @@ TEST(CatalogHeader, NamesMessagesAndTellsWhatCannotBeTyped)
                                                            "$set 4\n5 MY_ Ärger \\\"%hhd\\\"\n"),
                       header = folder.put("out.h", "");
     ASSERT_EQ(run({"catalog", "header", source, "-o", header}).code, 0);
-    const std::string text = contentsOf(header);
+    const std::string text = folder.read("out.h");
     for (const char *line :
          {"#define MY_APP_CATALOG \"my-app\"\n", "#define MY_APP_APP0001E(logger, level) ",
           "#define MY_APP_1_2(", "#define MY_APP_1_3_KEY 3\n",
@@ -298,7 +298,7 @@ TEST(CatalogHeader, NamesMessagesAndTellsWhatCannotBeTyped)
           "#define MY_APP_4_5_TEXT \"MY_ Ärger \\\"%hhd\\\"\"\n", "const char *function, int p1)"})
         EXPECT_NE(text.find(line), std::string::npos) << line << text;
     ASSERT_EQ(run({"catalog", "header", source, "-o", header, "--prefix", "APP"}).code, 0);
-    EXPECT_NE(contentsOf(header).find("#define APP0001E(logger, level) "), std::string::npos);
+    EXPECT_NE(folder.read("out.h").find("#define APP0001E(logger, level) "), std::string::npos);
 
     const Outcome wrongPrefix = run({"catalog", "header", source, "-o", header, "--prefix", "1x"});
     EXPECT_EQ(wrongPrefix.code, 1);
