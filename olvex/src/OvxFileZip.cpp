@@ -98,23 +98,28 @@ class Arguments {
     int count_ = 0;
 };
 
-// A name that begins as an option of the program does is given as "./-name".
+// A path that begins as an option of the program does is given as "./-path".
+void addPath(Arguments &arguments, const char *path)
+{
+    if (!path || (*path != '-' && *path != '@')) return arguments.add(path);
+    const char *const parts[] = {"./", path};
+    const Text named(OvxStrACat(2, parts, nullptr));
+    arguments.add(named.get());
+}
+
 void addFile(Arguments &arguments, const char *file)
 {
     const Text native = nativePath(file);
-    if (!ovxFileExists(native.get())) return;
-    const bool isName = *native.get() != '-' && *native.get() != '@';
-    const char *const parts[] = {isName ? "" : "./", native.get()};
-    const Text path(OvxStrACat(2, parts, nullptr));
-    arguments.add(path.get());
+    if (ovxFileExists(native.get())) addPath(arguments, native.get());
 }
 
 bool runZip(const char *zipCmdPath, const char *files, int fileCount, const char *zipPath)
 {
     constexpr int kOtherArguments = 4;
     Arguments arguments(fileCount + kOtherArguments);
-    for (const char *text : {" ", "-q", "-j", zipPath})
+    for (const char *text : {" ", "-q", "-j"})
         arguments.add(text);
+    addPath(arguments, zipPath);
     forEachListedFile(files, [&](const char *file) { addFile(arguments, file); });
     if (!arguments.get()) return false;
     return runProgram(zipCmdPath, arguments.get(), kLongestZipRun);

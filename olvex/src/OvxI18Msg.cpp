@@ -38,12 +38,20 @@ bool addParameter(OvxI18Msg *msg, const OvxParm &parm)
     return ovxIntlParmListAppend(ovxGetI18MsgParmList(msg), &parm);
 }
 
+// A bound text ends at a zero byte, which "%c" prints for false: what follows is no part of it, and
+// no record holds such a byte.
+bool endAtZeroByte(CxStringBuff *buffer, std::uint32_t start)
+{
+    buffer->length = start + static_cast<std::uint32_t>(std::strlen(buffer->str + start));
+    return true;
+}
+
 // Appends `format` printed over the parameters; what cannot be printed appends the default text.
 bool printOrDefault(const OvxI18Msg *msg, const char *format, CxStringBuff *buffer)
 {
     const auto before = buffer->length;
     if (format) formats.planOf(format).print(buffer, msg->parameters);
-    if (buffer->length > before) return true;
+    if (buffer->length > before) return endAtZeroByte(buffer, before);
     return msg->text && CxStringBuffAppendStr(buffer, msg->text) == 1;
 }
 

@@ -232,6 +232,13 @@ TEST_F(FileCopy, GivesZipItsArgumentsAndTheStandardDescriptorsOnly)
     EXPECT_EQ(seen.find("secret"), std::string::npos);
     EXPECT_NE(seen.find(" 2 -> "), std::string::npos);
     EXPECT_EQ(reports(), Strings{missing(folder / "gone")});
+    const std::string here = std::filesystem::current_path().string();
+    std::filesystem::current_path(folder / "");
+    OvxSetObjProp(copier, "baseDir", "-T");
+    copy(folder / "a.log"); // a directory, not an option
+    std::filesystem::current_path(here);
+    EXPECT_EQ(folder.read("seen").substr(0, 13), "<-q>\n<-j>\n<./");
+    EXPECT_EQ(reports().size(), 1u);
 }
 
 TEST_F(FileCopy, SaysWhenThereIsNoArchiveInTheEnd)

@@ -123,6 +123,19 @@ TEST_F(Records, ATraceSaysNoneWhereItKnowsNothing)
                                    "</Trace>\n");
 }
 
+TEST_F(Records, ATextEndsAtAZeroByteItsRecordDoesNot)
+{
+    const MadeEvent event = eventAt(kTime, 4000, nullptr, 0, "ABC123E%1$cb", OVX_PARM_BOOL, 0, 0);
+    EXPECT_EQ(recordOf(event), "<Trace Level=\"INFO\">\n" + kTimeLine +
+                                   " <LogText><![CDATA[ABC123E]]></LogText>\n"
+                                   " <Source FileName=\"None\" Method=\"None\"/>\n"
+                                   "</Trace>\n");
+    EXPECT_EQ(lineOf(event), "\x1e[2008-04-01 11:05:09.042+00:00] - INFO  -  -  -  - "
+                             "ABC123E - ABC123E\n");
+    EXPECT_EQ(format(get("basic", "ovx_basicformatter"), event),
+              "2008-04-01 11:05:09.042+00:00 ABC123E\n");
+}
+
 std::string firstLine(const std::string &record)
 {
     return record.substr(0, record.find('\n'));
