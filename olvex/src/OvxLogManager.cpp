@@ -44,15 +44,22 @@ void moveChild(OvxObjCfg &from, OvxObjCfg *to, const char *name)
     from.removeChildName(name);
 }
 
+// Those children of the parent among which all that lie below the name are found, in their order.
+const StringGroupNode *mayLieBelow(const char *name, const OvxObjCfg &parent)
+{
+    const NameGapsNode *gap = parent.gaps.find(name);
+    const StringGroupNode *deep = parent.deepChildren.first();
+    if (gap && deep) return parent.children.first();
+    return gap ? gap->value()->first() : deep;
+}
+
 // Takes over the parent's children below the configuration's own name. When that name lies below
 // the parent's, the parent knows them; a parent of another name was set by a host.
 void adoptChildren(OvxObjCfg &cfg, OvxObjCfg &parent)
 {
     const char *name = cfg.name.get();
     const bool isNested = isBelow(name, parent.name.get());
-    const NameGapsNode *gap = isNested ? parent.gaps.find(name) : nullptr;
-    if (isNested && !gap) return;
-    for (const auto *node = gap ? gap->value()->first() : parent.children.first(); node;) {
+    for (const auto *node = isNested ? mayLieBelow(name, parent) : parent.children.first(); node;) {
         const char *child = node->element();
         node = node->next();
         if (isBelow(child, name)) moveChild(parent, &cfg, child);
@@ -173,14 +180,10 @@ char *ovxLogMgrGetParentConfigName(OvxObjCfg *cfg)
 {
     if (!cfg) return nullptr;
     if (cfg->parentName) return Memory().duplicate(cfg->parentName.get());
-    Text name(Memory().duplicate(cfg->name.get()));
-    while (char *dot = name ? std::strrchr(name.get(), '.') : nullptr) {
-        *dot = '\0';
-        const CfgHandle parent = findCfg(name.get());
-        ovxIntlObjCfgSetParent(cfg, parent.get());
-        if (parent) return name.release();
-    }
-    return Memory().duplicate(kRoot);
+    const auto *above = configurations ? configurations->findAbove(cfg->name.get(), '.') : nullptr;
+    if (!above) return Memory().duplicate(kRoot);
+    ovxIntlObjCfgSetParent(cfg, above->value());
+    return Memory().duplicate(above->key());
 }
 
 bool ovxLogMgrAddCfgFromFile(const char *configName, const char *propertyName, const char *value)

@@ -3,6 +3,7 @@
 
 #include <olvex/Props.h>
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -23,12 +24,17 @@ constexpr char kInitialPatterns[] = "*W *I";
 
 enum Mode : std::int32_t { kBlock = 1, kPassThru = 2 };
 
+// Up to here identifiers are kept for good. Since they come from texts of any origin, they may be
+// without end.
+constexpr std::size_t kFewIdentifiers = 4096;
+
 struct MsgIdFilterVars {
     Mode mode = kBlock;
     StringList *patterns = nullptr;
     OvxObject *messageIdFormatter = nullptr;
     std::int64_t repeatTime = 0;             // milliseconds, 0 for no holding back
     StringToStringMap *lastPassed = nullptr; // identifier to the decimal time of its last event
+    std::size_t sweepAt = kFewIdentifiers;   // how many of these there are at the next clearing up
 };
 
 MsgIdFilterVars *varsOf(const OvxObject *filter)
@@ -132,13 +138,30 @@ std::int64_t saturatedSum(std::int64_t a, std::int64_t b)
     return __builtin_add_overflow(a, b, &sum) ? INT64_MAX : sum;
 }
 
+bool isHeldBack(const MsgIdFilterVars &vars, const StringToStringMapNode *last, std::int64_t time)
+{
+    return time < saturatedSum(ovxPropStrToInt64(last->value(), nullptr), vars.repeatTime);
+}
+
+// Forgets identifiers that hold nothing back any more, each time that their number has doubled.
+[[gnu::cold]] void sweep(MsgIdFilterVars &vars, std::int64_t time)
+{
+    StringToStringMap &passed = *vars.lastPassed;
+    for (StringToStringMapNode *node = passed.first(); node;) {
+        StringToStringMapNode *next = node->next();
+        if (!isHeldBack(vars, node, time)) passed.remove(node);
+        node = next;
+    }
+    vars.sweepAt = std::max(passed.size() * 2, kFewIdentifiers);
+}
+
 // Whether an event of that identifier passed a short time ago; if not, this one is noted.
 bool isRepeat(MsgIdFilterVars &vars, const char *id, std::int64_t time)
 {
     if (vars.repeatTime <= 0 || !*id) return false;
     const StringToStringMapNode *last = vars.lastPassed ? vars.lastPassed->find(id) : nullptr;
-    if (last && time < saturatedSum(ovxPropStrToInt64(last->value(), nullptr), vars.repeatTime))
-        return true;
+    if (last && isHeldBack(vars, last, time)) return true;
+    if (vars.lastPassed && vars.lastPassed->size() >= vars.sweepAt) sweep(vars, time);
     OvxSetMapPropLong(vars.lastPassed, id, time);
     return false;
 }

@@ -11,11 +11,27 @@
 
 #include "util/Locked.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
+#include <string_view>
 
 using namespace olvex;
 
 namespace {
+
+// So many names between a configuration and its child are kept: the memory for them would grow with
+// the square of the child's name.
+constexpr std::ptrdiff_t kMostGaps = 8;
+
+bool isDeep(const OvxObjCfg &cfg, const char *child)
+{
+    const std::string_view names(child);
+    const std::size_t length = std::strlen(cfg.name.get());
+    return isBelow(child, cfg.name.get()) &&
+           std::count(names.begin() + static_cast<std::ptrdiff_t>(length) + 1, names.end(), '.') >
+               kMostGaps;
+}
 
 // Calls the action with each name between the configuration and a child below it.
 template <class Action>
@@ -91,7 +107,10 @@ void OvxObjCfg::setParentName(const char *newName)
 
 void OvxObjCfg::addChildName(const char *child)
 {
-    if (children.add(child))
+    if (!children.add(child)) return;
+    if (isDeep(*this, child))
+        deepChildren.add(child);
+    else
         forEachGap(*this, child, [&](const char *gap) { addToGap(gaps, gap, child); });
 }
 
@@ -99,7 +118,11 @@ void OvxObjCfg::removeChildName(const char *child)
 {
     StringGroupNode *node = children.find(child);
     if (!node) return;
-    forEachGap(*this, child, [&](const char *gap) { removeFromGap(gaps, gap, node->element()); });
+    if (isDeep(*this, node->element()))
+        deepChildren.remove(node->element());
+    else
+        forEachGap(*this, node->element(),
+                   [&](const char *gap) { removeFromGap(gaps, gap, node->element()); });
     children.remove(node);
 }
 

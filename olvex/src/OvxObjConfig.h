@@ -39,7 +39,8 @@ struct OvxObjCfg {
     olvex::Text name;
     olvex::Text parentName;
     StringGroup children;
-    NameGaps gaps; // who would lose which children to a newcomer between
+    NameGaps gaps;            // who would lose which children to a newcomer between
+    StringGroup deepChildren; // those that lie so far below that they are not in the gaps
     StringToStringMap properties;
     bool fromFile = false;
     mutable std::uint64_t lastWalk = 0; // see olvex::CfgWalk

@@ -196,6 +196,24 @@ TEST_F(MessageIdFilter, HoldsRepeatsBackUntilTheTimeIsOver)
     EXPECT_TRUE(passes("OVXBC0020E", 170000));
 }
 
+// They come from texts, so there is no end to them: those whose time is over are forgotten, not
+// others.
+TEST_F(MessageIdFilter, HoldsBackAnyNumberOfIdentifiers)
+{
+    OvxSetObjProp(filter, "msgIdRepeatTime", "10");
+    const auto passesAt = [&](int number, std::int64_t time) {
+        MadeEvent event = eventAt(time, 6000, "ovxmsg", 999, "text", 0);
+        OvxSetEventMessageId(event.get(), ("ABC" + std::to_string(number) + "E").c_str());
+        return OvxIsLoggableByFilter(filter, event.get());
+    };
+    for (int i = 0; i < 20000; ++i) {
+        ASSERT_TRUE(passesAt(100000 + i, 1000 + i));
+        ASSERT_FALSE(passesAt(100000 + i, 1009 + i));
+        if (i > 10) ASSERT_TRUE(passesAt(100000 + i - 10, 1000 + i));
+        if (i > 10) ASSERT_FALSE(passesAt(100000 + i - 9, 1000 + i));
+    }
+}
+
 TEST_F(MessageIdFilter, KeepsTheIdentifierThatAnEventHas)
 {
     MadeEvent event = eventAt(0, 6000, "ovxmsg", 999, "OVXBC0020W text", 0);

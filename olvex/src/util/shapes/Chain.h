@@ -96,6 +96,23 @@ class NamedChain : public Chain<Node> {
         return index_.built() ? index_.find(name) : Chain<Node>::find(name);
     }
 
+    // Of names with separators: the node with the longest name that `name` lies below.
+    Node *findAbove(const char *name, char separator) const
+    {
+        if (index_.built()) return index_.findAbove(name, separator);
+        Node *nearest = nullptr;
+        std::size_t longest = 0;
+        for (Node *node = this->first(); node; node = node->next()) {
+            const std::size_t length = std::strlen(node->key());
+            const bool isAbove =
+                std::strncmp(name, node->key(), length) == 0 && name[length] == separator;
+            if (!isAbove || (nearest && length < longest)) continue;
+            nearest = node;
+            longest = length;
+        }
+        return nearest;
+    }
+
   protected:
     ~NamedChain() { index_.discard(this->memory()); }
 

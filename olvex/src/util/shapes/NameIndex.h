@@ -14,12 +14,27 @@ namespace olvex {
 template <class Node>
 class Chain;
 
+// A hash that grows byte by byte, and shrinks again from its end.
+class NameHash {
+  public:
+    void add(char c) { hash_ = (hash_ ^ static_cast<unsigned char>(c)) * kPrime; }
+    void takeBack(char c) { hash_ = hash_ * kInverse ^ static_cast<unsigned char>(c); }
+    std::uint32_t value() const { return static_cast<std::uint32_t>(hash_ ^ (hash_ >> 32)); }
+
+  private:
+    static constexpr std::uint64_t kPrime = 0x100000001b3U;
+    static constexpr std::uint64_t kInverse = 0xce965057aff6957bU;
+    static_assert(kPrime * kInverse == 1); // modulo 2 to the power of 64
+
+    std::uint64_t hash_ = 0xcbf29ce484222325U;
+};
+
 inline std::uint32_t hashName(const char *name)
 {
-    std::uint64_t hash = 0xcbf29ce484222325U;
+    NameHash hash;
     for (; *name; ++name)
-        hash = (hash ^ static_cast<unsigned char>(*name)) * 0x100000001b3U;
-    return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+        hash.add(*name);
+    return hash.value();
 }
 
 template <class Node>
@@ -29,11 +44,24 @@ class NameIndex {
 
     Node *find(const char *name) const
     {
-        const std::uint32_t hash = hashName(name);
-        std::size_t place = hash & mask_;
-        for (; slots_[place].node; place = after(place)) {
-            const Slot &slot = slots_[place];
-            if (slot.hash == hash && std::strcmp(slot.node->key(), name) == 0) return slot.node;
+        return find(hashName(name), [&](const char *key) { return std::strcmp(key, name) == 0; });
+    }
+
+    // The node with the longest name in front of one of the name's separators. One pass over the
+    // name, however many separators it has.
+    Node *findAbove(const char *name, char separator) const
+    {
+        NameHash hash;
+        std::size_t length = 0;
+        for (; name[length]; ++length)
+            hash.add(name[length]);
+        while (length-- > 0) {
+            hash.takeBack(name[length]);
+            if (name[length] != separator) continue;
+            if (Node *node = find(hash.value(), [&](const char *key) {
+                    return std::strncmp(key, name, length) == 0 && !key[length];
+                }))
+                return node;
         }
         return nullptr;
     }
@@ -70,6 +98,16 @@ class NameIndex {
         Node *node;
         std::uint32_t hash;
     };
+
+    template <class IsSame>
+    Node *find(std::uint32_t hash, IsSame isSame) const
+    {
+        std::size_t place = hash & mask_;
+        for (; slots_[place].node; place = after(place))
+            if (slots_[place].hash == hash && isSame(slots_[place].node->key()))
+                return slots_[place].node;
+        return nullptr;
+    }
 
     std::size_t capacity() const { return mask_ + 1; }
     std::size_t after(std::size_t place) const { return (place + 1) & mask_; }

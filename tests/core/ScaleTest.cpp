@@ -1,0 +1,145 @@
+// What grows with the size of what users give: eight times as much takes about eight times as long.
+// Time is that of this process alone, so that other work on the machine does not count.
+#include "Toolkit.h"
+
+#include "OvxLogManager.h"
+#include "OvxReadProps.h"
+
+#include <algorithm>
+#include <ctime>
+
+using namespace olvex::test;
+
+namespace {
+
+constexpr int kMore = 8;
+
+template <class Work>
+double secondsOf(Work work, int count)
+{
+    const std::clock_t start = std::clock();
+    work(count);
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+// What grows with the square takes 64 times as long, caches and the allocator two or three times.
+// Some milliseconds are for what does not grow.
+template <class Work>
+void expectLinear(int few, Work work)
+{
+    double small = 0, large = 0;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        small = secondsOf(work, few);
+        large = secondsOf(work, few * kMore);
+        if (large < small * kMore * 3 + 0.005) return;
+    }
+    ADD_FAILURE() << small << " s for " << few << ", " << large << " s for " << few * kMore;
+}
+
+void load(const std::string &content)
+{
+    const TemporaryFile file(content);
+    ASSERT_TRUE(OvxOpenToolkit(file.path()));
+    OvxCloseToolkit();
+}
+
+// "a.a.a" with so many dots.
+std::string deepName(int dots)
+{
+    std::string name = "a";
+    for (int i = 0; i < dots; ++i)
+        name += ".a";
+    return name;
+}
+
+TEST(Scale, PropertiesFilesMayBeLong)
+{
+    expectLinear(2000, [](int count) {
+        std::string content;
+        for (int i = 0; i < count; ++i)
+            content += "wide.n" + std::to_string(i) + ".far.name = some value of a line \\u00e9\n";
+        load(content);
+    });
+}
+
+// Nearly all of a line may be a name with as many dots as there is room for, with ancestors that
+// are there and ancestors that are not.
+TEST(Scale, NamesMayBeDeep)
+{
+    std::string others;
+    for (int i = 0; i < 30; ++i)
+        others += "other" + std::to_string(i) + ".p = 1\n";
+    for (const std::string &before :
+         {std::string(), std::string("a.p = 1\n"), others + "a.p = 1\n"})
+        expectLinear(20000, [&](int dots) {
+            std::string content = before;
+            for (const char *end : {".b", ".c"})
+                content += deepName(dots) + end + ".p = 1\n";
+            load(content);
+        });
+}
+
+TEST(Scale, DeepChildrenAreTakenOverLikeOthers)
+{
+    ASSERT_TRUE(OvxOpenToolkit(nullptr));
+    for (const std::string &name :
+         {std::string("a"), deepName(40), deepName(3) + ".x", deepName(20), deepName(2)})
+        ASSERT_TRUE(ovxLogMgrAddCfgFromFile(name.c_str(), "p", "1"));
+    const auto parentOf = [](const std::string &name) {
+        OvxObjCfg *cfg = OvxLogMgrGetCfg(name.c_str());
+        const std::string parent = take(ovxLogMgrGetParentConfigName(cfg));
+        OvxReleaseObjCfg(cfg);
+        return parent;
+    };
+    EXPECT_EQ(parentOf(deepName(40)), deepName(20));
+    EXPECT_EQ(parentOf(deepName(20)), deepName(2));
+    EXPECT_EQ(parentOf(deepName(3) + ".x"), deepName(2));
+    EXPECT_EQ(parentOf(deepName(2)), "a");
+    OvxCloseToolkit();
+}
+
+TEST(Scale, ObjectsMayBeMany)
+{
+    expectLinear(1250, [](int count) {
+        ASSERT_TRUE(OvxOpenToolkit(nullptr));
+        std::vector<OvxObject *> objects;
+        for (int i = 0; i < count; ++i)
+            objects.push_back(
+                OvxGetObject(("object" + std::to_string(i)).c_str(), "ovx_levelfilter"));
+        for (OvxObject *object : objects)
+            EXPECT_TRUE(object);
+        for (std::size_t i = 0; i < objects.size(); i += 2) // the others go with the toolkit
+            OvxReleaseObject(objects[i]);
+        OvxCloseToolkit();
+        for (std::size_t i = 1; i < objects.size(); i += 2)
+            OvxReleaseObject(objects[i]);
+    });
+}
+
+void setClass(const char *name)
+{
+    OvxObjCfg *cfg = OvxLogMgrGetCfg(name);
+    OvxSetObjCfgProp(cfg, "className", "ovx_levelfilter");
+    OvxReleaseObjCfg(cfg);
+}
+
+TEST(Scale, ListenersMayBeAThousand)
+{
+    expectLinear(125, [](int count) {
+        ASSERT_TRUE(OvxOpenToolkit(nullptr));
+        std::string names;
+        for (int i = 0; i < count; ++i)
+            names += "filter" + std::to_string(i) + " ";
+        for (int i = 0; i < count; ++i)
+            setClass(("filter" + std::to_string(i)).c_str());
+        OvxObject *logger = OvxGetObject("log", "ovx_basiclogger");
+        OvxSetObjProp(logger, "listenerNames", names.c_str());
+        for (int i = 0; i < 20; ++i)
+            OvxLogText(logger, "text", 0);
+        OvxSetObjProp(logger, "listenerNames", names.c_str());
+        OvxReleaseObject(logger);
+        OvxCloseToolkit();
+    });
+}
+
+} // namespace
