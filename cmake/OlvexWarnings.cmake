@@ -8,6 +8,10 @@ target_compile_options(olvex_options INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual>
     $<$<COMPILE_LANGUAGE:C>:-Wstrict-prototypes -Wmissing-prototypes>
     $<$<BOOL:${OLVEX_WERROR}>:-Werror>)
+if(OLVEX_COVERAGE)
+    target_compile_options(olvex_options INTERFACE --coverage -fprofile-update=atomic)
+    target_link_options(olvex_options INTERFACE --coverage)
+endif()
 if(OLVEX_SANITIZE)
     target_compile_options(olvex_options INTERFACE
         -fsanitize=${OLVEX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)

@@ -5,21 +5,24 @@
 
 namespace {
 
-constexpr int kRoom = 4096;
+// Every lead byte and every row of a table is reached with these; more would only be slower.
+constexpr int kBytes = 512;
+constexpr int kUnits = 256;
+constexpr int kRoom = 4 * kBytes;
 
 void convertEverything(uc_ch_t *handle)
 {
-    char bytes[1024], target[kRoom];
-    char16_t units[512];
-    for (int i = 0; i < 1024; ++i)
+    char bytes[kBytes], target[kRoom];
+    char16_t units[kUnits];
+    for (int i = 0; i < kBytes; ++i)
         bytes[i] = static_cast<char>(i * 7 + i / 256);
-    for (int i = 0; i < 512; ++i)
-        units[i] = static_cast<char16_t>(i * 131);
-    ucv_to_utf8(handle, bytes, 1024, target, kRoom);
-    ucv_from_utf8(handle, bytes, 1024, target, kRoom);
-    ucv_from_ucs2(handle, units, 512, target, kRoom);
-    ucv_to_ucs2(handle, bytes, 1024, units, 512);
-    ucv_mblen(handle, bytes + 1, 1000);
+    for (int i = 0; i < kUnits; ++i)
+        units[i] = static_cast<char16_t>(i * 257);
+    ucv_to_utf8(handle, bytes, kBytes, target, kRoom);
+    ucv_from_utf8(handle, bytes, kBytes, target, kRoom);
+    ucv_from_ucs2(handle, units, kUnits, target, kRoom);
+    ucv_to_ucs2(handle, bytes, kBytes, units, kUnits);
+    ucv_mblen(handle, bytes + 1, kBytes - 1);
 }
 
 } // namespace

@@ -209,8 +209,9 @@ TEST_F(MessageIdFilter, HoldsBackAnyNumberOfIdentifiers)
     for (int i = 0; i < 20000; ++i) {
         ASSERT_TRUE(passesAt(100000 + i, 1000 + i));
         ASSERT_FALSE(passesAt(100000 + i, 1009 + i));
-        if (i > 10) ASSERT_TRUE(passesAt(100000 + i - 10, 1000 + i));
-        if (i > 10) ASSERT_FALSE(passesAt(100000 + i - 9, 1000 + i));
+        if (i < 10) continue;
+        ASSERT_TRUE(passesAt(100000 + i - 10, 1000 + i));
+        ASSERT_FALSE(passesAt(100000 + i - 9, 1000 + i));
     }
 }
 

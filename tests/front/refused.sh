@@ -6,7 +6,8 @@
 set -euo pipefail
 sources=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/refused
 include=$1 library=$2 olvex=$3 work=$4 cc=$5 cxx=$6
-flags=(-Wall -Wextra -Wpedantic -Werror -I"$include" -I"$work")
+read -ra target <<<"${CFLAGS:-}" # of another machine than the compiler's own
+flags=(-Wall -Wextra -Wpedantic -Werror -I"$include" -I"$work" "${target[@]}")
 failures=0
 count=0
 
