@@ -18,12 +18,12 @@ inside() { chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root L
 step() { printf '\n-- %s\n' "$*"; }
 
 step "A root with the base system"
+chmod 755 "$root" # others than root read in it as well
 codename=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
 debootstrap --variant=minbase "$codename" "$root" >"$root.log" 2>&1 || { tail "$root.log"; exit 1; }
 rm -f "$root.log"
-for sources in /etc/apt/sources.list /etc/apt/sources.list.d; do
-    [[ ! -e $sources ]] || cp -r "$sources" "$root/etc/apt/"
-done
+rm -f "$root/etc/apt/sources.list"
+cp -r /etc/apt/sources.list* "$root/etc/apt/"
 [[ ! -e /etc/resolv.conf ]] || cp -L /etc/resolv.conf "$root/etc/"
 mount -t proc proc "$root/proc" || echo "(without /proc)"
 
