@@ -15,7 +15,7 @@ to_manual() {
     [[ -n $have_lowdown ]] || return 0
     mkdir -p "$output/man/man$section"
     sed -E '1d; s/^## (.*)/# \U\1/; s/^### /## /; s/\{#[a-z_]*\}$//' "$page" |
-        lowdown -s -Tman --out-no-smarty -m "title=$name" -m "section=$section" -m "source=olvex $version" \
+        lowdown -s -Tman --parse-no-intraemph --out-no-smarty -m "title=$name" -m "section=$section" -m "source=olvex $version" \
             -m "date=" -m "volume=olvex" -o "$output/man/man$section/$name.$section" -
 }
 
@@ -42,8 +42,10 @@ class_pages() {
     "$command" config classes --markdown >"$listing" 2>/dev/null || { rm -f "$listing"; return 0; }
     awk -v folder="$pages" '
         /^#+ `?ovx_[a-z_]+`?$/ { name = $2; gsub(/`/, "", name); file = folder "/" name ".md"
-            print "# " name "(5) {#class_" name "}\n\n## Name\n\n" name " - a class of olvex\n\n## Description\n" >file
-            next }
+            print "# " name "(5) {#class_" name "}\n\n## Name\n" >file; begun = 0; next }
+        # The first line of text says what the class is for.
+        file && !begun && NF { print name " - " tolower(substr($0, 1, 1)) substr($0, 2) "\n\n## Properties\n" >file; begun = 1; next }
+        file && !begun { next }
         /^# / { file = "" }
         file { sub(/^#+ /, "## "); print >file }' "$listing"
     rm "$listing"
