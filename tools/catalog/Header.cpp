@@ -155,40 +155,67 @@ string name(const Type &, const string &number)
     return "p" + number;
 }
 
-string writeCall(const Call &call, const string &catalog)
+// Puts values in the place of "@NAME@" and the like.
+string fill(string text, std::initializer_list<std::pair<string_view, string>> values)
 {
-    const string set = to_string(call.key.first), number = to_string(call.key.second);
-    return "/* Message " + number + " of set " + set + ". */\n#define " + call.name + "_SET " +
-           set + "\n#define " + call.name + "_KEY " + number + "\n#define " + call.name + "_TEXT " +
-           literal(call.text) + "\nstatic inline void " + call.name +
-           "_at(OvxObject *logger, int level, const char *file, int line,\n    const char "
-           "*function" +
-           eachParameter(call, declaration) + ")\n{\n    OvxLogMsg(logger, " + catalog + ", " +
-           call.name + "_SET, " + call.name + "_KEY, " + call.name + "_TEXT" +
-           eachParameter(call, markerAndValue) +
-           ",\n        OVX_CATALOG_END(level, file, line, function));\n}\n#define " + call.name +
-           "(logger, level" + eachParameter(call, name) +
-           ") \\\n    OVX_CATALOG_CALL(logger, level, " + call.name +
-           "_at, __FILE__, __LINE__, __func__" + eachParameter(call, converted) + ")\n\n";
+    for (const auto &[name, value] : values)
+        for (std::size_t at = 0; (at = text.find(name, at)) != string::npos; at += value.size())
+            text.replace(at, name.size(), value);
+    return text;
 }
 
-constexpr const char *kUsage =
-    R"( * NAME(logger, level, parameters...) logs a message; `level` is one of OVX_LEVEL_DEBUG_MAX to
+constexpr const char *kCall = R"(/* Message @KEY@ of set @SET@. */
+#define @NAME@_SET @SET@
+#define @NAME@_KEY @KEY@
+#define @NAME@_TEXT @TEXT@
+static inline void @NAME@_at(OvxObject *logger, int level, const char *file, int line,
+    const char *function@DECLARATIONS@)
+{
+    OvxLogMsg(logger, @PREFIX@_CATALOG, @NAME@_SET, @NAME@_KEY, @NAME@_TEXT@VALUES@,
+        OVX_CATALOG_END(level, file, line, function));
+}
+#define @NAME@(logger, level@NAMES@) \
+    OVX_CATALOG_CALL(logger, level, @NAME@_at, __FILE__, __LINE__, __func__@CONVERTED@)
+
+)";
+
+// The text comes last: what it says is nobody's to fill in.
+string writeCall(const Call &call, const string &prefix)
+{
+    return fill(kCall, {{"@NAME@", call.name},
+                        {"@PREFIX@", prefix},
+                        {"@SET@", to_string(call.key.first)},
+                        {"@KEY@", to_string(call.key.second)},
+                        {"@DECLARATIONS@", eachParameter(call, declaration)},
+                        {"@VALUES@", eachParameter(call, markerAndValue)},
+                        {"@NAMES@", eachParameter(call, name)},
+                        {"@CONVERTED@", eachParameter(call, converted)},
+                        {"@TEXT@", literal(call.text)}});
+}
+
+constexpr const char *kBeginning = R"(/*
+ * Messages of @SOURCE@, made by `olvex catalog header`: change that source instead.
+ *
+ * NAME(logger, level, parameters...) logs a message; `level` is one of OVX_LEVEL_DEBUG_MAX to
  * OVX_LEVEL_FATAL. Nothing else is evaluated when the logger does not take the level. A wrong number
  * or type of parameters does not compile. NAME_SET, NAME_KEY and NAME_TEXT say which message it is.
  */
+#ifndef @PREFIX@_MESSAGES_H
+#define @PREFIX@_MESSAGES_H
+
+#include <olvex/front/CatalogCalls.h>
+
+#define @PREFIX@_CATALOG @CATALOG@
+
 )";
 
 string writeHeader(const string &file, const string &prefix, const std::vector<Call> &calls)
 {
-    const string catalog = prefix + "_CATALOG";
-    string text = "/*\n * Messages of " + std::filesystem::path(file).filename().string() +
-                  ", made by `olvex catalog header`: change that source instead.\n *\n" + kUsage +
-                  "#ifndef " + prefix + "_MESSAGES_H\n#define " + prefix +
-                  "_MESSAGES_H\n\n#include <olvex/front/CatalogCalls.h>\n\n#define " + catalog +
-                  " " + literal(catalogNameOf(file)) + "\n\n";
+    string text = fill(kBeginning, {{"@PREFIX@", prefix},
+                                    {"@SOURCE@", std::filesystem::path(file).filename().string()},
+                                    {"@CATALOG@", literal(catalogNameOf(file))}});
     for (const Call &call : calls)
-        text += writeCall(call, catalog);
+        text += writeCall(call, prefix);
     return text + "#endif\n";
 }
 

@@ -23,6 +23,8 @@ for header in "$include"/olvex/trace/*.h "$include"/olvex/trace/base/*.h "$inclu
             <<<"$alone" || failures=1
     done
 done
+g++ -std=c++17 -fno-exceptions -fno-rtti "${warnings[@]}" -x c++ - <<<'#include <olvex/olvex.hpp>' ||
+    failures=1
 
 # A declaration follows a line that ends a comment which began with "/**".
 awk '

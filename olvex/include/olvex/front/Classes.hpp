@@ -164,19 +164,33 @@ inline void report(const char *what, const char *function, const char *object) n
                  OVX_PARM_STRING, what, 0);
 }
 
-// Runs `work`; false when it threw, which is reported with the lock held.
-template <class Work>
-bool guarded(const char *function, OvxObject *object, Work &&work) noexcept
+// Runs `work`; false when it threw, and `report` was told why.
+template <class Work, class Report>
+bool attempt(Work &&work, Report &&report) noexcept
 {
+#ifdef __cpp_exceptions
     try {
         work();
         return true;
     } catch (const std::exception &error) {
-        report(error.what(), function, ovxIntlGetObjectName(object));
+        report(error.what());
     } catch (...) {
-        report("of unknown type", function, ovxIntlGetObjectName(object));
+        report("of unknown type");
     }
     return false;
+#else
+    static_cast<void>(report);
+    work();
+    return true;
+#endif
+}
+
+// The same, with the lock held: the toolkit reports it.
+template <class Work>
+bool guarded(const char *function, OvxObject *object, Work &&work) noexcept
+{
+    return attempt(std::forward<Work>(work),
+                   [&](const char *what) { report(what, function, ovxIntlGetObjectName(object)); });
 }
 
 // A string of the toolkit; none for an empty text or when memory runs out.
@@ -250,11 +264,11 @@ class Functions {
     static bool isLoggable(OvxObject *filter, OvxEvent *event)
     {
         Variables *variables = of(filter);
-        try {
-            return !variables || variables->own.passes(Self(filter), EventView(event));
-        } catch (...) {
-            return true;
-        }
+        bool passes = true;
+        if (variables)
+            attempt([&] { passes = variables->own.passes(Self(filter), EventView(event)); },
+                    [](const char *) {});
+        return passes;
     }
 
     // An event is not lost to a formatter that fails either.
