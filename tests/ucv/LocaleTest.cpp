@@ -127,9 +127,9 @@ TEST_F(Tables, AreFoundByAnyOfTheirNames)
 TEST_F(Tables, AndWordsAreKnownInATurkishLocale)
 {
     const std::string command =
-        "localedef -c -i tr_TR -f UTF-8 '" + (directory_ / "tr_TR").string() + "' >/dev/null 2>&1";
+        "localedef -c -i tr_TR -f UTF-8 '" + (directory_ / "tr_TR") + "' >/dev/null 2>&1";
     [[maybe_unused]] const int warned = std::system(command.c_str());
-    setenv("LOCPATH", directory_.c_str(), 1);
+    setenv("LOCPATH", directory_.path().c_str(), 1);
     ASSERT_STREQ(std::setlocale(LC_CTYPE, "tr_TR"), "tr_TR");
     write("ISO88599", table("ISO88599", 1));
     uc_ch_t *handle = ucv_cs_new("iso8859-9");
