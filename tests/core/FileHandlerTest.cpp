@@ -182,6 +182,7 @@ TEST_F(FileHandler, BadValuesAreReportedAndReplaced)
                        "OVXFH0036W Could not load codeset no-such-code-set. Logged text will be "
                        "stored in UTF-8 encoding instead."}));
     const auto *vars = olvex::fileVarsOf(handler_);
+    EXPECT_STREQ(vars->name.base.get(), "default");
     EXPECT_EQ(vars->maxFileBytes, 1024);
     EXPECT_EQ(vars->maxFiles, 3);
     records.clear();
@@ -189,6 +190,7 @@ TEST_F(FileHandler, BadValuesAreReportedAndReplaced)
     set("filePermission", "rw");
     set("fileEncoding", "no-such-code-set");
     EXPECT_EQ(reports(), Strings{});
+    set("fileName", directory_ / "app.log");
     log("text");
     EXPECT_EQ(directory_.read("app.log"), "text\n");
 }
