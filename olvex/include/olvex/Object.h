@@ -85,7 +85,8 @@ OVX_API void OvxSetObjectEnabled(OvxObject *object, bool enabled);
 
 /**
  * Says whether a filter lets the event pass; false for what is not a filter. Takes no lock, so it
- * serves class functions too; not to be called while another thread closes the toolkit.
+ * serves class functions, which run with the lock held. Elsewhere it is not to be called while
+ * another thread logs or closes the toolkit: a filter may keep what it has seen.
  */
 OVX_API bool OvxIsLoggableByFilter(OvxObject *filter, OvxEvent *event);
 
