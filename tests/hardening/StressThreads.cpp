@@ -221,23 +221,33 @@ void expectUsable(const LogDirectory &directory)
     EXPECT_NE(directory.read("after.log").find("after\n"), std::string::npos);
 }
 
-TEST(StressThreads, EverythingAtOnce)
+// In its directory, since a handler made while no configuration is there writes default.log.
+class StressThreads : public ::testing::Test {
+  protected:
+    void SetUp() override
+    {
+        std::filesystem::current_path(directory_.path());
+        openAll(directory_);
+    }
+    void TearDown() override { std::filesystem::current_path(before_); }
+
+    const LogDirectory directory_{"/dev/shm"};
+    const std::filesystem::path before_ = std::filesystem::current_path();
+};
+
+TEST_F(StressThreads, EverythingAtOnce)
 {
-    const LogDirectory directory("/dev/shm");
-    openAll(directory);
     received = 0;
-    stress(directory, nullptr);
+    stress(directory_, nullptr);
     EXPECT_GT(received, 0);
-    expectUsable(directory);
+    expectUsable(directory_);
 }
 
-TEST(StressThreads, WhileTheToolkitIsClosedAndOpened)
+TEST_F(StressThreads, WhileTheToolkitIsClosedAndOpened)
 {
-    const LogDirectory directory("/dev/shm");
-    openAll(directory);
-    stress(directory, &Worker::reopen);
-    Worker::open(directory);
-    expectUsable(directory);
+    stress(directory_, &Worker::reopen);
+    Worker::open(directory_);
+    expectUsable(directory_);
 }
 
 } // namespace
