@@ -65,16 +65,7 @@ Trace::Trace(Tracer &tracer, const char *method)
     logEntry();
 }
 
-Trace::Trace(Tracer &tracer, const wchar_t *method)
-    : tracer_(tracer),
-      level_(Tracer::LEVEL_INFO),
-      tracerLevel_(tracer.getLevel()),
-      method_(method),
-      line_(0),
-      formatBuffer_(nullptr)
-{
-    logEntry();
-}
+Trace::Trace(Tracer &tracer, const wchar_t *method) : Trace(tracer, String(method)) {}
 
 Trace::~Trace()
 {
