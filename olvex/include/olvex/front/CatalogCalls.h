@@ -82,7 +82,7 @@ ParmOf<Type> asText(const Type &value) noexcept
 template <class Held>
 const char *textOf(const Held &held) noexcept
 {
-    return std::get<1>(held.flat());
+    return held.template part<1>();
 }
 
 } // namespace detail

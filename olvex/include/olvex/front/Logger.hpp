@@ -47,11 +47,11 @@ constexpr DebugCall debugCallOf(int level) noexcept
 
 // The list of a message ends with the place of the call, or before it when there is none: the 0 in
 // the place of the first marker ends the list.
-template <class... Flat>
+template <class... Parts>
 void callMessage(MessageCall call, OvxObject *logger, const MessageId &id, const char *text,
-                 const Location &place, Flat... flat) noexcept
+                 const Location &place, Parts... parts) noexcept
 {
-    call(logger, id.catalog, id.set, id.key, text, flat..., place.file ? OVX_PROP : 0,
+    call(logger, id.catalog, id.set, id.key, text, parts..., place.file ? OVX_PROP : 0,
          "ovx_prop_srcfile", OVX_PARM_STRING, place.file, OVX_PROP, "ovx_prop_srcline",
          OVX_PARM_INT, place.line, place.function ? OVX_PROP : 0, "ovx_prop_srcfunction",
          OVX_PARM_STRING, place.function, 0);
@@ -62,8 +62,8 @@ void sendMessage(MessageCall call, OvxObject *logger, const MessageId &id, const
                  const Location &place, const Parms &...parms) noexcept
 {
     requireRoom<sizeof...(Parms) + kPlaceEntries>();
-    std::apply([&](auto... flat) { callMessage(call, logger, id, text, place, flat...); },
-               std::tuple_cat(parms.flat()...));
+    withParts([&](auto... parts) { callMessage(call, logger, id, text, place, parts...); },
+              parms...);
 }
 
 template <class... Parms>
@@ -71,19 +71,18 @@ void sendDebug(DebugCall call, OvxObject *logger, const char *text, const Locati
                const Parms &...parms) noexcept
 {
     requireRoom<sizeof...(Parms)>();
-    std::apply(
-        [&](auto... flat) {
-            call(logger, place.file, place.function, place.line, text, flat..., 0);
+    withParts(
+        [&](auto... parts) {
+            call(logger, place.file, place.function, place.line, text, parts..., 0);
         },
-        std::tuple_cat(parms.flat()...));
+        parms...);
 }
 
 template <class... Parms>
 void sendText(OvxObject *logger, const char *text, const Parms &...parms) noexcept
 {
     requireRoom<sizeof...(Parms)>();
-    std::apply([&](auto... flat) { OvxLogText(logger, text, flat..., 0); },
-               std::tuple_cat(parms.flat()...));
+    withParts([&](auto... parts) { OvxLogText(logger, text, parts..., 0); }, parms...);
 }
 
 // What the macros expand to, once the logger took the level. `literal` gives the text again, so

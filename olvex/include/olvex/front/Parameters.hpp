@@ -5,10 +5,10 @@
 #include <olvex/Log.h>
 #include <olvex/Memory.h>
 
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -74,8 +74,8 @@ template <class Type>
 constexpr bool isVoidPointer =
     std::is_pointer_v<Type> &&std::is_void_v<std::remove_pointer_t<Type>>;
 
-// One entry: how it is described and passed. Made from a reference to the value, it lives for the
-// call; it does not throw.
+// One entry: how it is described, and the parts that stand for it in a C call, a marker first. Made
+// from a reference to the value, it lives for the call; it does not throw.
 template <class Type, class = void>
 struct Parm {
     static_assert(sizeof(Type) == 0,
@@ -89,7 +89,15 @@ struct Simple {
     static constexpr Kind kind = TheKind;
     Passed passed;
 
-    auto flat() const noexcept { return std::tuple<int, Passed>(Marker, passed); }
+    static constexpr std::size_t kParts = 2;
+    template <std::size_t Part>
+    auto part() const noexcept
+    {
+        if constexpr (Part == 0)
+            return Marker;
+        else
+            return passed;
+    }
 };
 
 template <>
@@ -192,9 +200,11 @@ struct Parm<Type, std::enable_if_t<isViewText<Type>>> {
     Terminated text;
 
     explicit Parm(std::string_view value) noexcept : text(value) {}
-    auto flat() const noexcept
+    static constexpr std::size_t kParts = 2;
+    template <std::size_t Part>
+    auto part() const noexcept
     {
-        return std::tuple<int, const char *>(OVX_PARM_STRING, text.get());
+        return TextParm{text.get()}.template part<Part>();
     }
 };
 
@@ -208,11 +218,66 @@ struct Parm<Prop<Value>> {
     ParmOf<Value> value;
 
     explicit Parm(const Prop<Value> &prop) noexcept : name(prop.name), value(prop.value) {}
-    auto flat() const noexcept
+    static constexpr std::size_t kParts = 2 + ParmOf<Value>::kParts;
+    template <std::size_t Part>
+    auto part() const noexcept
     {
-        return std::tuple_cat(std::tuple<int, const char *>(OVX_PROP, name), value.flat());
+        if constexpr (Part == 0)
+            return OVX_PROP;
+        else if constexpr (Part == 1)
+            return name;
+        else
+            return value.template part<Part - 2>();
     }
 };
+
+// Parameters that are found by their number.
+template <std::size_t Number, class TheParm>
+struct Numbered {
+    const TheParm &parm;
+};
+template <std::size_t Number, class TheParm>
+const TheParm &parmOf(const Numbered<Number, TheParm> &numbered) noexcept
+{
+    return numbered.parm;
+}
+
+// All parts of a list, in the order of the C call. No tuple: compilers take seconds to join sixty.
+template <class Numbers, class... Parms>
+struct PartsOf;
+template <std::size_t... Number, class... Parms>
+struct PartsOf<std::index_sequence<Number...>, Parms...> : Numbered<Number, Parms>... {
+    struct Place {
+        std::size_t parm;
+        std::size_t part;
+    };
+    static constexpr std::size_t kCount = (std::size_t(0) + ... + Parms::kParts);
+    static constexpr auto kPlaces = [] {
+        std::array<Place, kCount> places{};
+        std::size_t at = 0;
+        [[maybe_unused]] const auto add = [&](std::size_t parm, std::size_t parts) {
+            for (std::size_t part = 0; part < parts; ++part)
+                places[at++] = {parm, part};
+        };
+        (add(Number, Parms::kParts), ...);
+        return places;
+    }();
+};
+
+template <class Call, class Parts, std::size_t... At>
+void callWithParts(Call &call, [[maybe_unused]] const Parts &parts,
+                   std::index_sequence<At...>) noexcept
+{
+    call(parmOf<Parts::kPlaces[At].parm>(parts).template part<Parts::kPlaces[At].part>()...);
+}
+
+// Makes the call with the parts of all parameters as its arguments.
+template <class Call, class... Parms>
+void withParts(Call call, const Parms &...parms) noexcept
+{
+    using Parts = PartsOf<std::index_sequence_for<Parms...>, Parms...>;
+    callWithParts(call, Parts{{parms}...}, std::make_index_sequence<Parts::kCount>());
+}
 
 } // namespace detail
 } // namespace v0
