@@ -152,6 +152,7 @@ completes() {
     echo "ok: $* completes to $expected"
 }
 completes view vi
+completes --version --v
 completes compile catalog co
 completes --output catalog compile --
 completes xml view --format x

@@ -5,7 +5,7 @@
 _olvex_names() { sed -n '/^\(Verbs\|Subcommands\):/,/^$/s/^  \([a-z][a-z-]*\) .*/\1/p' <<<"$1"; }
 
 # The options in a help text.
-_olvex_options() { sed -n 's/^  \(-[^ ]*\).*/\1/p' <<<"$1" | tr ',' '\n'; }
+_olvex_options() { sed -n 's/^  \(olvex \)\?\(-[^ ]*\).*/\2/p' <<<"$1" | tr ',' '\n'; }
 
 # The values that a help text allows for an option.
 _olvex_values() { sed -n "s/^  \(.*,\)\?$2 [A-Z]*:{\([^}]*\)}.*/\2/p" <<<"$1" | tr ',' '\n'; }
