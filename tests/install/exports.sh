@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Checks the library as the linker sees it: it exports what the public headers declare, nothing less
-# and nothing more, under its versioned name, needs no C++ runtime and has no destructors of statics.
+# Checks the library as the linker sees it: it exports what the public headers declare and the Debian
+# package lists, nothing less and nothing more, under its versioned name, needs no C++ runtime and has no
+# destructors of statics.
 # Usage: exports.sh LIBRARY INCLUDE_DIR ABI_MAJOR CC
 set -euo pipefail
 library=$1 include=$2 major=$3 cc=$4
@@ -55,6 +56,12 @@ surplus=$(comm -13 "$work/declared" "$work/exported")
 [[ -z $missing ]] || fail "declared but not exported: $missing"
 [[ -z $surplus ]] || fail "exported but not declared: $surplus"
 echo "$(wc -l <"$work/exported") names are exported, $(wc -l <"$work/declared") declared"
+
+# The names of C++ are one line there.
+sed -nE 's/^ ([A-Za-z]\w*)@.*/\1/p' "$(dirname "$0")/../../debian/libolvex0.symbols" | grep -v '^OLVEX_' |
+    sort -u >"$work/listed"
+unlisted=$(grep -v '^_Z' "$work/all" | comm -3 - "$work/listed" | tr -d '\t')
+[[ -z $unlisted ]] || fail "only the library, or only debian/libolvex0.symbols, has: $unlisted"
 
 unversioned=$(nm -D --defined-only --with-symbol-versions "$library" |
     awk '$2 != "A" && $3 !~ /@@OLVEX_/ { print $3 }')

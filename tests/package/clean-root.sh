@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Tries the Debian packages as a new user would, in a root of its own that debootstrap makes with the base
-# system only: installs them, follows the five-minute start and the recipes, opens a manual page,
-# completes a command, removes them again. Needs root and the network. Usage: clean-root.sh DIST_DIR
+# system only: installs them, follows the five-minute start and the recipes, opens manual pages,
+# completes commands in bash and zsh, removes them again. Needs root and the network. Usage: clean-root.sh DIST_DIR
 set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 dist=$(realpath "$1")
@@ -9,7 +9,8 @@ root=$(mktemp -d)
 [[ $(id -u) -eq 0 ]] || { echo "clean-root.sh: only root can make a root of its own" >&2; exit 1; }
 
 clean_up() {
-    mountpoint -q "$root/proc" && umount "$root/proc"
+    local place
+    for place in dev/pts proc; do ! mountpoint -q "$root/$place" || umount "$root/$place"; done
     rm -rf --one-file-system "$root"
 }
 trap clean_up EXIT
@@ -26,6 +27,7 @@ rm -f "$root/etc/apt/sources.list"
 cp -r /etc/apt/sources.list* "$root/etc/apt/"
 [[ ! -e /etc/resolv.conf ]] || cp -L /etc/resolv.conf "$root/etc/"
 mount -t proc proc "$root/proc" || echo "(without /proc)"
+mount -t devpts devpts "$root/dev/pts" || echo "(without terminals)"
 
 step "Installing the packages"
 mkdir "$root/dist"
@@ -35,7 +37,7 @@ inside bash -c 'apt-get install -y -qq --no-install-recommends /dist/*.deb' >/de
 inside olvex --version
 
 step "The five-minute start, the recipes and the other pages with programs"
-inside apt-get install -y -qq --no-install-recommends gcc g++ libc6-dev pkg-config man-db bash-completion >/dev/null
+inside apt-get install -y -qq --no-install-recommends gcc g++ libc6-dev pkg-config man-db bash-completion zsh >/dev/null
 mkdir "$root/docs"
 cp "$top"/docs/*.md "$top/tests/install/start.sh" "$root/docs"
 for page in getting-started recipes extending; do
@@ -44,10 +46,16 @@ done
 
 step "Manual pages and completion"
 # shellcheck disable=SC2016
-inside bash -c 'for page in $(dpkg -L olvex | grep "/man[15]/"); do man --warnings "$page" >/dev/null; done; man -w olvex-view'
+inside bash -c 'for page in $(dpkg -L olvex | grep "/man[15]/"); do man "$page" >/dev/null 2>&1 || exit; done; man -w olvex-view'
 # shellcheck disable=SC2016
 inside bash -c '. /usr/share/bash-completion/completions/olvex
     COMP_WORDS=(olvex vi) COMP_CWORD=1; _olvex; [[ ${COMPREPLY[*]} == view ]] && echo "vi completes to view"'
+cp "$top/tests/package/completes.zsh" "$root/docs"
+completes() { inside timeout 60 zsh -f /docs/completes.zsh "$@" || { echo "FAILED: in zsh, $1 does not complete to $2" >&2; exit 1; }; }
+completes 'olvex vi' 'olvex view'
+completes 'olvex catalog co' 'olvex catalog compile'
+completes 'olvex --v' 'olvex --version'
+completes 'olvex view --format x' 'olvex view --format xml'
 
 step "The library needs nothing but the C library"
 inside dpkg-query -W -f "\${Depends}\n" libolvex0
