@@ -63,16 +63,55 @@ TEST_F(CodesetCommand, ExplainsMistakes)
     EXPECT_FALSE(blocked.err.empty());
 }
 
-// A program in another locale, as far as its text goes: the library finds the installed tables.
+// In a locale of another code set, and where a code set is asked for: the library finds the tables.
 TEST_F(CodesetCommand, DecidesWhatOtherVerbsWrite)
 {
-    setenv("UCV_CODESET", "KOI8-R", 1);
+    const std::string make =
+        "localedef -c -i ru_RU -f KOI8-R '" + at("ru_RU.KOI8-R") + "' >/dev/null 2>&1";
+    if (std::system(make.c_str()) != 0) GTEST_SKIP() << "no locale can be made here";
     setenv("UCVDIR", OLVEX_TABLES, 1);
-    const Outcome outcome = run({"log"}, "Журнал\n");
-    unsetenv("UCV_CODESET");
+    setenv("LOCPATH", directory_.path().c_str(), 1);
+    const char *const ways[][2] = {{"LC_ALL", "ru_RU.KOI8-R"}, {"UCV_CODESET", "KOI8-R"}};
+    for (const auto &[name, value] : ways) {
+        setenv(name, value, 1);
+        const Outcome outcome = run({"log"}, "Журнал\n");
+        unsetenv(name);
+        EXPECT_EQ(outcome.code, 0);
+        EXPECT_TRUE(outcome.out.ends_with(" \xF6\xD5\xD2\xCE\xC1\xCC\n")) << name << outcome.out;
+    }
+    unsetenv("LOCPATH");
     unsetenv("UCVDIR");
-    EXPECT_EQ(outcome.code, 0);
-    EXPECT_TRUE(outcome.out.ends_with(" \xF6\xD5\xD2\xCE\xC1\xCC\n")) << outcome.out;
+}
+
+// A program with the rights of another group takes tables neither from where the environment says
+// nor from where it was started. Here the table of KOI8-R has a name that no other place has.
+TEST_F(CodesetCommand, TablesAreNotReplacedInAProgramWithRaisedPrivileges)
+{
+    const std::string program = tools_test::privilegedCommand(directory_);
+    if (program.empty()) GTEST_SKIP() << "no program with raised privileges can be made here";
+    const std::string table = fs::path(OLVEX_TABLES) / "codeset" / "KOI8R", log = at("own.log");
+    directory_.put("own.properties",
+                   "own.className = ovx_basiclogger\nown.listenerNames = ownFile\n"
+                   "ownFile.className = ovx_filehandler\nownFile.fileName = " +
+                       log + "\nownFile.fileEncoding = OWNSET\n");
+    const auto written = [&](const std::string &command) {
+        fs::remove(log);
+        run({"log", "--config", at("own.properties"), "--logger", "own"}, "Журнал\n", command);
+        const std::string text = directory_.read("own.log");
+        return text.substr(std::min(text.size(), text.rfind(' ')));
+    };
+    const std::string converted = " \xF6\xD5\xD2\xCE\xC1\xCC\n", asItStands = " Журнал\n";
+    fs::create_directory(at("codeset"));
+    fs::copy_file(table, at("codeset/OWNSET"));
+    setenv("UCVDIR", directory_.path().c_str(), 1);
+    EXPECT_EQ(written(OLVEX_COMMAND), converted);
+    EXPECT_EQ(written(program), asItStands);
+    unsetenv("UCVDIR");
+    const fs::path before = fs::current_path();
+    fs::current_path(at("codeset"));
+    EXPECT_EQ(written(OLVEX_COMMAND), converted);
+    EXPECT_EQ(written(program), asItStands);
+    fs::current_path(before);
 }
 
 } // namespace

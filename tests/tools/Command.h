@@ -14,6 +14,8 @@
 #include <spawn.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -39,8 +41,9 @@ inline std::string readAll(int file)
     return contents;
 }
 
-// Starts the command on three descriptors.
-inline pid_t start(std::vector<std::string> arguments, int in, int out, int err)
+// Starts the command, or a copy of it, on three descriptors.
+inline pid_t start(std::vector<std::string> arguments, int in, int out, int err,
+                   const std::string &command = OLVEX_COMMAND)
 {
     arguments.insert(arguments.begin(), "olvex");
     std::vector<char *> argv;
@@ -53,7 +56,7 @@ inline pid_t start(std::vector<std::string> arguments, int in, int out, int err)
     posix_spawn_file_actions_adddup2(&actions, out, 1);
     posix_spawn_file_actions_adddup2(&actions, err, 2);
     pid_t child = -1;
-    EXPECT_EQ(posix_spawn(&child, OLVEX_COMMAND, &actions, nullptr, argv.data(), environ), 0);
+    EXPECT_EQ(posix_spawn(&child, command.c_str(), &actions, nullptr, argv.data(), environ), 0);
     posix_spawn_file_actions_destroy(&actions);
     return child;
 }
@@ -77,10 +80,11 @@ inline Outcome finish(pid_t child)
 }
 
 // Runs the command to its end with `input` as its standard input.
-inline Outcome run(const std::vector<std::string> &arguments, const std::string &input = {})
+inline Outcome run(const std::vector<std::string> &arguments, const std::string &input = {},
+                   const std::string &command = OLVEX_COMMAND)
 {
     const int in = makeFile(input), out = makeFile({}), err = makeFile({});
-    Outcome outcome = finish(start(arguments, in, out, err));
+    Outcome outcome = finish(start(arguments, in, out, err, command));
     outcome.out = readAll(out);
     outcome.err = readAll(err);
     for (const int file : {in, out, err})
@@ -89,5 +93,17 @@ inline Outcome run(const std::vector<std::string> &arguments, const std::string 
 }
 
 using Folder = olvex::test::LogDirectory; // of its own for each test, gone with it
+
+// A copy of the command that runs with the rights of another group; empty where none can be made.
+inline std::string privilegedCommand(const Folder &folder)
+{
+    const std::string program = folder / "olvex";
+    struct statvfs mount = {};
+    statvfs(folder.path().c_str(), &mount);
+    std::filesystem::copy_file(OLVEX_COMMAND, program);
+    const bool isMade = geteuid() == 0 && !(mount.f_flag & ST_NOSUID) &&
+                        chown(program.c_str(), 0, 1) == 0 && chmod(program.c_str(), 02755) == 0;
+    return isMade ? program : "";
+}
 
 } // namespace tools_test
