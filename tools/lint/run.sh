@@ -36,6 +36,7 @@ cmake --preset debug -B "$build" >/dev/null
 check "Format, by clang-format" check_format
 check "Layers of includes" tools/lint/layers.sh
 check "Public headers: alone as C11 and C++17, documented" tools/lint/headers.sh
+check "Pages: the links, files and tests that they name" tools/lint/docs.sh
 check "Scripts, by shellcheck" check_scripts
 check "Sources, by cppcheck" check_cppcheck
 check "Sources, by clang-tidy with the profile of .clang-tidy" check_tidy

@@ -16,7 +16,7 @@
  *     from inside a class function, the call reports that and returns the neutral value.
  *  5. Threads. Every function may be called from any thread, except where a comment restricts it;
  *     none but OvxEmergencyWrite() may be called from a signal handler. A thread that holds the
- * lock is not cancelled.
+ *     lock is not cancelled.
  *  6. Numbers. Levels, sets and keys are signed 32-bit integers; times are milliseconds since
  *     1970-01-01 00:00 UTC; sizes are bytes.
  *  7. Errors. The toolkit reports its own problems to the logger "olvex.errorLogger" and goes on.
