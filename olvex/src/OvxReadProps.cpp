@@ -10,6 +10,7 @@
 
 #include "OvxLogManager.h"
 #include "messages/Messages.h"
+#include "util/CxPropList.h"
 #include "util/CxResult.h"
 #include "util/CxStringBuff.h"
 #include "util/Locked.h"
@@ -232,7 +233,7 @@ bool reportBadEscape(const char *key)
 // Takes the bytes of a file one after the other.
 class PropertiesParser {
   public:
-    explicit PropertiesParser(CxPropList *list) : list_(list) {}
+    explicit PropertiesParser(CxPropList *list) : list_(list), filler_(list) {}
 
     // False once the read has failed.
     bool take(unsigned char byte)
@@ -286,10 +287,7 @@ class PropertiesParser {
         return stored;
     }
 
-    bool store()
-    {
-        return list_ ? CxPropListPutStr(list_, key_.text(), value_.text()) : storeInLogManager();
-    }
+    bool store() { return list_ ? filler_.put(key_.text(), value_.text()) : storeInLogManager(); }
 
     // The configuration's name stands before the last dot, the property's behind it.
     bool storeInLogManager()
@@ -300,7 +298,8 @@ class PropertiesParser {
         return ovxLogMgrAddCfgFromFile(key_.text(), dot + 1, value_.text());
     }
 
-    CxPropList *list_;
+    CxPropList *list_; // null for the log manager's configurations
+    PropListFiller filler_;
     State state_ = State::LineStart;
     Input previous_ = Input::Other;
     std::uint32_t code_ = 0;

@@ -127,6 +127,18 @@ TEST(PropertiesFiles, MayBeLongerThanTheReadersBlock)
     }
 }
 
+// Keys are found in another way when there are many.
+TEST(PropertiesFiles, MaySetManyKeysAgain)
+{
+    std::string content, result;
+    for (int round = 0; round < 2; ++round)
+        for (int i = 0; i < 200; ++i)
+            content += "key" + std::to_string(i) + "=" + std::to_string(i * round) + "\n";
+    for (int i = 0; i < 200; ++i)
+        result += "key" + std::to_string(i) + "=" + std::to_string(i) + ";";
+    EXPECT_EQ(readIntoList(content), result);
+}
+
 class Properties : public OpenToolkit {
   protected:
     // The value of a property of a configuration that exists; nothing is made by asking.

@@ -36,11 +36,15 @@ void expectLinear(int few, Work work)
     ADD_FAILURE() << small << " s for " << few << ", " << large << " s for " << few * kMore;
 }
 
+// As configurations and as a list.
 void load(const std::string &content)
 {
     const TemporaryFile file(content);
     ASSERT_TRUE(OvxOpenToolkit(file.path()));
     OvxCloseToolkit();
+    CxPropList list = {};
+    ASSERT_TRUE(CxPropListRead(file.path(), &list));
+    CxPropListDiscard(&list);
 }
 
 // "a.a.a" with so many dots.

@@ -1,12 +1,15 @@
 // The flat table of keys and values. Reading one from a file is with the properties reader.
-#include <olvex/PropList.h>
+#include "CxPropList.h"
 
 #include <olvex/Memory.h>
 
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
-#include <cstddef>
-#include <cstdint>
+#include "util/shapes/NameIndex.h"
+
+using namespace olvex;
 
 namespace {
 
@@ -61,6 +64,20 @@ bool append(CxPropList *list, const char *key, char *value)
     return true;
 }
 
+// Replaces the value at `index`, or appends the pair when that is none.
+bool putAt(CxPropList *list, std::int32_t index, const char *key, const char *value)
+{
+    char *copy = BaxStringDup(value);
+    if (!copy) return false;
+    if (index != kNotFound) {
+        BaxMemoryFree(std::exchange(list->entries[index].value, copy));
+        return true;
+    }
+    if (append(list, key, copy)) return true;
+    BaxMemoryFree(copy);
+    return false;
+}
+
 void freeEntry(CxPropEntry &entry)
 {
     BaxMemoryFree(std::exchange(entry.key, nullptr));
@@ -80,18 +97,50 @@ const CxPropEntry *current(const CxPropListIter *iterator)
 
 } // namespace
 
+PropListFiller::~PropListFiller()
+{
+    BaxMemoryFree(slots_);
+}
+
+bool PropListFiller::put(const char *key, const char *value)
+{
+    makeRoom();
+    if (!slots_ || !key) return CxPropListPutStr(list_, key, value);
+    std::int32_t *slot = slotOf(key);
+    if (!putAt(list_, *slot - 1, key, value)) return false;
+    if (*slot == 0) *slot = list_->count;
+    return true;
+}
+
+// A few keys are looked through as quickly; without memory for an index all are. An index that is
+// half full is made anew.
+void PropListFiller::makeRoom()
+{
+    constexpr std::int32_t kLookedThrough = 16;
+    const auto count = static_cast<std::size_t>(list_->count);
+    if (list_->count < kLookedThrough || (slots_ && count * 2 <= mask_)) return;
+    std::size_t size = 64;
+    while (size < count * 4)
+        size *= 2;
+    BaxMemoryFree(slots_);
+    slots_ = static_cast<std::int32_t *>(BaxMemoryCalloc(size, sizeof *slots_));
+    mask_ = size - 1;
+    for (std::int32_t i = 0; slots_ && i < list_->count; ++i)
+        if (std::int32_t *slot = slotOf(list_->entries[i].key); *slot == 0) *slot = i + 1;
+}
+
+// The slot of the key, or the free one for it.
+std::int32_t *PropListFiller::slotOf(const char *key) const
+{
+    std::size_t place = hashName(key) & mask_;
+    while (slots_[place] != 0 && std::strcmp(list_->entries[slots_[place] - 1].key, key) != 0)
+        place = (place + 1) & mask_;
+    return &slots_[place];
+}
+
 bool CxPropListPutStr(CxPropList *list, const char *key, const char *value)
 {
-    char *copy = list && key ? BaxStringDup(value) : nullptr;
-    if (!copy) return false;
-    const std::int32_t index = findKey(list, key);
-    if (index != kNotFound) {
-        BaxMemoryFree(std::exchange(list->entries[index].value, copy));
-        return true;
-    }
-    if (append(list, key, copy)) return true;
-    BaxMemoryFree(copy);
-    return false;
+    return list && key && putAt(list, findKey(list, key), key, value);
 }
 
 const char *CxPropListPeekStr(const CxPropList *list, const char *key, bool *found)
