@@ -25,52 +25,38 @@ inline namespace v0 {
 
 namespace detail {
 
-struct EventGetters {
-    decltype(&OvxGetEventPropBool) boolean = OvxGetEventPropBool;
-    decltype(&OvxGetEventPropInt) integer = OvxGetEventPropInt;
-    decltype(&OvxGetEventPropLong) longInteger = OvxGetEventPropLong;
-    decltype(&OvxGetEventPropFloat) floating = OvxGetEventPropFloat;
-    decltype(&OvxGetEventPropDouble) doubleFloating = OvxGetEventPropDouble;
-};
-
-struct OwnGetters {
-    decltype(&ovxIntlGetObjPropBool) boolean = ovxIntlGetObjPropBool;
-    decltype(&ovxIntlGetObjPropInt) integer = ovxIntlGetObjPropInt;
-    decltype(&ovxIntlGetObjPropLong) longInteger = ovxIntlGetObjPropLong;
-    decltype(&ovxIntlGetObjPropFloat) floating = ovxIntlGetObjPropFloat;
-    decltype(&ovxIntlGetObjPropDouble) doubleFloating = ovxIntlGetObjPropDouble;
-};
+using EventGetters = Getters<OvxGetEventProp, OvxGetEventPropBool, OvxGetEventPropInt,
+                             OvxGetEventPropLong, OvxGetEventPropFloat, OvxGetEventPropDouble>;
+using OwnGetters = Getters<ovxIntlGetObjProp, ovxIntlGetObjPropBool, ovxIntlGetObjPropInt,
+                           ovxIntlGetObjPropLong, ovxIntlGetObjPropFloat, ovxIntlGetObjPropDouble>;
 
 } // namespace detail
 
 /** An event, borrowed for the call that it was given to. */
-class EventView {
+class EventView : public WithProperties<EventView, detail::EventGetters> {
   public:
+    /** Borrows the event. */
     explicit EventView(OvxEvent *event) noexcept : event_(event) {}
 
+    /** The event, borrowed. */
     OvxEvent *get() const noexcept { return event_; }
+    /** The level, a number. */
     int level() const noexcept { return OvxGetEventLevel(event_); }
     /** Milliseconds since 1970-01-01 00:00 UTC. */
     int64_t time() const noexcept { return OvxGetEventTime(event_); }
+    /** Says whether it is a message rather than debugging text. */
     bool isMessage() const noexcept { return OvxGetEventIsMessage(event_); }
     /** The message, translated and with its parameters; empty when it cannot be printed. */
     std::string text() const
     {
         return detail::taken(OvxBindEventMsg(event_, ovxIntlBindI18Msg)).value_or("");
     }
+    /** The identifier of the message, none when it has none or nothing has looked for it. */
     std::optional<std::string> messageId() const
     {
         return detail::taken(OvxGetEventMessageId(event_));
     }
-    std::optional<std::string> property(const char *name) const
-    {
-        return detail::taken(OvxGetEventProp(event_, name, nullptr));
-    }
-    template <class Value>
-    std::optional<Value> property(const char *name) const
-    {
-        return detail::found<Value>(detail::getterOf<Value>(detail::EventGetters()), event_, name);
-    }
+    /** Sets a property, copied, which what follows in the event's way sees as well. */
     void setProperty(const char *name, const std::string &value)
     {
         OvxSetEventProp(event_, name, value.c_str());
@@ -81,34 +67,30 @@ class EventView {
 };
 
 /** The object whose function runs, borrowed for that call. */
-class Self {
+class Self : public WithProperties<Self, detail::OwnGetters> {
   public:
+    /** Borrows the object. */
     explicit Self(OvxObject *object) noexcept : object_(object) {}
 
+    /** The object, borrowed. */
     OvxObject *get() const noexcept { return object_; }
+    /** The object's name; empty for none. */
     std::string name() const
     {
         const char *name = ovxIntlGetObjectName(object_);
         return name ? name : "";
-    }
-    std::optional<std::string> property(const char *name) const
-    {
-        return detail::taken(ovxIntlGetObjProp(object_, name, nullptr));
-    }
-    template <class Value>
-    std::optional<Value> property(const char *name) const
-    {
-        return detail::found<Value>(detail::getterOf<Value>(detail::OwnGetters()), object_, name);
     }
     /** Of a handler: the event as its formatter writes it, and what stands around all records. */
     std::string format(EventView event) const
     {
         return detail::taken(ovxIntlHandlerDoFmt(object_, event.get())).value_or("");
     }
+    /** See format(). */
     std::string header() const
     {
         return detail::taken(ovxIntlHandlerGetFmtHeader(object_)).value_or("");
     }
+    /** See format(). */
     std::string trailer() const
     {
         return detail::taken(ovxIntlHandlerGetFmtTrailer(object_)).value_or("");
@@ -134,6 +116,7 @@ class ObjectClass {
 /** A class of handlers. An event goes to process(), then to the handler's listeners. */
 class HandlerClass : public ObjectClass {
   public:
+    /** Does with the event what the handler is for. */
     virtual void process(Self self, EventView event) = 0;
     /** Before the first event, and before the first after close(). */
     virtual void open(Self) {}
@@ -144,14 +127,18 @@ class HandlerClass : public ObjectClass {
 /** A class of filters: what passes goes to the filter's listeners. */
 class FilterClass : public ObjectClass {
   public:
+    /** Whether the event passes. OvxIsLoggableByFilter() asks without the lock. */
     virtual bool passes(Self self, EventView event) = 0;
 };
 
 /** A class of formatters. Its header and trailer stand around all records; empty ones do not. */
 class FormatterClass : public ObjectClass {
   public:
+    /** The event as text, in UTF-8, with the end of its line. */
     virtual std::string format(Self self, EventView event) = 0;
+    /** What stands before all records. */
     virtual std::string header(Self) { return {}; }
+    /** What stands behind all records. */
     virtual std::string trailer(Self) { return {}; }
 };
 

@@ -15,9 +15,9 @@ inline namespace v0 {
 
 /** Where a call stands in the source; without a file it is not recorded. */
 struct Location {
-    const char *file = nullptr;
-    int line = 0;
-    const char *function = nullptr;
+    const char *file = nullptr;     /**< borrowed */
+    int line = 0;                   /**< from 1 on */
+    const char *function = nullptr; /**< borrowed; may be none */
 };
 
 namespace detail {
@@ -228,8 +228,8 @@ constexpr void requireNone() noexcept
 
 /** A text that is not checked, for texts that are known only when the program runs. */
 struct Unchecked {
-    const char *text;
-    Location location;
+    const char *text;  /**< borrowed */
+    Location location; /**< of the call of unchecked() */
 };
 
 /** Marks a text (borrowed for the call) as not to be checked: log.info(unchecked(text), ...). */
@@ -247,6 +247,7 @@ inline Unchecked unchecked(const char *text, const char *file = __builtin_FILE()
 template <class... Args>
 class Format {
   public:
+    /** Of a literal. */
     template <std::size_t Size>
     OVX_CONSTEVAL Format(const char (&text)[Size], const char *file = __builtin_FILE(),
                          int line = __builtin_LINE(), const char *function = __builtin_FUNCTION())
@@ -256,12 +257,15 @@ class Format {
         detail::require(detail::checkText<Args...>(text));
 #endif
     }
+    /** Of a text that is not checked. */
     Format(const Unchecked &text) noexcept : text_(text.text), location_(text.location) {}
 
+    /** The text, borrowed. */
     constexpr const char *text() const noexcept
     {
         return text_;
     }
+    /** Where the call stands. */
     constexpr const Location &location() const noexcept
     {
         return location_;

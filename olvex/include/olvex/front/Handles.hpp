@@ -43,43 +43,55 @@ std::optional<Value> found(Getter getter, Holder *holder, const char *name)
     return static_cast<Value>(value);
 }
 
-template <class Value>
-constexpr bool isLongValue = std::is_integral_v<Value> && sizeof(Value) > sizeof(int32_t);
+// The getters of objects, configurations or events.
+template <auto Text, auto Boolean, auto Integer, auto Long, auto Float, auto Double>
+struct Getters {
+    static constexpr auto text = Text;
 
-// The getter of a type among those of objects, configurations or events.
-template <class Value, class Getters>
-constexpr auto getterOf(const Getters &getters) noexcept
-{
-    static_assert(std::is_arithmetic_v<Value>, "olvex: properties are numbers, booleans and text");
-    if constexpr (std::is_same_v<Value, bool>)
-        return getters.boolean;
-    else if constexpr (std::is_same_v<Value, float>)
-        return getters.floating;
-    else if constexpr (std::is_floating_point_v<Value>)
-        return getters.doubleFloating;
-    else if constexpr (isLongValue<Value>)
-        return getters.longInteger;
-    else
-        return getters.integer;
-}
-
-struct ObjectGetters {
-    decltype(&OvxGetObjPropBool) boolean = OvxGetObjPropBool;
-    decltype(&OvxGetObjPropInt) integer = OvxGetObjPropInt;
-    decltype(&OvxGetObjPropLong) longInteger = OvxGetObjPropLong;
-    decltype(&OvxGetObjPropFloat) floating = OvxGetObjPropFloat;
-    decltype(&OvxGetObjPropDouble) doubleFloating = OvxGetObjPropDouble;
+    template <class Value>
+    static constexpr auto of() noexcept
+    {
+        static_assert(std::is_arithmetic_v<Value>,
+                      "olvex: properties are numbers, booleans and text");
+        if constexpr (std::is_same_v<Value, bool>)
+            return Boolean;
+        else if constexpr (std::is_same_v<Value, float>)
+            return Float;
+        else if constexpr (std::is_floating_point_v<Value>)
+            return Double;
+        else if constexpr (sizeof(Value) > sizeof(int32_t))
+            return Long;
+        else
+            return Integer;
+    }
 };
 
-struct CfgGetters {
-    decltype(&OvxGetObjCfgPropBool) boolean = OvxGetObjCfgPropBool;
-    decltype(&OvxGetObjCfgPropInt) integer = OvxGetObjCfgPropInt;
-    decltype(&OvxGetObjCfgPropLong) longInteger = OvxGetObjCfgPropLong;
-    decltype(&OvxGetObjCfgPropFloat) floating = OvxGetObjCfgPropFloat;
-    decltype(&OvxGetObjCfgPropDouble) doubleFloating = OvxGetObjCfgPropDouble;
-};
+using ObjectGetters = Getters<OvxGetObjProp, OvxGetObjPropBool, OvxGetObjPropInt, OvxGetObjPropLong,
+                              OvxGetObjPropFloat, OvxGetObjPropDouble>;
+using CfgGetters = Getters<OvxGetObjCfgProp, OvxGetObjCfgPropBool, OvxGetObjCfgPropInt,
+                           OvxGetObjCfgPropLong, OvxGetObjCfgPropFloat, OvxGetObjCfgPropDouble>;
 
 } // namespace detail
+
+/** The properties of what `Holder` refers to: an object, a configuration or an event. */
+template <class Holder, class Getters>
+class WithProperties {
+  public:
+    /** A property as text; none when it is not set. */
+    std::optional<std::string> property(const char *name) const
+    {
+        return detail::taken(Getters::text(held(), name, nullptr));
+    }
+    /** A property as a number or bool; none when it is not set or does not convert. */
+    template <class Value>
+    std::optional<Value> property(const char *name) const
+    {
+        return detail::found<Value>(Getters::template of<Value>(), held(), name);
+    }
+
+  private:
+    auto *held() const noexcept { return static_cast<const Holder *>(this)->get(); }
+};
 
 /** Opens the toolkit, and closes it at the end of its scope when it was this that opened it. */
 class Toolkit {
@@ -106,15 +118,18 @@ class Toolkit {
 };
 
 /** A counted reference to a logger, filter, handler or formatter; or to none. */
-class Object {
+class Object : public WithProperties<Object, detail::ObjectGetters> {
   public:
     Object() = default;
     /** The object called `name`, made when there is none; its class from its configuration. */
     explicit Object(const char *name, const char *className = nullptr)
         : object_(OvxGetObject(name, className))
     {}
+    /** Adds a reference. */
     Object(const Object &other) noexcept : object_(OvxAcquireObject(other.object_)) {}
+    /** Takes the reference over. */
     Object(Object &&other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+    /** Gives the reference up and takes that of `other`. */
     Object &operator=(Object other) noexcept
     {
         std::swap(object_, other.object_);
@@ -132,35 +147,31 @@ class Object {
 
     /** The object, borrowed; NULL for none. */
     OvxObject *get() const noexcept { return object_; }
+    /** Says whether there is an object. */
     explicit operator bool() const noexcept { return object_ != nullptr; }
+    /** Says whether both are the same object. */
     friend bool operator==(const Object &a, const Object &b) noexcept
     {
         return a.object_ == b.object_;
     }
+    /** Says whether they are two objects. */
     friend bool operator!=(const Object &a, const Object &b) noexcept { return !(a == b); }
 
+    /** The object's name; empty for none. */
     std::string name() const { return detail::taken(OvxGetObjectName(object_)).value_or(""); }
+    /** The description of the object's class; empty for none. */
     std::string description() const
     {
         return detail::taken(OvxGetObjectDesc(object_)).value_or("");
     }
+    /** Says whether the object is at work; a disabled one passes nothing on. */
     bool isEnabled() const noexcept { return OvxIsObjectEnabled(object_); }
+    /** Puts the object to work, or to rest. */
     void setEnabled(bool enabled) noexcept { OvxSetObjectEnabled(object_, enabled); }
 
-    /** A property as text; none when it is not set. */
-    std::optional<std::string> property(const char *name) const
-    {
-        return detail::taken(OvxGetObjProp(object_, name, nullptr));
-    }
-    /** A property as a number or bool; none when it is not set or does not convert. */
-    template <class Value>
-    std::optional<Value> property(const char *name) const
-    {
-        return detail::found<Value>(detail::getterOf<Value>(detail::ObjectGetters()), object_,
-                                    name);
-    }
-
+    /** Sets a property to a text, which is copied. */
     void setProperty(const char *name, const char *value) { OvxSetObjProp(object_, name, value); }
+    /** Sets a property to a text, which is copied. */
     void setProperty(const char *name, const std::string &value)
     {
         OvxSetObjProp(object_, name, value.c_str());
@@ -177,8 +188,11 @@ class Object {
             OvxSetObjPropLong(object_, name, static_cast<int64_t>(value));
     }
 
+    /** Lets a filter or handler have this object's events, after those that have them already. */
     void addListener(const Object &listener) { OvxAddListener(object_, listener.get()); }
+    /** Takes a listener away. */
     void removeListener(const Object &listener) { OvxRemListener(object_, listener.get()); }
+    /** The listeners, in their order. */
     std::vector<Object> listeners() const
     {
         std::vector<Object> all;
@@ -195,22 +209,29 @@ class Object {
 /** A handler. */
 class Handler : public Object {
   public:
+    /** Those of an object. */
     using Object::Object;
     Handler() = default;
+    /** An object that is known to be a handler. */
     explicit Handler(const Object &object) : Object(object) {}
 
+    /** The formatter; or none. */
     Object formatter() const noexcept { return adopt(OvxHandlerGetFormatter(get())); }
+    /** Has the handler's records made by another formatter. */
     void setFormatter(const Object &formatter) { OvxHandlerSetFormatter(get(), formatter.get()); }
 };
 
-/** A counted reference to a configuration; or to none. */
-class Configuration {
+/** A counted reference to a configuration; or to none. Properties are its own or inherited. */
+class Configuration : public WithProperties<Configuration, detail::CfgGetters> {
   public:
     Configuration() = default;
     /** The configuration of that name; an empty one is made when there is none. */
     explicit Configuration(const char *name) : cfg_(OvxLogMgrGetCfg(name)) {}
+    /** Adds a reference. */
     Configuration(const Configuration &other) noexcept : cfg_(OvxAcquireObjCfg(other.cfg_)) {}
+    /** Takes the reference over. */
     Configuration(Configuration &&other) noexcept : cfg_(std::exchange(other.cfg_, nullptr)) {}
+    /** Gives the reference up and takes that of `other`. */
     Configuration &operator=(Configuration other) noexcept
     {
         std::swap(cfg_, other.cfg_);
@@ -223,22 +244,14 @@ class Configuration {
 
     /** The configuration, borrowed; NULL for none. */
     OvxObjCfg *get() const noexcept { return cfg_; }
+    /** Says whether there is a configuration. */
     explicit operator bool() const noexcept { return cfg_ != nullptr; }
+    /** The configuration's name; empty for none. */
     std::string name() const { return detail::taken(OvxObjCfgGetName(cfg_)).value_or(""); }
 
-    /** A property, its own or inherited, as text; none when it is not set. */
-    std::optional<std::string> property(const char *name) const
-    {
-        return detail::taken(OvxGetObjCfgProp(cfg_, name, nullptr));
-    }
-    /** A property as a number or bool; none when it is not set or does not convert. */
-    template <class Value>
-    std::optional<Value> property(const char *name) const
-    {
-        return detail::found<Value>(detail::getterOf<Value>(detail::CfgGetters()), cfg_, name);
-    }
     /** Sets a property here; objects that exist take it over by applyTo(). */
     void setProperty(const char *name, const char *value) { OvxSetObjCfgProp(cfg_, name, value); }
+    /** The same. */
     void setProperty(const char *name, const std::string &value)
     {
         OvxSetObjCfgProp(cfg_, name, value.c_str());

@@ -20,9 +20,9 @@ enum class Level : int {
 
 /** Where a message's translations are: message `key` of set `set` of a catalog (borrowed). */
 struct MessageId {
-    const char *catalog = nullptr;
-    int set = 0;
-    int key = 0;
+    const char *catalog = nullptr; /**< its name, borrowed; none for no translation */
+    int set = 0;                   /**< number of the set */
+    int key = 0;                   /**< number of the message in the set */
 };
 
 namespace detail {
@@ -139,6 +139,7 @@ class Logger : public Object {
     Logger() = default;
     /** The logger called `name`; its class is "ovx_basiclogger", or what its configuration says. */
     explicit Logger(const char *name, const char *className = nullptr) : Object(name, className) {}
+    /** An object that is known to be a logger. */
     explicit Logger(const Object &object) : Object(object) {}
 
     /** Says whether the logger would take an event of the level. Takes no lock. */
@@ -158,21 +159,25 @@ class Logger : public Object {
             debug(level, format, args...);
     }
 
+    /** Logs a message of level INFO. */
     template <class... Args>
     void info(detail::FormatFor<Args...> format, const Args &...args) const noexcept
     {
         message(Level::info, {}, format, args...);
     }
+    /** Logs a message of level WARN. */
     template <class... Args>
     void warn(detail::FormatFor<Args...> format, const Args &...args) const noexcept
     {
         message(Level::warn, {}, format, args...);
     }
+    /** Logs a message of level ERROR. */
     template <class... Args>
     void error(detail::FormatFor<Args...> format, const Args &...args) const noexcept
     {
         message(Level::error, {}, format, args...);
     }
+    /** Logs a message of level FATAL. */
     template <class... Args>
     void fatal(detail::FormatFor<Args...> format, const Args &...args) const noexcept
     {
@@ -190,16 +195,19 @@ class Logger : public Object {
                             detail::ParmOf<Args>(args)...);
     }
 
+    /** Logs debugging text of level DEBUG_MIN. */
     template <class... Args>
     void debugMin(detail::FormatFor<Args...> format, const Args &...args) const noexcept
     {
         debug(Level::debugMin, format, args...);
     }
+    /** Logs debugging text of level DEBUG_MID. */
     template <class... Args>
     void debugMid(detail::FormatFor<Args...> format, const Args &...args) const noexcept
     {
         debug(Level::debugMid, format, args...);
     }
+    /** Logs debugging text of level DEBUG_MAX. */
     template <class... Args>
     void debugMax(detail::FormatFor<Args...> format, const Args &...args) const noexcept
     {

@@ -24,8 +24,8 @@ constexpr std::size_t kPlaceEntries = 3;
 /** A named property of an event, in the place of a parameter: log.warn("text", prop("a", 1)). */
 template <class Value>
 struct Prop {
-    const char *name;
-    const Value &value;
+    const char *name;   /**< borrowed */
+    const Value &value; /**< borrowed */
 };
 
 /** A property for one logging call. Name and value are borrowed for that call. */
