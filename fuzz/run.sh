@@ -11,7 +11,7 @@ run_target() {
     local target=$1 work=$build/$1 code=0
     mkdir -p "$work/corpus" "$work/findings"
     env -u NLSPATH -u UCVDIR LANG=C "$build/fuzz/$target" -max_total_time="$seconds" -max_len=4096 \
-        -timeout=10 -rss_limit_mb=1024 -print_final_stats=1 -close_fd_mask=1 \
+        -timeout=10 -rss_limit_mb=1024 -print_final_stats=1 -close_fd_mask=3 \
         -artifact_prefix="$work/findings/" "$work/corpus" "$here/corpus/$target" \
         >"$work/log" 2>&1 || code=$?
     printf '%-16s %12s executions in %s s: ' "$target" \

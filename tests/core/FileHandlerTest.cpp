@@ -82,6 +82,8 @@ TEST_F(FileHandler, FramesEachFileAndReopensWithItsSettings)
     set("maxFileBytes", "1000");
     log("five");
     EXPECT_EQ(directory_.read("app.log"), "<\nfour\n>\n<\nfive\n");
+    set("filePermission", "0600");
+    EXPECT_EQ(directory_.read("app.log"), "<\nfour\n>\n<\nfive\n>\n");
     set("appending", "false");
     log("six");
     EXPECT_EQ(directory_.read("app.log"), "<\nsix\n");

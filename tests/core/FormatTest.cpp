@@ -87,6 +87,21 @@ TEST_F(Format, ALineShowsWhatTheEventCarriesInOrder)
     EXPECT_EQ(OvxBasicFormatterFFormat(get("olvex.errorLogger"), event.get()), nullptr);
 }
 
+char *bindOwn(OvxI18Msg *)
+{
+    return BaxStringDup("own");
+}
+
+TEST_F(Format, AClassMayBindMessagesItself)
+{
+    OvxAddFormatterClass("test_binds", nullptr, nullptr, nullptr, OvxBasicFormatterFCfgChange,
+                         OvxBasicFormatterFFormat, nullptr, nullptr, bindOwn);
+    OvxObject *formatter = get("own", "test_binds");
+    OvxSetObjProp(formatter, "dateTimeFormat", "T");
+    const MadeEvent event = eventAt(0, 4000, nullptr, 0, "text", 0);
+    EXPECT_EQ(take(OvxBasicFormatterFFormat(formatter, event.get())), "T own\n");
+}
+
 TEST_F(Format, TheFormattersLocaleStaysOnTheEvent)
 {
     OvxObject *formatter = get("own", "ovx_basicformatter");

@@ -44,7 +44,7 @@ struct ParmListOwner {
 TEST_F(Messages, PrintPositionally)
 {
     const ParmListOwner two{intParm(5), stringParm("x")};
-    const ParmListOwner none{};
+    const ParmListOwner other{{600, {.integer = 1}}, doubleParm(2)}, none{};
     const struct {
         const char *format;
         const ParmListOwner &parms;
@@ -59,6 +59,8 @@ TEST_F(Messages, PrintPositionally)
         {"plain text", none, "plain text"},
         {"%2$s", two, "x"}, // slots are filled by position: a gap in the format is none here
         {"100%", none, "(none)"},
+        {"%1$d", other, "(none)"}, // of no type that is known
+        {"%2$d", other, "(none)"},
         {"", two, "(none)"},
     };
     for (const auto &entry : cases)
@@ -118,6 +120,9 @@ TEST_F(Messages, ParametersCompareByTypeAndValue)
         {stringParm("a"), stringParm("A"), false},
         {doubleParm(2.5), doubleParm(2.5), true},
         {doubleParm(nan), doubleParm(nan), false},
+        {{OVX_PARM_BOOL, {.boolean = 1}}, {OVX_PARM_BOOL, {.boolean = 0}}, false},
+        {{OVX_PARM_CHAR, {.character = 'a'}}, {OVX_PARM_CHAR, {.character = 'a'}}, true},
+        {{OVX_PARM_FLOAT, {.floating = 1}}, {OVX_PARM_FLOAT, {.floating = 2}}, false},
         {{600, {.integer = 1}}, {600, {.integer = 1}}, false},
     };
     for (const auto &entry : cases)
@@ -141,6 +146,7 @@ TEST_F(Messages, OneParameterPrintsByItsType)
         {{600, {.integer = 1}}, nullptr, "(none)"},
         {{OVX_PARM_BOOL, {.boolean = true}}, nullptr, "\1"},
         {{OVX_PARM_FLOAT, {.floating = 0.5f}}, nullptr, "0.500000"},
+        {{OVX_PARM_CHAR, {.character = 'c'}}, nullptr, "c"},
     };
     for (const auto &entry : cases)
         EXPECT_EQ(take(ovxParmToUTF8Str(entry.format, &entry.parm)), entry.text);

@@ -237,6 +237,17 @@ TEST_F(Emergency, ASignalHandlerMayWrite)
     OvxCloseToolkit();
 }
 
+// A host may have closed its standard descriptors; what it opens next takes their place.
+TEST_F(Emergency, TheFileIsNoStandardDescriptor)
+{
+    EXPECT_EQ(inChild([&] {
+                  closefrom(0);
+                  OvxSetEmergencyFile(file_.c_str());
+                  exit(open("/dev/null", O_RDONLY));
+              }),
+              0);
+}
+
 // A program that goes into the background closes all descriptors, and puts others in their place.
 TEST_F(Emergency, AHostsOwnFileIsNeverWritten)
 {

@@ -55,6 +55,10 @@ TEST(TraceConfig, TheEnvironmentComesBeforeTheProductFile)
     EXPECT_EQ(configDirectory(), std::string(1023, 'z'));
     EXPECT_EQ(initializeWrapper(nullptr), std::string(1023, 'z'));
     EXPECT_EQ(get_config_directory_path(nullptr), nullptr);
+    unsetenv("ZET_TEST");
+    char home[olvex::kTraceBuffer];
+    olvex::readHomeDirectory("/etc/zet/zet.ini", home);
+    EXPECT_EQ(configDirectory(), home + std::string("/config/"));
 }
 
 TEST(TraceConfig, KeepsTheNamedFileWithSlashesAndCutToFit)

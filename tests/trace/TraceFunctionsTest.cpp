@@ -128,6 +128,23 @@ TEST_F(TraceFunctions, AHandleWithoutLoggerOrNoHandleDoesNothing)
     EXPECT_EQ(createWrapper(3), handle);
 }
 
+TEST_F(TraceFunctions, EachComponentHasItsHandleAndItsWrapperObject)
+{
+    start();
+    OlvLogWrapper *(*const handles[])() = {getOlvLogHw,  getOlvLogSw, getOlvLogCom,
+                                           getOlvLogXse, getOlvLogFs, getOlvLogPlugin,
+                                           getOlvLogUse, getOlvLogNet};
+    OlvexWrapper *(*const objects[])() = {getOlvexHw, getOlvexSw,     getOlvexCom, getOlvexXse,
+                                          getOlvexFs, getOlvexPlugin, getOlvexUse, getOlvexNet};
+    testing::internal::CaptureStderr(); // not each has a logger
+    for (int component = 0; component < 8; ++component) {
+        EXPECT_EQ(handles[component](), createWrapper(component));
+        EXPECT_EQ(objects[component](), OlvexWrapper::getInstance(OlvexType(component)));
+    }
+    testing::internal::GetCapturedStderr();
+    OlvexWrapper::cleanupInstances();
+}
+
 TEST_F(TraceFunctions, AnUnreadableFileLeavesHandlesInactive)
 {
     testing::internal::CaptureStderr();

@@ -19,8 +19,8 @@ namespace {
 using namespace olvex::ucv;
 using Bytes = std::string;
 
-// Sanitized code is slow: a part of the characters has to do there.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+// Sanitized and unoptimised code is slow: a part of the characters has to do there.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
 constexpr unsigned kStep = 37;
 #else
 constexpr unsigned kStep = 1;

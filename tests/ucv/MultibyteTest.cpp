@@ -125,6 +125,11 @@ TEST_F(Multibyte, TimesAreReadBack)
     uc_ch_t *other = ucv_dup_handle(utf8()); // never that of the platform's locale
     EXPECT_EQ(ucv_strftime(other, nullptr, target, 4, "a\xC3\xA9\xC3\xA9", &time), 3u);
     EXPECT_STREQ(target, "a\xC3\xA9"); // cut at a character
+    // The place in the text, not in its copy in the platform's code set.
+    const char shifted[] = "\xF1\xF9\xF9\xF9\x40\x0E\x45\x62\x0F\xF7"; // "1999 日7"
+    const char format[] = "\x6C\xE8\x40\x0E\x45\x62\x0F";              // "%Y 日"
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+    EXPECT_EQ(ucv_strptime(ebcdic(), nullptr, shifted, format, &time), shifted + 8);
     ucv_cs_free(other);
 }
 

@@ -64,12 +64,15 @@ TEST(StringMaps, CopiesAreIndependent)
     OvxStringToStringMapPut(map, "b", nullptr);
     StringToStringMap *copy = OvxCopyStringToStringMap(map);
     char *value = OvxStringToStringMapGet(copy, "a");
+    char *key = OvxStringToStringMapIterGetKey(OvxStringToStringMapIterator(copy));
     OvxStringToStringMapPut(map, "a", "2");
     OvxFreeStringToStringMap(map);
     EXPECT_EQ(contents(*copy), (Pairs{{"a", "1"}, {"b", "(none)"}}));
     OvxFreeStringToStringMap(copy);
     EXPECT_STREQ(value, "1");
+    EXPECT_STREQ(key, "a");
     BaxMemoryFree(value);
+    BaxMemoryFree(key);
 }
 
 // A map against a plain list, over so few names that each is put and removed many times, and so

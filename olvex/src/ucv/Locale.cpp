@@ -71,11 +71,6 @@ struct Head {
     {
         std::strncpy(at, name, kHeadSize);
         if (at[2] == '-') at[2] = '_';
-        if (isLetter(at[0]) && isLetter(at[1]) && isLetter(at[2]) && isLetter(at[3]) &&
-            at[4] >= '0' && at[4] <= '9') {
-            std::memmove(at + 3, at + 2, kHeadSize - 3);
-            at[2] = '_';
-        }
     }
 
     bool isLanguage() const

@@ -215,11 +215,8 @@ char *Trace::vsprintf(const char *format, void *arguments)
     if (length < 0) return nullptr;
     const std::size_t size = static_cast<std::size_t>(length) + 1;
     char *text = static_cast<char *>(BaxMemoryMalloc(size));
-    if (!text) return nullptr;
-    if (std::vsnprintf(text, size, format, *static_cast<va_list *>(arguments)) == length)
-        return text;
-    BaxMemoryFree(text);
-    return nullptr;
+    if (text) std::vsnprintf(text, size, format, *static_cast<va_list *>(arguments));
+    return text;
 }
 
 Trace &Trace::hex(const char *data, unsigned length)
