@@ -44,9 +44,11 @@ void afterForkInParent()
     if (!heldByForker) pthread_mutex_unlock(&apiMutex);
 }
 
-// The child's only thread has another id than the one that took the mutex, so it starts anew.
+// The child's only thread has another id than the one that took the mutex, so it starts anew. For
+// the same reason giving it back changes nothing, but tools that watch locks learn of it.
 void afterForkInChild()
 {
+    pthread_mutex_unlock(&apiMutex);
     apiMutex = PTHREAD_ERRORCHECK_MUTEX_INITIALIZER_NP;
     if (heldByForker) pthread_mutex_lock(&apiMutex);
 }

@@ -43,7 +43,7 @@ class WalkPath {
     {
         const std::size_t size = std::strlen(separator) + std::strlen(name);
         if (size >= sizeof bytes_ - length_) return false;
-        std::strcpy(std::strcpy(bytes_ + length_, separator) + std::strlen(separator), name);
+        std::strcpy(stpcpy(bytes_ + length_, separator), name);
         length_ += size;
         return true;
     }

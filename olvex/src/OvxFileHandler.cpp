@@ -245,6 +245,7 @@ void OvxFileHandlerFClose(OvxObject *handler)
 void ovxFileHandlerDoRollover(OvxFileHandlerVars &vars)
 {
     const std::int32_t last = vars.maxFiles - 1;
+    // NOLINTNEXTLINE(bugprone-infinite-loop): the number is another each time
     for (OlderFiles older(vars.name, last); const std::int32_t n = older.next();)
         reportFailure(n == last ? removeIfThere(vars.name.pathOf(n).get()) : moveUp(vars.name, n));
     reportFailure(moveUp(vars.name, 0));

@@ -113,7 +113,7 @@ void changePermission(OvxObject *handler, const char *text, std::uint32_t &permi
     OvxFileHandlerVars *vars = fileVarsOf(handler);
     if (!vars || !text) return;
     unsigned mode = 0;
-    if (std::sscanf(text, "%4o", &mode) == 1)
+    if (std::sscanf(text, "%4o", &mode) == 1) // NOLINT(cert-err34-c): four digits always fit
         permission = mode & kModeBits;
     else if (vars->logInternalErrs)
         report(OVX_LEVEL_WARN, Message::kBadFileMode, text, ovxIntlGetObjectName(handler));

@@ -201,7 +201,7 @@ constexpr std::uint32_t hexValue(unsigned char digit)
 
 // A buffer that goes away with its scope.
 struct Buffer : CxStringBuff {
-    Buffer() : CxStringBuff{} {}
+    Buffer() : CxStringBuff() {}
     ~Buffer() { CxStringBuffDiscard(this); }
     Buffer(const Buffer &) = delete;
     Buffer &operator=(const Buffer &) = delete;

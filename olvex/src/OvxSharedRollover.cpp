@@ -98,6 +98,7 @@ class Shift {
     void all()
     {
         const std::int32_t last = vars_.maxFiles - 1;
+        // NOLINTNEXTLINE(bugprone-infinite-loop): the number is another each time
         for (OlderFiles older(vars_.name, last); const std::int32_t n = older.next();)
             n == last ? remove(n) : rename(n);
     }

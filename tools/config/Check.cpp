@@ -115,6 +115,7 @@ class SettingsChecker {
     {
         const Setting *bytes = configuration.find("maxFileBytes");
         const Found files = model_.inherit(configuration.name, "maxFiles");
+        // NOLINTNEXTLINE(cert-err34-c): what is no number is reported elsewhere
         if (bytes && files && std::atoi(files.value().c_str()) == 1)
             warnAt(*bytes, "no-effect", "a file is never rolled over while maxFiles is 1");
         checkPartner(configuration, "zipFileName", "zipCmdPath", "nothing is copied");

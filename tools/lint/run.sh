@@ -21,13 +21,13 @@ check_scripts() { sources dev .ci/run '*.sh' | xargs shellcheck; }
 check_cppcheck() {
     cppcheck --quiet --error-exitcode=1 --inline-suppr --std=c++20 -j 2 \
         --enable=warning,performance,portability --suppressions-list=tools/lint/cppcheck.txt \
-        --project="$build/compile_commands.json" --file-filter='*/olvex/src/*' \
-        --file-filter='*/src/common/*' --file-filter='*/tools/*'
+        --project="$build/compile_commands.json" --file-filter="$PWD/olvex/src/*" \
+        --file-filter="$PWD/src/common/*" --file-filter="$PWD/tools/*"
 }
 
 check_tidy() {
     run-clang-tidy -quiet -j 2 -p "$build" -extra-arg=-fno-color-diagnostics \
-        '/(olvex/src|src/common|tools|samples)/' >"$build/tidy.log" 2>&1 && return
+        "^$PWD/(olvex/src|src/common|tools|samples)/" >"$build/tidy.log" 2>&1 && return
     grep -E ' (warning|error|note): ' "$build/tidy.log" | sort -u || tail "$build/tidy.log"
     return 1
 }

@@ -148,12 +148,10 @@ void convertAmple(uc_ch_t &handle, From &from, To &to, Span<In> &in, Span<Out> &
         std::size_t count = std::min({in.left() / kInput, out.left() / kOutput, kShortBlock});
         if (count == 0) return;
         for (; count > 0; --count) {
-            if constexpr (kCopiesRuns)
-                if (copiesAscii && isAscii(*in.at)) {
-                    copyAsciiRun(in, out);
-                    continue;
-                }
-            if (convertOne(handle, from, to, in, kInput, out, kOutput) != kAllConsumed) return;
+            if (kCopiesRuns && copiesAscii && isAscii(*in.at))
+                copyAsciiRun(in, out);
+            else if (convertOne(handle, from, to, in, kInput, out, kOutput) != kAllConsumed)
+                return;
         }
     }
 }

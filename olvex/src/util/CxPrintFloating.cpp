@@ -66,6 +66,7 @@ Decimal decimalOf(long double magnitude, int digits)
     const char *at = text;
     for (; *at && *at != 'e'; ++at) // the locale's decimal point stands between the digits
         if (*at >= '0' && *at <= '9') decimal.digits[decimal.count++] = *at;
+    // NOLINTNEXTLINE(cert-err34-c): what was just printed is a number
     if (*at == 'e') decimal.point = std::atoi(at + 1) + 1;
     return decimal;
 }

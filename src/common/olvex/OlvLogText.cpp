@@ -44,11 +44,9 @@ bool isSpace(char ch)
 // Two texts as one, yours.
 char *joined(const char *first, const char *second)
 {
-    const std::size_t length = std::strlen(first);
-    char *text = static_cast<char *>(BaxMemoryMalloc(length + std::strlen(second) + 1));
-    if (!text) return nullptr;
-    std::memcpy(text, first, length);
-    std::strcpy(text + length, second);
+    const std::size_t size = std::strlen(first) + std::strlen(second) + 1;
+    char *text = static_cast<char *>(BaxMemoryMalloc(size));
+    if (text) std::strcpy(stpcpy(text, first), second);
     return text;
 }
 

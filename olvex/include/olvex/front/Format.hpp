@@ -43,6 +43,7 @@ class TextReader {
         --given_; // the one behind the last
     }
 
+    /** The first problem of the text. */
     constexpr Problem run() noexcept
     {
         while (*at_ && problem_ == Problem::none)

@@ -33,7 +33,7 @@ class OVX_API String {
     /** Same as assign(). */
     String &operator=(const wchar_t *text) { return assign(text); }
     /** Same as assign(). */
-    String &operator=(const String &other) { return assign(other); }
+    String &operator=(const String &other) { return assign(other); } // NOLINT: may be itself
 
     /** Makes this a copy of the text, which may be a part of this String. */
     String &assign(const char *text);
