@@ -5,14 +5,15 @@
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <olvex/olvex.h>
 
 #include <fcntl.h>
+#include <sys/epoll.h>
 #include <sys/inotify.h>
-#include <sys/ioctl.h>
 #include <sys/ipc.h>
 #include <sys/sem.h>
 #include <sys/stat.h>
@@ -183,35 +184,53 @@ void askDescriptorNarrowly(benchmark::State &state)
 }
 BENCHMARK(askDescriptorNarrowly);
 
-int watchOf(const char *path)
-{
-    const int instance = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    inotify_add_watch(instance, path, IN_ATTRIB | IN_MOVE_SELF | IN_DELETE_SELF);
-    return instance;
-}
+// A watch on a path, asked through an epoll.
+class Watch {
+  public:
+    explicit Watch(const char *path)
+    {
+        inotify_add_watch(instance_, path, IN_ATTRIB | IN_MOVE_SELF | IN_DELETE_SELF);
+        epoll_event interest = {};
+        interest.events = EPOLLIN;
+        epoll_ctl(poll_, EPOLL_CTL_ADD, instance_, &interest);
+    }
+    ~Watch()
+    {
+        close(poll_);
+        close(instance_);
+    }
+    Watch(const Watch &) = delete;
+    Watch &operator=(const Watch &) = delete;
+
+    int ask() const
+    {
+        epoll_event event;
+        return epoll_wait(poll_, &event, 1, 0);
+    }
+
+  private:
+    int instance_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    int poll_ = epoll_create1(EPOLL_CLOEXEC);
+};
 
 void askWatch(benchmark::State &state)
 {
-    int instance = -1;
+    std::optional<Watch> watch;
     writeAsking(state, [&](int, const char *path) {
-        if (instance < 0) instance = watchOf(path);
-        int waiting = 0;
-        benchmark::DoNotOptimize(ioctl(instance, FIONREAD, &waiting));
+        if (!watch) watch.emplace(path);
+        benchmark::DoNotOptimize(watch->ask());
     });
-    close(instance);
 }
 BENCHMARK(askWatch);
 
 void askWatchAndSize(benchmark::State &state)
 {
-    int instance = -1;
+    std::optional<Watch> watch;
     writeAsking(state, [&](int file, const char *path) {
-        if (instance < 0) instance = watchOf(path);
-        int waiting = 0;
-        benchmark::DoNotOptimize(ioctl(instance, FIONREAD, &waiting));
+        if (!watch) watch.emplace(path);
+        benchmark::DoNotOptimize(watch->ask());
         benchmark::DoNotOptimize(lseek(file, 0, SEEK_END));
     });
-    close(instance);
 }
 BENCHMARK(askWatchAndSize);
 

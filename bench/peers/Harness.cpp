@@ -143,16 +143,17 @@ int runLatency(const Job &job)
 int runThreads(const Job &job)
 {
     openOrLeave(Output::kFile, job.path);
+    writeRecords(0, kWarmUp);
     const int each = job.records / job.workers;
     const auto begin = Clock::now();
     std::vector<std::thread> threads;
     for (int worker = 0; worker < job.workers; ++worker)
-        threads.emplace_back(writeRecords, worker * each, each);
+        threads.emplace_back(writeRecords, kWarmUp + worker * each, each);
     for (std::thread &thread : threads)
         thread.join();
     printEach("ns", Clock::now() - begin, each * job.workers);
     peer::close();
-    return check(countLines(job.path), each * job.workers);
+    return check(countLines(job.path), kWarmUp + each * job.workers);
 }
 
 // A process of its own, started anew since not every library survives a fork: waits until the

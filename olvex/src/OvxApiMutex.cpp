@@ -1,79 +1,136 @@
 // The API mutex: made at load time, never destroyed, so that no call can find it missing. It
-// notices when its holder asks for it again, which is a public call from inside a class function.
+// knows its holder, who may ask for it again: that is a public call from inside a class function.
 // Held over a fork, so that a child finds everything in order. A thread that holds it cannot be
 // cancelled: one that ended in the middle of a write would leave all others waiting for ever.
 #include "util/Locked.h"
 
 #include <olvex/class.h>
 
+#include <atomic>
+
 #include <cerrno>
 #include <pthread.h>
+#include <sched.h>
 
 namespace {
 
-pthread_mutex_t apiMutex = PTHREAD_ERRORCHECK_MUTEX_INITIALIZER_NP;
+pthread_mutex_t apiMutex = PTHREAD_MUTEX_INITIALIZER;
+std::atomic<pthread_t> holder{}; // 0: nobody
 bool heldByForker = false;
 int cancelStateBefore = PTHREAD_CANCEL_ENABLE; // of the thread that holds the mutex
 
-int take()
+bool isMine()
 {
+    return holder.load(std::memory_order_relaxed) == pthread_self();
+}
+
+// A thread that waits goes on looking, more and more rarely so as not to disturb the holder, for a
+// few dozen events' time before it sleeps: to sleep and be woken costs both sides more than an
+// event.
+constexpr int kLongestRest = 64;  // pauses between two looks, about a microsecond
+constexpr int kMostPauses = 4096; // in all
+
+// A moment in which the processor does something else.
+void pause()
+{
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_ia32_pause();
+#endif
+}
+
+// With one processor nobody can give the mutex back while another thread looks.
+bool hasProcessors()
+{
+    static std::atomic<int> several{-1};
+    if (several.load(std::memory_order_relaxed) < 0) {
+        cpu_set_t usable;
+        const int error = sched_getaffinity(0, sizeof usable, &usable);
+        several.store(error == 0 && CPU_COUNT(&usable) > 1, std::memory_order_relaxed);
+    }
+    return several.load(std::memory_order_relaxed) > 0;
+}
+
+bool lockWithoutSleep()
+{
+    int rest = 4;
+    for (int pauses = 0; pauses < kMostPauses; pauses += rest) {
+        if (rest < kLongestRest) rest *= 2;
+        for (int i = 0; i < rest; ++i)
+            pause();
+        if (holder.load(std::memory_order_relaxed) == 0 && pthread_mutex_trylock(&apiMutex) == 0)
+            return true;
+    }
+    return false;
+}
+
+[[gnu::cold, gnu::noinline]] void waitForMutex()
+{
+    if (!hasProcessors() || !lockWithoutSleep()) pthread_mutex_lock(&apiMutex);
+}
+
+void lockFor(pthread_t self)
+{
+    if (pthread_mutex_trylock(&apiMutex) != 0) waitForMutex();
+    holder.store(self, std::memory_order_relaxed);
+}
+
+void unlockNow()
+{
+    holder.store(0, std::memory_order_relaxed);
+    pthread_mutex_unlock(&apiMutex);
+}
+
+bool take()
+{
+    const pthread_t self = pthread_self();
+    if (holder.load(std::memory_order_relaxed) == self) return false;
     int before = PTHREAD_CANCEL_ENABLE;
     pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &before);
-    const int error = pthread_mutex_lock(&apiMutex);
-    if (error == 0)
-        cancelStateBefore = before;
-    else
-        pthread_setcancelstate(before, nullptr);
-    return error;
+    lockFor(self);
+    cancelStateBefore = before;
+    return true;
 }
 
 // The refused caller is inside a class function and so holds the lock that reporting needs.
-[[gnu::cold]] bool refuse(int error)
+[[gnu::cold]] bool refuse()
 {
-    if (error == EDEADLK) OvxReportPlatformErr('p', error);
+    OvxReportPlatformErr('p', EDEADLK);
     return false;
 }
 
 void beforeFork()
 {
-    heldByForker = pthread_mutex_lock(&apiMutex) == EDEADLK;
+    heldByForker = isMine();
+    if (!heldByForker) lockFor(pthread_self());
 }
 
-void afterForkInParent()
+// In the child too: its only thread is a copy of the one that took the mutex.
+void afterFork()
 {
-    if (!heldByForker) pthread_mutex_unlock(&apiMutex);
-}
-
-// The child's only thread has another id than the one that took the mutex, so it starts anew. For
-// the same reason giving it back changes nothing, but tools that watch locks learn of it.
-void afterForkInChild()
-{
-    pthread_mutex_unlock(&apiMutex);
-    apiMutex = PTHREAD_ERRORCHECK_MUTEX_INITIALIZER_NP;
-    if (heldByForker) pthread_mutex_lock(&apiMutex);
+    if (!heldByForker) unlockNow();
 }
 
 [[gnu::constructor]] void holdOverForks()
 {
-    pthread_atfork(beforeFork, afterForkInParent, afterForkInChild);
+    pthread_atfork(beforeFork, afterFork, afterFork);
 }
 
 } // namespace
 
 bool ovxAPIMutexLock()
 {
-    const int error = take();
-    return error == 0 || refuse(error);
+    return take() || refuse();
 }
 
 bool ovxAPIMutexLockUnlessHeld()
 {
-    return take() == 0;
+    return take();
 }
 
 void ovxAPIMutexUnlock()
 {
+    if (!isMine()) return OvxReportPlatformErr('p', EPERM);
     const int before = cancelStateBefore;
-    if (const int error = pthread_mutex_unlock(&apiMutex)) return OvxReportPlatformErr('p', error);
+    unlockNow();
     pthread_setcancelstate(before, nullptr);
 }

@@ -58,11 +58,6 @@ constexpr LineProperty kLineProperties[] = {
 };
 constexpr std::size_t kLinePropertyCount = std::size(kLineProperties);
 
-bool append(CxStringBuff *buffer, const char *text)
-{
-    return CxStringBuffAppendStr(buffer, text) == 1;
-}
-
 // Milliseconds in three places and the zone: the system's standard offset, one hour more in summer,
 // with the sign at its hours.
 int printRest(char *place, std::size_t room, const std::tm &local)
@@ -93,31 +88,54 @@ void putMilliseconds(char *place, int milliseconds)
     place[2] = static_cast<char>('0' + milliseconds % 10);
 }
 
-// Times before 1970 count backwards: their milliseconds carry a sign.
-bool appendBuiltInDate(CxStringBuff *buffer, std::int64_t time)
-{
-    Timestamp &stamp = lastTimestamp;
-    const auto second = static_cast<std::time_t>(time / kMillisecondsPerSecond);
-    if (!stamp.isOf(second)) printSecond(stamp, second);
-    const auto milliseconds = static_cast<int>(time % kMillisecondsPerSecond);
-    putMilliseconds(stamp.text + stamp.millisecondsAt, std::abs(milliseconds));
-    if (milliseconds >= 0) return appendBytes(buffer, stamp.text, stamp.length);
-    const std::size_t date = stamp.millisecondsAt;
-    return appendBytes(buffer, stamp.text, date) && appendBytes(buffer, "-", 1) &&
-           appendBytes(buffer, stamp.text + date, stamp.length - date);
-}
+// A time as the formatter shows it.
+class DateText {
+  public:
+    DateText(const char *format, std::int64_t milliseconds)
+    {
+        if (format)
+            printCustom(format, milliseconds);
+        else
+            printBuiltIn(milliseconds);
+    }
 
-bool appendCustomDate(CxStringBuff *buffer, const char *format, std::int64_t milliseconds)
-{
-    const auto second = static_cast<std::time_t>(milliseconds / kMillisecondsPerSecond);
-    std::tm local = {};
-    localtime_r(&second, &local);
-    char text[kDateSize] = "";
-    char utf8[kDateSize] = "";
-    if (ucv_strftime(nullptr, nullptr, text, sizeof text, format, &local) == 0) return true;
-    ucv_to_utf8(nullptr, text, -1, utf8, sizeof utf8);
-    return append(buffer, utf8);
-}
+    std::string_view get() const { return text_; }
+
+  private:
+    // Times before 1970 count backwards: their milliseconds carry a sign.
+    void printBuiltIn(std::int64_t time)
+    {
+        Timestamp &stamp = lastTimestamp;
+        const auto second = static_cast<std::time_t>(time / kMillisecondsPerSecond);
+        if (!stamp.isOf(second)) printSecond(stamp, second);
+        const auto milliseconds = static_cast<int>(time % kMillisecondsPerSecond);
+        putMilliseconds(stamp.text + stamp.millisecondsAt, std::abs(milliseconds));
+        text_ = {stamp.text, stamp.length};
+        if (milliseconds < 0) insertSign(stamp.millisecondsAt);
+    }
+
+    [[gnu::cold]] void insertSign(std::size_t place)
+    {
+        const int size = std::snprintf(own_, sizeof own_, "%.*s-%s", static_cast<int>(place),
+                                       text_.data(), text_.data() + place);
+        text_ = {own_, static_cast<std::size_t>(size)};
+    }
+
+    [[gnu::cold]] void printCustom(const char *format, std::int64_t milliseconds)
+    {
+        const auto second = static_cast<std::time_t>(milliseconds / kMillisecondsPerSecond);
+        std::tm local = {};
+        localtime_r(&second, &local);
+        char text[kDateSize] = "";
+        if (ucv_strftime(nullptr, nullptr, text, sizeof text, format, &local) == 0) return;
+        own_[0] = '\0';
+        ucv_to_utf8(nullptr, text, -1, own_, kDateSize);
+        text_ = own_;
+    }
+
+    std::string_view text_;
+    char own_[sizeof Timestamp::text + 1];
+};
 
 // The place of a property in the line, or that of its end. The toolkit's own names are the same
 // text here and in the event, which is quicker to see.
@@ -143,23 +161,30 @@ bool isPlainNumber(const char *text)
 }
 
 // Appends what the line shows of a value; false when it shows nothing.
-bool appendValue(const char *value, bool isNumber, CxStringBuff *buffer)
+bool putValue(Appender &line, const char *value, bool isNumber)
 {
-    if (!isNumber || isPlainNumber(value)) return append(buffer, value);
+    if (!isNumber || isPlainNumber(value)) return line.put(value);
     bool converts = false;
     const std::int32_t number = ovxPropStrToInt32(value, &converts);
-    return converts && CxStringBuffAppendInt32(buffer, number) == 1;
+    return converts && line.putInteger(number);
 }
 
-void appendProperties(const OvxEvent *event, std::string_view separator, CxStringBuff *buffer)
+void putProperties(Appender &line, const StringToStringMap &properties, std::string_view separator)
 {
-    if (!event->properties) return;
     const char *values[kLinePropertyCount + 1] = {};
-    for (const auto *node = event->properties->first(); node; node = node->next())
+    for (const auto *node = properties.first(); node; node = node->next())
         values[placeOf(*node)] = node->value();
     for (std::size_t i = 0; i < kLinePropertyCount; ++i)
-        if (values[i] && appendValue(values[i], kLineProperties[i].isNumber, buffer))
-            appendBytes(buffer, separator.data(), separator.size());
+        if (values[i] && putValue(line, values[i], kLineProperties[i].isNumber))
+            line.put(separator);
+}
+
+// A source location that is not yet among the properties, as these would show it.
+void putSource(Appender &line, const SourceLocation &source, std::string_view separator)
+{
+    if (source.file && line.put(source.file)) line.put(separator);
+    if (source.function && line.put(source.function)) line.put(separator);
+    if (source.file && line.putInteger(source.line)) line.put(separator);
 }
 
 // The toolkit's own binding prints straight into the line; a formatter class's own returns a text.
@@ -172,7 +197,7 @@ void appendMessage(const OvxObject *formatter, OvxEvent *event, CxStringBuff *bu
         return;
     }
     const Text text(OvxBindEventMsg(event, bind));
-    append(buffer, text.get());
+    CxStringBuffAppendStr(buffer, text.get());
 }
 
 void replace(char *&text, const OvxObject *formatter, const char *name)
@@ -186,21 +211,24 @@ namespace olvex {
 
 bool appendDate(const OvxObject *formatter, std::int64_t milliseconds, CxStringBuff *buffer)
 {
-    const char *format = formatter ? formatter->dateTimeFormat : nullptr;
-    return format ? appendCustomDate(buffer, format, milliseconds)
-                  : appendBuiltInDate(buffer, milliseconds);
+    const DateText date(formatter ? formatter->dateTimeFormat : nullptr, milliseconds);
+    return appendBytes(buffer, date.get().data(), date.get().size());
 }
 
 bool appendBasicFormat(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer)
 {
     if (!event || !isFormatter(formatter) || !formatter->cls->slots.bindMsg) return false;
     const std::string_view separator = formatter->separator ? formatter->separator : " ";
-    appendDate(formatter, event->time, buffer);
-    appendBytes(buffer, separator.data(), separator.size());
-    appendProperties(event, separator, buffer);
+    Appender line(buffer);
+    line.put(DateText(formatter->dateTimeFormat, event->time).get());
+    line.put(separator);
+    putSource(line, event->source, separator);
+    if (event->properties) putProperties(line, *event->properties, separator);
+    line.suspend();
     if (formatter->locale) ovxSetEventLocale(event, formatter->locale);
     appendMessage(formatter, event, buffer);
-    CxStringBuffAppendChar(buffer, '\n');
+    line.resume();
+    line.put("\n", 1);
     return buffer->str != nullptr;
 }
 

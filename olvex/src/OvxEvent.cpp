@@ -7,7 +7,6 @@
 #include <charconv>
 #include <utility>
 
-#include "OvxI18Msg.h"
 #include "messages/Messages.h"
 #include "util/OvxParmList.h"
 #include "util/OvxStringToStringMap.h"
@@ -15,9 +14,6 @@
 using namespace olvex;
 
 namespace {
-
-// At most this many markers are read less one; a list that needs more lacks its end.
-constexpr int kMarkerLimit = 64;
 
 constexpr bool isValueMarker(int marker)
 {
@@ -48,22 +44,31 @@ void setProperty(StringToStringMap *map, const char *name, const OvxParm &value)
     }
 }
 
-// Reads a typed parameter list into an event.
+// Reads a typed parameter list into an event: parameters into its message's list or, where there is
+// one, into a row.
 class ParameterReader {
   public:
-    ParameterReader(OvxEvent *event, va_list list) : event_(event) { va_copy(list_, list); }
+    ParameterReader(OvxEvent *event, va_list list, OvxParm *row = nullptr)
+        : event_(event), row_(row)
+    {
+        va_copy(list_, list);
+    }
     ~ParameterReader() { va_end(list_); }
     ParameterReader(const ParameterReader &) = delete;
     ParameterReader &operator=(const ParameterReader &) = delete;
 
     void readAll()
     {
-        for (int entries = 1; entries < kMarkerLimit; ++entries) {
+        bool known = true;
+        bool ended = false;
+        for (std::size_t entries = 0; known && !ended && entries < kMostEntries; ++entries) {
             const int marker = va_arg(list_, int);
-            if (marker == 0) return;
-            if (!readEntry(marker)) return report(OVX_LEVEL_ERROR, Message::kMissingMarkers);
+            ended = marker == 0;
+            known = ended || readEntry(marker);
         }
-        report(OVX_LEVEL_ERROR, Message::kListNotEnded);
+        if (row_) setParameterRow(event_->message, {row_, rowSize_});
+        if (!known) return report(OVX_LEVEL_ERROR, Message::kMissingMarkers);
+        if (!ended) report(OVX_LEVEL_ERROR, Message::kListNotEnded);
     }
 
   private:
@@ -82,36 +87,30 @@ class ParameterReader {
         const int marker = va_arg(list_, int);
         if (!isValueMarker(marker))
             return marker == OVX_LEVEL_ALL ? takeLevel(marker) : readLevel(marker);
-        const OvxParm value = readValue(marker);
+        OvxParm value;
+        readValue(marker, value);
         if (name && map) putProperty(map, name, value);
         return true;
     }
 
     bool readParameter(int marker)
     {
-        appendParameter(ovxGetI18MsgParmList(event_->message), readValue(marker));
+        OvxParm own;
+        OvxParm &parm = row_ ? row_[rowSize_++] : own;
+        readValue(marker, parm);
+        if (!row_) ovxIntlParmListAppend(ovxGetI18MsgParmList(event_->message), &parm);
         return true;
     }
 
     bool readLevel(int marker) { return isLevelMarker(marker) && takeLevel(marker); }
 
     // The caller's strings outlive an event in an arena.
-    bool borrows() const { return event_->memory.isArena(); }
-
     void putProperty(StringToStringMap *map, const char *name, const OvxParm &value)
     {
-        if (borrows() && value.type == OVX_PARM_STRING)
+        if (event_->memory.isArena() && value.type == OVX_PARM_STRING)
             map->putBorrowed(name, value.value.string);
         else
             setProperty(map, name, value);
-    }
-
-    void appendParameter(ParmList *list, const OvxParm &value)
-    {
-        if (!borrows())
-            ovxIntlParmListAppend(list, &value);
-        else if (list)
-            list->appendBorrowed(value);
     }
 
     bool takeLevel(int level)
@@ -120,30 +119,30 @@ class ParameterReader {
         return true;
     }
 
-    // The value behind a value marker, in the form in which the list carries it.
-    OvxParm readValue(int marker)
+    // The value behind a value marker, in the form in which the list carries it. It is put where it
+    // belongs piece by piece: a whole that is copied right after its pieces were written makes the
+    // processor wait.
+    void readValue(int marker, OvxParm &parm)
     {
+        parm.type = marker;
         switch (marker) {
-        case OVX_PARM_BOOL: return {marker, {.boolean = (va_arg(list_, int) & 0xFF) != 0}};
-        case OVX_PARM_INT: return {marker, {.integer = va_arg(list_, int)}};
-        case OVX_PARM_LONG: return {marker, {.longInteger = va_arg(list_, long)}};
-        case OVX_PARM_FLOAT:
-            return {marker, {.floating = static_cast<float>(va_arg(list_, double))}};
-        case OVX_PARM_DOUBLE: return {marker, {.doubleFloating = va_arg(list_, double)}};
+        case OVX_PARM_BOOL: parm.value.boolean = (va_arg(list_, int) & 0xFF) != 0; break;
+        case OVX_PARM_INT: parm.value.integer = va_arg(list_, int); break;
+        case OVX_PARM_LONG: parm.value.longInteger = va_arg(list_, long); break;
+        case OVX_PARM_FLOAT: parm.value.floating = static_cast<float>(va_arg(list_, double)); break;
+        case OVX_PARM_DOUBLE: parm.value.doubleFloating = va_arg(list_, double); break;
         case OVX_PARM_CHAR:
-            return {marker, {.character = static_cast<signed char>(va_arg(list_, int))}};
-        default: return {marker, {.string = va_arg(list_, char *)}};
+            parm.value.character = static_cast<signed char>(va_arg(list_, int));
+            break;
+        default: parm.value.string = va_arg(list_, char *);
         }
     }
 
     OvxEvent *event_;
     va_list list_;
+    OvxParm *row_;
+    std::size_t rowSize_ = 0;
 };
-
-const StringToStringMap *mapOf(const OvxEvent *event)
-{
-    return event ? event->properties : nullptr;
-}
 
 char *numberText(Memory memory, int number)
 {
@@ -153,42 +152,51 @@ char *numberText(Memory memory, int number)
     return text;
 }
 
+void putSource(StringToStringMap *map, const SourceLocation &source)
+{
+    if (source.file) {
+        map->putBorrowed(kPropSourceFile, const_cast<char *>(source.file));
+        map->putBorrowed(kPropSourceLine, numberText(map->memory(), source.line));
+    }
+    if (source.function) map->putBorrowed(kPropSourceFunction, const_cast<char *>(source.function));
+}
+
 } // namespace
 
 namespace olvex {
 
-OvxEvent *makeEvent(Memory memory, int level, const char *catalog, int set, int key,
-                    const char *text, va_list parameters)
+CallEvent::CallEvent(Arena *arena, int level, const char *catalog, int set, int key,
+                     const char *text, va_list parameters)
+    : arena_(arena),
+      mark_(arena->mark()),
+      event_{.isMessage = catalog != nullptr,
+             .time = CxSystemGetTimestamp(),
+             .level = level,
+             .message = &message_,
+             .memory = Memory(arena)},
+      message_{catalog, set, key, text, {}, nullptr, nullptr, Memory(arena)}
 {
-    auto *event = memory.make<OvxEvent>();
-    if (!event) return nullptr;
-    event->isMessage = catalog != nullptr;
-    event->time = CxSystemGetTimestamp();
-    event->level = level;
-    event->message = makeMessage(memory, catalog, set, key, text);
-    event->memory = memory;
-    ParameterReader(event, parameters).readAll();
-    return event;
+    ParameterReader(&event_, parameters, parameters_).readAll();
 }
 
-void setSourceLocation(OvxEvent *event, const char *file, const char *function, int line)
+void setSourceLocation(OvxEvent *event, const SourceLocation &source)
 {
-    if (!file && !function) return;
-    StringToStringMap *map = ovxFetchEventPropMap(event);
-    if (!map) return;
-    // The names are distinct, so a map that was empty needs no search for them.
-    const auto put =
-        map->first() ? &StringToStringMap::putBorrowed : &StringToStringMap::addBorrowed;
-    if (file) {
-        (map->*put)(kPropSourceFile, const_cast<char *>(file));
-        (map->*put)(kPropSourceLine, numberText(map->memory(), line));
-    }
-    if (function) (map->*put)(kPropSourceFunction, const_cast<char *>(function));
+    if (!event) return;
+    if (event->properties)
+        putSource(event->properties, source);
+    else
+        event->source = source;
+}
+
+StringToStringMap *propertiesOf(const OvxEvent *event)
+{
+    if (!event || !event->source) return event ? event->properties : nullptr;
+    return ovxFetchEventPropMap(const_cast<OvxEvent *>(event));
 }
 
 const char *peekProperty(const OvxEvent *event, const char *name)
 {
-    const StringToStringMap *map = mapOf(event);
+    const StringToStringMap *map = propertiesOf(event);
     const StringToStringMapNode *node = map ? map->find(name) : nullptr;
     return node ? node->value() : nullptr;
 }
@@ -198,7 +206,14 @@ const char *peekProperty(const OvxEvent *event, const char *name)
 OvxEvent *OvxVaAllocEvent(int level, const char *catalog, int set, int key, const char *text,
                           va_list parameters)
 {
-    return makeEvent(Memory(), level, catalog, set, key, text, parameters);
+    auto *event = Memory().make<OvxEvent>();
+    if (!event) return nullptr;
+    event->isMessage = catalog != nullptr;
+    event->time = CxSystemGetTimestamp();
+    event->level = level;
+    event->message = makeMessage(catalog, set, key, text);
+    ParameterReader(event, parameters).readAll();
+    return event;
 }
 
 void OvxFreeEvent(OvxEvent *event)
@@ -256,39 +271,40 @@ void ovxSetEventLocale(OvxEvent *event, const char *locale)
 StringToStringMap *ovxFetchEventPropMap(OvxEvent *event)
 {
     if (!event) return nullptr;
-    if (!event->properties)
-        event->properties = event->memory.make<StringToStringMap>(event->memory);
+    if (event->properties) return event->properties;
+    event->properties = event->memory.make<StringToStringMap>(event->memory);
+    if (event->properties) putSource(event->properties, std::exchange(event->source, {}));
     return event->properties;
 }
 
 char *OvxGetEventProp(const OvxEvent *event, const char *name, bool *found)
 {
-    return OvxGetMapProp(mapOf(event), name, found);
+    return OvxGetMapProp(propertiesOf(event), name, found);
 }
 
 bool OvxGetEventPropBool(const OvxEvent *event, const char *name, bool *found)
 {
-    return OvxGetMapPropBool(mapOf(event), name, found);
+    return OvxGetMapPropBool(propertiesOf(event), name, found);
 }
 
 int32_t OvxGetEventPropInt(const OvxEvent *event, const char *name, bool *found)
 {
-    return OvxGetMapPropInt(mapOf(event), name, found);
+    return OvxGetMapPropInt(propertiesOf(event), name, found);
 }
 
 long OvxGetEventPropLong(const OvxEvent *event, const char *name, bool *found)
 {
-    return static_cast<long>(OvxGetMapPropLong(mapOf(event), name, found));
+    return static_cast<long>(OvxGetMapPropLong(propertiesOf(event), name, found));
 }
 
 float OvxGetEventPropFloat(const OvxEvent *event, const char *name, bool *found)
 {
-    return OvxGetMapPropFloat(mapOf(event), name, found);
+    return OvxGetMapPropFloat(propertiesOf(event), name, found);
 }
 
 double OvxGetEventPropDouble(const OvxEvent *event, const char *name, bool *found)
 {
-    return OvxGetMapPropDouble(mapOf(event), name, found);
+    return OvxGetMapPropDouble(propertiesOf(event), name, found);
 }
 
 void OvxSetEventProp(OvxEvent *event, const char *name, const char *value)

@@ -12,6 +12,7 @@
 #include "messages/Messages.h"
 #include "util/CxResult.h"
 #include "util/CxStringBuff.h"
+#include "util/OneFrame.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -28,7 +29,7 @@ CxStringBuff encoding = {};
 // Buffers that a huge record has blown up are not kept.
 constexpr std::uint32_t kLargestKept = 64 * 1024;
 
-CxResult writeText(OvxFileHandlerVars &vars, const char *utf8, std::size_t size)
+OVX_ONE_FRAME CxResult writeText(OvxFileHandlerVars &vars, const char *utf8, std::size_t size)
 {
     const EncodedText text(vars.codeSet, utf8, size);
     const CxResult result = appendRecord(&vars.file, text.get(), text.size(), vars.state.size);
@@ -63,9 +64,9 @@ constexpr std::uint64_t kNearLimit = 16384;
 
 // Whether all that is known of the open file needs no asking: nothing has happened to its path, and
 // its size as counted is far from the limit.
-bool isCertain(const OvxFileHandlerVars &vars)
+OVX_ONE_FRAME bool isCertain(const OvxFileHandlerVars &vars)
 {
-    return vars.watch.isQuiet() && !isLogFull(vars, vars.state.size + kNearLimit);
+    return !isLogFull(vars, vars.state.size + kNearLimit) && vars.watch.isQuiet();
 }
 
 // False when the open file can take the next record; otherwise it has been closed, and rolled over
@@ -73,7 +74,6 @@ bool isCertain(const OvxFileHandlerVars &vars)
 bool needsOpening(OvxObject *handler, OvxFileHandlerVars &vars)
 {
     if (!vars.isOpen) return true;
-    if (isCertain(vars)) return false;
     if (!isStillThere(vars)) {
         OvxFileHandlerFClose(handler);
         return true;
@@ -88,7 +88,8 @@ bool needsOpening(OvxObject *handler, OvxFileHandlerVars &vars)
 }
 
 // Writes a record; a file whose descriptor the host has closed is opened anew for it.
-CxResult writeRecord(OvxObject *handler, OvxFileHandlerVars &vars, const EventText &text)
+OVX_ONE_FRAME CxResult writeRecord(OvxObject *handler, OvxFileHandlerVars &vars,
+                                   const EventText &text)
 {
     const CxResult written = writeText(vars, text.get(), text.size());
     if (written.code != EBADF || !vars.isOpen) return written;
@@ -176,19 +177,17 @@ Closing closeWithoutTrailer(OvxFileHandlerVars &vars)
     return {success(), vars.file < 0 ? success() : CxFileClose(&vars.file)};
 }
 
-EncodedText::EncodedText(uc_ch_t *codeSet, const char *utf8, std::size_t size)
-    : text_(utf8), size_(size)
+void EncodedText::encode(uc_ch_t *codeSet)
 {
-    if (!codeSet) return;
     CxStringBuff &buffer = encoding;
     CxStringBuffRestart(&buffer);
-    if (!appendBytes(&buffer, utf8, size) || CxStringBuffChangeFromUTF8(codeSet, &buffer) == 0)
+    if (!appendBytes(&buffer, text_, size_) || CxStringBuffChangeFromUTF8(codeSet, &buffer) == 0)
         return;
     text_ = buffer.str;
     size_ = BaxStringLen(buffer.str);
 }
 
-EncodedText::~EncodedText()
+void EncodedText::trimBuffer()
 {
     if (encoding.capacity > kLargestKept) CxStringBuffDiscard(&encoding);
 }
@@ -217,7 +216,7 @@ void OvxFileHandlerFProcess(OvxObject *handler, OvxEvent *event)
 {
     OvxFileHandlerVars *vars = fileVarsOf(handler);
     if (!vars || !event || !handler->enabled) return;
-    OvxFileHandlerFOpen(handler);
+    if (!vars->isOpen || !isCertain(*vars)) OvxFileHandlerFOpen(handler);
     CxResult written = success();
     {
         const EventText text(handler, event);

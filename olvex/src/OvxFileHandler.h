@@ -62,8 +62,15 @@ Closing closeWithoutTrailer(OvxFileHandlerVars &vars);
 // for that, so nothing may be reported while a text lives.
 class EncodedText {
   public:
-    EncodedText(uc_ch_t *codeSet, const char *utf8, std::size_t size);
-    ~EncodedText();
+    EncodedText(uc_ch_t *codeSet, const char *utf8, std::size_t size)
+        : text_(utf8), size_(size), isOwn_(codeSet)
+    {
+        if (codeSet) encode(codeSet);
+    }
+    ~EncodedText()
+    {
+        if (isOwn_) trimBuffer();
+    }
     EncodedText(const EncodedText &) = delete;
     EncodedText &operator=(const EncodedText &) = delete;
 
@@ -71,8 +78,12 @@ class EncodedText {
     std::size_t size() const { return size_; }
 
   private:
+    void encode(uc_ch_t *codeSet);
+    static void trimBuffer();
+
     const char *text_;
     std::size_t size_;
+    bool isOwn_;
 };
 
 void reportFailure(CxResult result);

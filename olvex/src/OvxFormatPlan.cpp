@@ -6,35 +6,28 @@
 #include "util/CxStringBuff.h"
 #include "util/OvxParmList.h"
 
-#include <charconv>
+#include <new>
+#include <string_view>
+#include <utility>
 
 namespace olvex {
 
-// Finds parameters by their place, quickly when they are asked for in order.
-class ParmCursor {
-  public:
-    explicit ParmCursor(const ParmList *list) : list_(list), node_(list ? list->first() : nullptr)
-    {}
+Parms::Parms(const ParmList *list)
+    : size_(list ? list->size() : 0), list_(list), node_(list ? list->first() : nullptr)
+{}
 
-    // There must be as many.
-    // NOLINTBEGIN(clang-analyzer-core.CallAndMessage): so there is a list
-    const OvxParm &at(std::int32_t index)
-    {
-        if (index < index_) {
-            node_ = list_->first();
-            index_ = 0;
-        }
-        for (; index_ < index; ++index_)
-            node_ = node_->next();
-        return *node_->element();
+// NOLINTBEGIN(clang-analyzer-core.CallAndMessage): there are as many parameters, so there is a list
+const OvxParm &Parms::inList(std::size_t index)
+{
+    if (index < nodeIndex_) {
+        node_ = list_->first();
+        nodeIndex_ = 0;
     }
-    // NOLINTEND(clang-analyzer-core.CallAndMessage)
-
-  private:
-    const ParmList *list_;
-    const ParmListNode *node_;
-    std::int32_t index_ = 0;
-};
+    for (; nodeIndex_ < index; ++nodeIndex_)
+        node_ = node_->next();
+    return *node_->element();
+}
+// NOLINTEND(clang-analyzer-core.CallAndMessage)
 
 namespace {
 
@@ -66,65 +59,103 @@ bool isPlain(const CxPrintfFmt &item)
     return item.conversion == 'd' || (item.conversion == 's' && item.lengthMod != kModLong);
 }
 
-bool appendPlainInteger(CxStringBuff *buffer, std::int64_t value)
+// The integer of a parameter that "%d" can print; false for another one.
+bool readInteger(const OvxParm &parm, std::int64_t &value)
 {
-    char digits[24];
-    const char *end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-    return appendBytes(buffer, digits, static_cast<std::size_t>(end - digits));
-}
-
-// False for a parameter that cannot serve the conversion.
-bool appendPlain(CxStringBuff *buffer, char conversion, const OvxParm &parm)
-{
-    if (conversion == 's')
-        return parm.type == OVX_PARM_STRING && CxStringBuffAppendStr(buffer, parm.value.string);
     switch (parm.type) {
-    case OVX_PARM_INT: return appendPlainInteger(buffer, parm.value.integer);
-    case OVX_PARM_LONG: return appendPlainInteger(buffer, parm.value.longInteger);
-    case OVX_PARM_BOOL: return appendPlainInteger(buffer, parm.value.boolean);
-    case OVX_PARM_CHAR: return appendPlainInteger(buffer, parm.value.character);
+    case OVX_PARM_INT: value = parm.value.integer; return true;
+    case OVX_PARM_LONG: value = parm.value.longInteger; return true;
+    case OVX_PARM_BOOL: value = parm.value.boolean; return true;
+    case OVX_PARM_CHAR: value = parm.value.character; return true;
     default: return false;
     }
 }
 
 } // namespace
 
+// A literal text; a parameter that is appended as it is found; or work for the engine.
+struct FormatPlan::Step {
+    enum Kind : std::uint8_t { kText, kString, kInteger, kEngine };
+
+    explicit Step(const CxPrintfFmt &item)
+    {
+        if (item.kind != 0) {
+            text = {item.from.textStart, item.to.textEnd + 1};
+            return;
+        }
+        parm = static_cast<std::uint32_t>(item.from.argIndex);
+        kind = !isPlain(item) ? kEngine : item.conversion == 's' ? kString : kInteger;
+    }
+
+    // False for a parameter that cannot serve.
+    bool putInto(Appender &line, Parms &parms) const
+    {
+        if (kind == kText) return line.put(text);
+        const OvxParm &value = parms.at(parm);
+        if (kind == kString) return value.type == OVX_PARM_STRING && line.put(value.value.string);
+        std::int64_t integer = 0;
+        return readInteger(value, integer) && line.putInteger(integer);
+    }
+
+    Kind kind = kText;
+    std::uint32_t parm = 0;
+    std::string_view text = {};
+};
+
 bool FormatPlan::parse(const char *format)
 {
+    BaxMemoryFree(std::exchange(steps_, nullptr));
     cxPrintfReset(&formats_, &arguments_);
-    valid_ = CxPrintfProcessFmts(format, &formats_, &arguments_) == 0;
-    return valid_;
+    return CxPrintfProcessFmts(format, &formats_, &arguments_) == 0 && makeSteps();
 }
 
-void FormatPlan::print(CxStringBuff *buffer, const ParmList *parms)
+bool FormatPlan::makeSteps()
 {
-    const std::size_t given = parms ? parms->size() : 0;
-    if (!valid_ || static_cast<std::size_t>(arguments_.count) > given) return;
+    const auto count = static_cast<std::size_t>(formats_.count);
+    auto *steps = static_cast<Step *>(BaxMemoryMalloc((count + 1) * sizeof(Step)));
+    usesEngine_ = false;
+    for (std::size_t i = 0; steps && i < count; ++i) {
+        new (steps + i) Step(formats_.items[i]);
+        usesEngine_ = usesEngine_ || steps[i].kind == Step::kEngine;
+    }
+    steps_ = steps;
+    return steps_ != nullptr;
+}
+
+void FormatPlan::print(CxStringBuff *buffer, Parms parms)
+{
+    if (!steps_ || static_cast<std::size_t>(arguments_.count) > parms.size()) return;
     filled_ = false;
-    ParmCursor cursor(parms);
-    for (std::int32_t i = 0; i < formats_.count; ++i)
-        if (!printItem(buffer, formats_.items[i], cursor)) return;
+    Appender text(buffer);
+    for (const Step *step = steps_; step != steps_ + formats_.count; ++step) {
+        if (step->kind != Step::kEngine) {
+            if (!step->putInto(text, parms)) return;
+            continue;
+        }
+        text.suspend();
+        const bool printed = printWithEngine(buffer, *step, parms);
+        text.resume();
+        if (!printed) return;
+    }
 }
 
-bool FormatPlan::printItem(CxStringBuff *buffer, const CxPrintfFmt &item, ParmCursor &parms)
+bool FormatPlan::printWithEngine(CxStringBuff *buffer, const Step &step, Parms &parms)
 {
-    if (item.kind == 0 && isPlain(item))
-        return appendPlain(buffer, item.conversion, parms.at(item.from.argIndex));
-    if (item.kind == 0 && !filled_) fillSlots(parms);
-    return cxPrintfEmit(nullptr, buffer, item, arguments_);
+    if (!filled_) fillSlots(parms);
+    return cxPrintfEmit(nullptr, buffer, formats_.items[&step - steps_], arguments_);
 }
 
-void FormatPlan::fillSlots(ParmCursor &parms)
+void FormatPlan::fillSlots(Parms &parms)
 {
     for (std::int32_t i = 0; i < arguments_.count; ++i)
-        fillSlot(arguments_.items[i], parms.at(i));
+        fillSlot(arguments_.items[i], parms.at(static_cast<std::size_t>(i)));
     filled_ = true;
 }
 
 void FormatPlan::discard()
 {
+    BaxMemoryFree(std::exchange(steps_, nullptr));
     cxPrintfDiscard(&formats_, &arguments_);
-    valid_ = false;
 }
 
 FormatPlan &FormatCache::planOf(const char *format)

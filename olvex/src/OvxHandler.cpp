@@ -46,7 +46,7 @@ constexpr std::uint32_t kLargestKept = 64 * 1024;
 ObjectRef formatterOf(const OvxObject *handler)
 {
     const bool usable = isHandler(handler) && isFormatter(handler->formatter);
-    return ObjectRef(usable ? ovxIntlAcquireObject(handler->formatter) : nullptr);
+    return ObjectRef::to(usable ? handler->formatter : nullptr);
 }
 
 // Calls a function of the formatter's class; null when there is no formatter or no such function.

@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include "OvxFormatPlan.h"
 #include "messages/Messages.h"
 #include "ucv/CatalogSearch.h"
 #include "util/Locked.h"
@@ -38,6 +37,13 @@ bool addParameter(OvxI18Msg *msg, const OvxParm &parm)
     return ovxIntlParmListAppend(ovxGetI18MsgParmList(msg), &parm);
 }
 
+bool copyParameters(OvxI18Msg *copy, Parms parms)
+{
+    for (std::size_t i = 0; i < parms.size(); ++i)
+        if (!addParameter(copy, parms.at(i))) return false;
+    return true;
+}
+
 // A bound text ends at a zero byte, which "%c" prints for false: what follows is no part of it, and
 // no record holds such a byte.
 bool endAtZeroByte(CxStringBuff *buffer, std::uint32_t start)
@@ -50,8 +56,11 @@ bool endAtZeroByte(CxStringBuff *buffer, std::uint32_t start)
 bool printOrDefault(const OvxI18Msg *msg, const char *format, CxStringBuff *buffer)
 {
     const auto before = buffer->length;
-    if (format) formats.planOf(format).print(buffer, msg->parameters);
-    if (buffer->length > before) return endAtZeroByte(buffer, before);
+    if (format) {
+        FormatPlan &plan = formats.planOf(format);
+        plan.print(buffer, parmsOf(msg));
+        if (buffer->length > before) return !plan.mayPrintZero() || endAtZeroByte(buffer, before);
+    }
     return msg->text && CxStringBuffAppendStr(buffer, msg->text) == 1;
 }
 
@@ -84,17 +93,28 @@ void freeCodeSet(uc_ch_t *&codeSet)
 
 namespace olvex {
 
-OvxI18Msg *makeMessage(Memory memory, const char *catalog, int set, int key, const char *text)
+OvxI18Msg *makeMessage(const char *catalog, int set, int key, const char *text)
 {
-    const char *keptCatalog = memory.isArena() ? catalog : memory.duplicate(catalog);
-    const char *keptText = memory.isArena() ? text : memory.duplicate(text);
-    auto *msg = memory.make<OvxI18Msg>();
-    if (msg) *msg = {keptCatalog, set, key, keptText, nullptr, nullptr, memory};
+    const Memory heap;
+    char *keptCatalog = heap.duplicate(catalog);
+    char *keptText = heap.duplicate(text);
+    auto *msg = heap.make<OvxI18Msg>();
+    if (msg) *msg = {keptCatalog, set, key, keptText, {}, nullptr, nullptr, heap};
     if (msg && (keptCatalog || !catalog) && (keptText || !text)) return msg;
-    memory.release(msg);
-    memory.release(const_cast<char *>(keptCatalog));
-    memory.release(const_cast<char *>(keptText));
+    heap.release(msg);
+    heap.release(keptCatalog);
+    heap.release(keptText);
     return nullptr;
+}
+
+void setParameterRow(OvxI18Msg *msg, std::span<const OvxParm> row)
+{
+    if (msg) msg->row = row;
+}
+
+Parms parmsOf(const OvxI18Msg *msg)
+{
+    return msg->parameters ? Parms(msg->parameters) : Parms(msg->row);
 }
 
 bool bindMessage(const OvxI18Msg *msg, CxStringBuff *buffer)
@@ -118,7 +138,7 @@ const char *keepLocaleName(const char *name)
 
 OvxI18Msg *ovxIntlAllocI18Msg(const char *catalog, int set, int key, const char *text)
 {
-    return makeMessage(Memory(), catalog, set, key, text);
+    return makeMessage(catalog, set, key, text);
 }
 
 OvxI18Msg *ovxIntlCopyI18Msg(const OvxI18Msg *msg)
@@ -126,9 +146,8 @@ OvxI18Msg *ovxIntlCopyI18Msg(const OvxI18Msg *msg)
     if (!msg) return nullptr;
     OvxI18Msg *copy = ovxIntlAllocI18Msg(msg->catalog, msg->set, msg->key, msg->text);
     if (!copy) return nullptr;
-    copy->parameters = ovxIntlCopyParmList(msg->parameters);
     copy->locale = msg->locale;
-    if (copy->parameters || !msg->parameters) return copy;
+    if (copyParameters(copy, parmsOf(msg))) return copy;
     ovxIntlFreeI18Msg(copy);
     return nullptr;
 }
@@ -145,8 +164,11 @@ void ovxIntlFreeI18Msg(OvxI18Msg *msg)
 
 ParmList *ovxGetI18MsgParmList(OvxI18Msg *msg)
 {
-    if (!msg) return nullptr;
-    if (!msg->parameters) msg->parameters = msg->memory.make<ParmList>(msg->memory);
+    if (!msg || msg->parameters) return msg ? msg->parameters : nullptr;
+    msg->parameters = msg->memory.make<ParmList>(msg->memory);
+    if (!msg->parameters) return nullptr;
+    for (const OvxParm &parm : std::exchange(msg->row, {}))
+        msg->parameters->appendBorrowed(parm);
     return msg->parameters;
 }
 

@@ -1,4 +1,4 @@
-// The message record, its making in a given memory, and the printing of its bound text into a
+// The message record, its parameters, and the printing of its bound text into a
 // buffer. Binding runs with the API mutex held.
 #pragma once
 
@@ -7,6 +7,9 @@
 #include <olvex/Ucv.h>
 #include <olvex/class.h>
 
+#include <span>
+
+#include "OvxFormatPlan.h"
 #include "util/Memory.h"
 
 struct OvxI18Msg {
@@ -14,6 +17,7 @@ struct OvxI18Msg {
     int set;
     int key;
     const char *text;
+    std::span<const OvxParm> row; // parameters that have not been made a list
     ParmList *parameters;
     const char *locale; // borrowed
     olvex::Memory memory;
@@ -21,9 +25,15 @@ struct OvxI18Msg {
 
 namespace olvex {
 
-// Makes a message in `memory`. On the heap it copies catalog and text; in an arena it borrows them,
-// since they outlive the call that the arena serves. Null when memory runs out.
-OvxI18Msg *makeMessage(Memory memory, const char *catalog, int set, int key, const char *text);
+// Makes a message with copies of catalog and text; null when memory runs out.
+OvxI18Msg *makeMessage(const char *catalog, int set, int key, const char *text);
+
+// Gives a message its parameters, in a row that lives as long as it does. They become a list once
+// somebody asks for that.
+void setParameterRow(OvxI18Msg *msg, std::span<const OvxParm> row);
+
+// The parameters, wherever they are.
+Parms parmsOf(const OvxI18Msg *msg);
 
 // Appends the bound text to `buffer`; false when there is none, or memory runs out.
 bool bindMessage(const OvxI18Msg *msg, CxStringBuff *buffer);

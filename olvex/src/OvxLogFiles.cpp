@@ -122,9 +122,11 @@ CxResult writeAll(CxFile *file, const char *bytes, std::size_t count)
     return writeRest(file, bytes, count, done);
 }
 
-CxResult appendRecord(CxFile *file, const char *bytes, std::size_t count, std::uint64_t size)
+CxResult finishRecord(CxFile *file, const char *bytes, std::size_t count, std::uint64_t size,
+                      ssize_t written)
 {
-    std::size_t done = 0;
+    if (written < 0 && errno != EINTR) return failure(errno);
+    std::size_t done = written > 0 ? static_cast<std::size_t>(written) : 0;
     const CxResult result = writeRest(file, bytes, count, done);
     if (!ok(result) && done > 0) takeBack(*file, size, done);
     return result;

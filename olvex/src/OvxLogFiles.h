@@ -4,7 +4,10 @@
 
 #include <olvex/File.h>
 
+#include "util/CxResult.h"
 #include "util/Memory.h"
+
+#include <unistd.h>
 
 namespace olvex {
 
@@ -28,9 +31,18 @@ bool makeLogDirectory(const LogName &name, std::uint32_t mode);
 
 // Writes all bytes, however many calls that takes.
 CxResult writeAll(CxFile *file, const char *bytes, std::size_t count);
+// What appendRecord does when its one write was not enough or failed.
+CxResult finishRecord(CxFile *file, const char *bytes, std::size_t count, std::uint64_t size,
+                      ssize_t written);
 // Writes a record to the end of a log of `size` bytes. When only a part of it finds room, that part
 // is taken back, so that the next record does not stand in the middle of a line.
-CxResult appendRecord(CxFile *file, const char *bytes, std::size_t count, std::uint64_t size);
+inline CxResult appendRecord(CxFile *file, const char *bytes, std::size_t count, std::uint64_t size)
+{
+    const ssize_t written = write(*file, bytes, count);
+    if (written >= 0 && static_cast<std::size_t>(written) == count) [[likely]]
+        return success();
+    return finishRecord(file, bytes, count, size, written);
+}
 
 // Removes or renames a file; what is not there is no failure.
 CxResult removeIfThere(const char *path);

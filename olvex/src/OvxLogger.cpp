@@ -7,56 +7,63 @@
 #include "OvxToolkit.h"
 #include "messages/Messages.h"
 #include "util/Locked.h"
+#include "util/OneFrame.h"
 
 using namespace olvex;
 
 namespace {
 
-// Where events of logging calls live, one inside the other when a report is logged on the way.
+// Where events of logging calls find room for more, one inside the other when a report is logged on
+// the way.
 Arena eventArena;
-
-// An event of one logging call: made in the arena with all that it owns, gone with its scope.
-class CallEvent {
-  public:
-    CallEvent(int level, const char *catalog, int set, int key, const char *text, va_list list)
-        : mark_(eventArena.mark()),
-          event_(makeEvent(Memory(&eventArena), level, catalog, set, key, text, list))
-    {}
-    ~CallEvent() { eventArena.release(mark_); }
-    CallEvent(const CallEvent &) = delete;
-    CallEvent &operator=(const CallEvent &) = delete;
-
-    OvxEvent *get() const { return event_; }
-
-  private:
-    Arena::Mark mark_;
-    OvxEvent *event_;
-};
 
 // Hands the event to the logger. A logger that is at work already, because it or one of its
 // handlers reports a failure of its own, is left out: its other listeners still get the report.
-void hand(OvxObject *logger, OvxFLog log, OvxEvent *event)
+OVX_ONE_FRAME void hand(OvxObject *logger, OvxFLog log, OvxEvent *event)
 {
-    if (!event) return;
     if (logger->running) return OvxBasicObjectFLog(logger, event);
-    const ObjectRef reference(ovxIntlAcquireObject(logger));
+    const ObjectRef reference = ObjectRef::to(logger);
     const Running running(logger);
     log(logger, event);
+}
+
+OVX_ONE_FRAME OvxFLog logFunctionOf(const OvxObject *logger)
+{
+    return isLogger(logger) && logger->enabled ? logger->cls->slots.log : nullptr;
+}
+
+OVX_ONE_FRAME void enterMessage(OvxObject *logger, int level, const char *catalog, int set, int key,
+                                const char *text, va_list parameters)
+{
+    const OvxFLog log = logFunctionOf(logger);
+    if (!log) return;
+    CallEvent event(&eventArena, level, catalog, set, key, text, parameters);
+    event.get()->isMessage = true;
+    hand(logger, log, event.get());
+}
+
+OVX_ONE_FRAME void enterDebug(OvxObject *logger, int level, const SourceLocation &source,
+                              const char *text, va_list parameters)
+{
+    const OvxFLog log = logFunctionOf(logger);
+    if (!log) return;
+    CallEvent event(&eventArena, level, nullptr, 0, 0, text, parameters);
+    setSourceLocation(event.get(), source);
+    hand(logger, log, event.get());
 }
 
 void logMessage(OvxObject *logger, int level, const char *catalog, int set, int key,
                 const char *text, va_list parameters)
 {
     if (!OvxWouldLog(logger, level)) return;
-    locked([&] { ovxLogMessageEntry(logger, level, catalog, set, key, text, parameters); });
+    locked([&] { enterMessage(logger, level, catalog, set, key, text, parameters); });
 }
 
-void logDebug(OvxObject *logger, int level, const char *srcFile, const char *srcFunction,
-              int srcLine, const char *text, va_list parameters)
+void logDebug(OvxObject *logger, int level, const SourceLocation &source, const char *text,
+              va_list parameters)
 {
     if (!OvxWouldLog(logger, level)) return;
-    locked(
-        [&] { ovxLogDebugEntry(logger, level, srcFile, srcFunction, srcLine, text, parameters); });
+    locked([&] { enterDebug(logger, level, source, text, parameters); });
 }
 
 } // namespace
@@ -78,7 +85,7 @@ bool ovxIntlIsLoggable()
 
 OvxFLog ovxIntlLoggerGetFLog(OvxObject *logger)
 {
-    return isLogger(logger) && logger->enabled ? logger->cls->slots.log : nullptr;
+    return logFunctionOf(logger);
 }
 
 OvxFLog OvxLoggerGetFLog(OvxObject *logger)
@@ -89,22 +96,13 @@ OvxFLog OvxLoggerGetFLog(OvxObject *logger)
 void ovxLogMessageEntry(OvxObject *logger, int level, const char *catalog, int set, int key,
                         const char *text, va_list parameters)
 {
-    const OvxFLog log = ovxIntlLoggerGetFLog(logger);
-    if (!log) return;
-    const CallEvent event(level, catalog, set, key, text, parameters);
-    OvxSetEventIsMessage(event.get(), true);
-    hand(logger, log, event.get());
+    enterMessage(logger, level, catalog, set, key, text, parameters);
 }
 
 void ovxLogDebugEntry(OvxObject *logger, int level, const char *srcFile, const char *srcFunction,
                       int srcLine, const char *text, va_list parameters)
 {
-    const OvxFLog log = ovxIntlLoggerGetFLog(logger);
-    if (!log) return;
-    const CallEvent event(level, nullptr, 0, 0, text, parameters);
-    OvxSetEventIsMessage(event.get(), false);
-    setSourceLocation(event.get(), srcFile, srcFunction, srcLine);
-    hand(logger, log, event.get());
+    enterDebug(logger, level, {srcFile, srcFunction, srcLine}, text, parameters);
 }
 
 void ovxIntlLogVA(int level, int key, const char *text, ...)
@@ -145,13 +143,13 @@ void OvxBasicLoggerFCfgChange(OvxObject *logger, const char *name)
     {                                                                                              \
         va_list parameters;                                                                        \
         va_start(parameters, text);                                                                \
-        logDebug(logger, level, srcFile, srcFunction, srcLine, text, parameters);                  \
+        logDebug(logger, level, {srcFile, srcFunction, srcLine}, text, parameters);                \
         va_end(parameters);                                                                        \
     }                                                                                              \
     void Name##VA(OvxObject *logger, const char *srcFile, const char *srcFunction, int srcLine,    \
                   const char *text, va_list parameters)                                            \
     {                                                                                              \
-        logDebug(logger, level, srcFile, srcFunction, srcLine, text, parameters);                  \
+        logDebug(logger, level, {srcFile, srcFunction, srcLine}, text, parameters);                \
     }
 
 DEFINE_MESSAGE_CALL(OvxLogMsg, OVX_LEVEL_NONE)
@@ -173,5 +171,5 @@ void OvxLogText(OvxObject *logger, const char *text, ...)
 
 void OvxLogTextVA(OvxObject *logger, const char *text, va_list parameters)
 {
-    logDebug(logger, OVX_LEVEL_NONE, nullptr, nullptr, 0, text, parameters);
+    logDebug(logger, OVX_LEVEL_NONE, {}, text, parameters);
 }

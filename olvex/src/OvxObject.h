@@ -109,14 +109,31 @@ class Running {
 class ObjectRef {
   public:
     explicit ObjectRef(OvxObject *owned = nullptr) : object_(owned) {}
-    ~ObjectRef() { ovxIntlReleaseObject(object_); }
+    ~ObjectRef()
+    {
+        if (!object_) return;
+        if (object_->references > kMostThatMayEnd)
+            --object_->references;
+        else
+            ovxIntlReleaseObject(object_);
+    }
     ObjectRef(const ObjectRef &) = delete;
     ObjectRef &operator=(const ObjectRef &) = delete;
+
+    // A further reference.
+    static ObjectRef to(OvxObject *object)
+    {
+        if (object) ++object->references;
+        return ObjectRef(object);
+    }
 
     OvxObject *get() const { return object_; }
     explicit operator bool() const { return object_ != nullptr; }
 
   private:
+    // Beyond these, the last but the registry's, giving one back only counts.
+    static constexpr std::uint32_t kMostThatMayEnd = 2;
+
     OvxObject *object_;
 };
 

@@ -34,7 +34,7 @@ void deliver(OvxObject *listener, OvxEvent *event)
     if (listener->running || !(isFilter(listener) || isHandler(listener))) return;
     const OvxFProcess process = listener->cls->slots.process;
     if (!process) return;
-    const ObjectRef reference(ovxIntlAcquireObject(listener));
+    const ObjectRef reference = ObjectRef::to(listener);
     const Running running(listener);
     process(listener, event);
 }

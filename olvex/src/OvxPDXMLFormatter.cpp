@@ -122,7 +122,7 @@ void addTime(CxStringBuff *buffer, OvxObject *formatter, const OvxEvent *event)
 void addAttributes(CxStringBuff *buffer, const OvxEvent *event)
 {
     add(buffer, " <LogAttribs>");
-    for (const auto *node = event->properties->first(); node; node = node->next()) {
+    for (const auto *node = propertiesOf(event)->first(); node; node = node->next()) {
         if (!ovxPDXMLCheckKey(node->key())) continue;
         add(buffer, "<Key>");
         add(buffer, node->key());
@@ -271,9 +271,9 @@ void ovxPDXMLEmitTranslationInfo(CxStringBuff *buffer, const OvxEvent *event, co
     add(buffer, "\" SetId=\"");
     CxStringBuffAppendInt32(buffer, message->set);
     add(buffer, "\">");
-    const auto *node = message->parameters ? message->parameters->first() : nullptr;
-    for (; node; node = node->next())
-        addParameter(buffer, *node->element());
+    Parms parms = parmsOf(message);
+    for (std::size_t i = 0; i < parms.size(); ++i)
+        addParameter(buffer, parms.at(i));
     add(buffer, "</TranslationInfo>\n");
 }
 

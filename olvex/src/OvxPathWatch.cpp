@@ -10,8 +10,8 @@
 #include <climits>
 #include <cstring>
 #include <pthread.h>
+#include <sys/epoll.h>
 #include <sys/inotify.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -35,40 +35,46 @@ constexpr unsigned long kWatchableFileSystems[] = {
 int instance = -1;
 int users = 0;
 int looks = 0;
-std::uint64_t now = 1;
+
+// A host that closes all descriptors may have put another file in the place of one of ours, of
+// which nothing must be read and which is not ours to close.
+bool isOurs(int descriptor)
+{
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 && (status.st_mode & S_IFMT) == 0;
+}
+
+void closeInstance()
+{
+    for (int *descriptor : {&instance, &PathEvents::epoll}) {
+        if (*descriptor >= 0 && isOurs(*descriptor)) close(*descriptor);
+        *descriptor = -1;
+    }
+}
+
+bool openInstance()
+{
+    if (instance >= 0) return true;
+    instance = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    PathEvents::epoll = epoll_create1(EPOLL_CLOEXEC);
+    epoll_event interest = {};
+    interest.events = EPOLLIN;
+    if (epoll_ctl(PathEvents::epoll, EPOLL_CTL_ADD, instance, &interest) == 0) return true;
+    closeInstance();
+    return false;
+}
 
 // The child shares the parent's instance and would take its events away.
 void startAnewInChild()
 {
-    if (instance >= 0) close(instance);
-    instance = -1;
+    closeInstance();
     looks = 0;
-    ++now;
+    ++PathEvents::now;
 }
 
 [[gnu::constructor]] void startAnewInChildren()
 {
     pthread_atfork(nullptr, nullptr, startAnewInChild);
-}
-
-// A host that closes all descriptors may have put another file in the instance's place, of which
-// nothing must be read.
-bool isInstanceOurs()
-{
-    struct stat status = {};
-    return fstat(instance, &status) == 0 && (status.st_mode & S_IFMT) == 0;
-}
-
-// Takes all events.
-[[gnu::cold]] void moveOn()
-{
-    alignas(inotify_event) char events[4096];
-    ++now;
-    if (!isInstanceOurs())
-        instance = -1;
-    else
-        while (read(instance, events, sizeof events) > 0) {
-        }
 }
 
 bool isWatchable(const char *path)
@@ -131,21 +137,25 @@ class Walk {
 
 namespace olvex {
 
+int PathEvents::epoll = -1;
+std::uint64_t PathEvents::now = 1;
+const epoll_event PathEvents::kNoPlace = {};
+
+[[gnu::cold]] void PathEvents::take()
+{
+    alignas(inotify_event) char events[4096];
+    ++now;
+    if (!isOurs(instance))
+        closeInstance();
+    else
+        while (read(instance, events, sizeof events) > 0) {
+        }
+}
+
 PathWatch::~PathWatch()
 {
     end();
-    if (!isUser_ || --users > 0 || instance < 0) return;
-    if (isInstanceOurs()) close(instance);
-    instance = -1;
-}
-
-bool PathWatch::isQuiet() const
-{
-    if (watchedSince_ == 0) return false;
-    int waiting = 0;
-    if (ioctl(instance, FIONREAD, &waiting) != 0 || waiting != 0) [[unlikely]]
-        moveOn();
-    return watchedSince_ == now;
+    if (isUser_ && --users == 0) closeInstance();
 }
 
 void PathWatch::beforeLook(const char *path)
@@ -156,13 +166,13 @@ void PathWatch::beforeLook(const char *path)
     looks = kLooksBeforeWatching;
     if (--looksToGo_ > 0) return;
     looksToGo_ = kLooksBetweenWatches;
-    if (instance < 0) instance = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     if (!isUser_) ++users;
     isUser_ = true;
+    if (PathEvents::arePending()) PathEvents::take(); // of the watch that ended
     const Text copy(BaxStringDup(path));
-    file_ = copy && instance >= 0 ? Walk().watchAll(copy.get()) : -1;
+    file_ = copy && openInstance() ? Walk().watchAll(copy.get()) : -1;
     isRefused_ = file_ < 0;
-    watchedSince_ = isRefused_ ? 0 : now;
+    watchedSince_ = isRefused_ ? 0 : PathEvents::now;
 }
 
 void PathWatch::end()

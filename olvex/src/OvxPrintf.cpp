@@ -80,7 +80,7 @@ char *OvxAprintf(const char *format, const ParmList *parms)
     FormatPlan plan;
     CxStringBuff buffer = {};
     plan.parse(format);
-    plan.print(&buffer, parms);
+    plan.print(&buffer, Parms(parms));
     plan.discard();
     if (buffer.length == 0) CxStringBuffDiscard(&buffer);
     return CxStringBuffTakeStr(&buffer);

@@ -31,7 +31,8 @@ class ProblemProps {
 
     explicit ProblemProps(const OvxEvent *event)
     {
-        const auto *node = event->properties ? event->properties->first() : nullptr;
+        const StringToStringMap *properties = propertiesOf(event);
+        const auto *node = properties ? properties->first() : nullptr;
         for (; node; node = node->next()) {
             const Name name = nameOf(node->key());
             if (name == kOther)

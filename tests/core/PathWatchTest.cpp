@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <functional>
+#include <sys/epoll.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -109,31 +110,49 @@ TEST_F(WatchedPath, WhatCannotBeWatchedIsNeverQuiet)
     EXPECT_FALSE(young.isQuiet());
 }
 
-// As programs do that go into the background: all descriptors are closed, and used for other
-// things.
-TEST_F(WatchedPath, AHostThatClosesAllDescriptorsKeepsItsData)
+// The descriptors of this process whose kind's name holds `kind`.
+std::vector<int> descriptorsOf(const std::string &kind)
 {
-    settle();
-    int ends[2];
-    std::vector<int> taken;
+    std::vector<int> found;
     for (int descriptor = 3; descriptor < 64; ++descriptor) {
         char target[64] = {};
         const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
         if (readlink(link.c_str(), target, sizeof target - 1) > 0 &&
-            std::string(target).find("inotify") != std::string::npos)
-            taken.push_back(descriptor);
+            std::string(target).find(kind) != std::string::npos)
+            found.push_back(descriptor);
     }
-    ASSERT_EQ(taken.size(), 1u);
-    ASSERT_EQ(fcntl(taken[0], F_GETFD), FD_CLOEXEC);
+    return found;
+}
+
+// As programs do that go into the background: all descriptors are closed, and used for other
+// things, of which nothing may be taken: bytes, or an event that is told but once.
+TEST_F(WatchedPath, AHostThatClosesAllDescriptorsKeepsItsData)
+{
+    settle();
+    const std::vector<int> inotify = descriptorsOf("inotify");
+    const std::vector<int> polls = descriptorsOf("eventpoll");
+    ASSERT_EQ(inotify.size(), 1u);
+    ASSERT_EQ(polls.size(), 1u);
+    for (const int descriptor : {inotify[0], polls[0]})
+        ASSERT_EQ(fcntl(descriptor, F_GETFD), FD_CLOEXEC);
+    int ends[2];
     ASSERT_EQ(pipe(ends), 0);
-    ASSERT_EQ(dup2(ends[0], taken[0]), taken[0]);
     ASSERT_EQ(write(ends[1], "data", 4), 4);
+    ASSERT_EQ(dup2(ends[0], inotify[0]), inotify[0]);
+    const int poll = epoll_create1(0);
+    epoll_event once = {};
+    once.events = EPOLLIN | EPOLLONESHOT;
+    ASSERT_EQ(epoll_ctl(poll, EPOLL_CTL_ADD, ends[0], &once), 0);
+    ASSERT_EQ(dup2(poll, polls[0]), polls[0]);
+
     EXPECT_FALSE(watch_.isQuiet());
-    char data[4];
-    EXPECT_EQ(read(taken[0], data, 4), 4);
     settle();
     EXPECT_TRUE(watch_.isQuiet());
-    for (const int descriptor : {ends[0], ends[1], taken[0]})
+    char data[4];
+    EXPECT_EQ(read(inotify[0], data, 4), 4);
+    ASSERT_EQ(write(ends[1], "more", 4), 4);
+    EXPECT_EQ(epoll_wait(poll, &once, 1, 0), 1);
+    for (const int descriptor : {ends[0], ends[1], inotify[0], poll, polls[0]})
         close(descriptor);
 }
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 // Makes room for `extra` more bytes and the terminator; 0 when it cannot be had.
 int cxStringBuffHasCapacity(CxStringBuff *buffer, std::size_t extra);
@@ -44,5 +45,77 @@ inline bool appendFill(CxStringBuff *buffer, char byte, std::size_t count)
     extend(buffer, count);
     return true;
 }
+
+// The longest 64-bit number in decimal, with its sign.
+inline constexpr std::size_t kMostDigits = 20;
+
+// Writes a number in decimal so that it ends before `end`; returns its first place.
+inline char *writeDigits(char *end, std::int64_t value)
+{
+    const auto bits = static_cast<std::uint64_t>(value);
+    std::uint64_t rest = value < 0 ? 0 - bits : bits;
+    do {
+        *--end = static_cast<char>('0' + rest % 10);
+        rest /= 10;
+    } while (rest);
+    if (value < 0) *--end = '-';
+    return end;
+}
+
+// Appends piece after piece to a buffer, whose end it keeps to itself until suspend() or its own
+// end: so the buffer's record is not read and written again for every piece. What else appends to
+// the buffer meanwhile stands between suspend() and resume().
+class Appender {
+  public:
+    explicit Appender(CxStringBuff *buffer) : buffer_(buffer) { resume(); }
+    ~Appender() { suspend(); }
+    Appender(const Appender &) = delete;
+    Appender &operator=(const Appender &) = delete;
+
+    bool put(const char *bytes, std::size_t count)
+    {
+        if (!makeRoom(count)) return false;
+        std::memcpy(at_, bytes, count);
+        at_ += count;
+        return true;
+    }
+    bool put(std::string_view text) { return put(text.data(), text.size()); }
+    bool put(const char *text) { return text && put(text, std::strlen(text)); }
+
+    bool putInteger(std::int64_t value)
+    {
+        char digits[kMostDigits];
+        char *const end = digits + sizeof digits;
+        const char *const first = writeDigits(end, value);
+        return put(first, static_cast<std::size_t>(end - first));
+    }
+
+    void suspend()
+    {
+        if (!at_) return;
+        *at_ = '\0';
+        buffer_->length = static_cast<std::uint32_t>(at_ - buffer_->str);
+    }
+    void resume()
+    {
+        at_ = buffer_->str ? buffer_->str + buffer_->length : nullptr;
+        end_ = buffer_->str ? buffer_->str + buffer_->capacity : nullptr;
+    }
+
+  private:
+    bool makeRoom(std::size_t count)
+    {
+        if (count < static_cast<std::size_t>(end_ - at_)) [[likely]]
+            return true;
+        suspend();
+        const bool hasRoom = cxStringBuffHasCapacity(buffer_, count);
+        resume();
+        return hasRoom;
+    }
+
+    CxStringBuff *buffer_;
+    char *at_;
+    char *end_;
+};
 
 } // namespace olvex

@@ -66,7 +66,9 @@ const Row kRows[] = {
     {"statfs64", {EIO}, kNothing},
     {"inotify_init1", {EMFILE}, kNothing},
     {"inotify_add_watch", {ENOSPC, ENOMEM}, kNothing},
-    {"ioctl", {EBADF}, kNothing},
+    {"epoll_create1", {EMFILE}, kNothing},
+    {"epoll_ctl", {ENOSPC, ENOMEM}, kNothing},
+    {"epoll_wait", {EBADF}, kNothing},
 };
 
 class CallFailure : public ::testing::TestWithParam<Row> {
