@@ -17,11 +17,8 @@ using Names = std::set<std::string>;
 
 class LogDirectory {
   public:
-    explicit LogDirectory(const std::string &parent = "/tmp")
-    {
-        path_ = make(parent);
-        if (path_.empty()) path_ = make("/tmp");
-    }
+    // Below /tmp when it cannot be made in `parent`.
+    explicit LogDirectory(const std::string &parent = "/tmp") : path_(make(parent)) {}
     ~LogDirectory() { std::filesystem::remove_all(path_); }
     LogDirectory(const LogDirectory &) = delete;
     LogDirectory &operator=(const LogDirectory &) = delete;
@@ -63,7 +60,8 @@ class LogDirectory {
     static std::string make(const std::string &parent)
     {
         std::string pattern = parent + "/olvex-logs-XXXXXX";
-        return mkdtemp(pattern.data()) ? pattern : std::string();
+        if (mkdtemp(pattern.data())) return pattern;
+        return parent == "/tmp" ? std::string() : make("/tmp");
     }
 
     std::filesystem::path path_;

@@ -21,8 +21,8 @@ check_scripts() { sources dev .ci/run '*.sh' | xargs shellcheck; }
 check_cppcheck() {
     cppcheck --quiet --error-exitcode=1 --inline-suppr --std=c++20 -j 2 \
         --enable=warning,performance,portability --suppressions-list=tools/lint/cppcheck.txt \
-        --project="$build/compile_commands.json" --file-filter="$PWD/olvex/src/*" \
-        --file-filter="$PWD/src/common/*" --file-filter="$PWD/tools/*"
+        --project="$build/compile_commands.json" --file-filter='olvex/src/*' \
+        --file-filter='src/common/*' --file-filter='tools/*'
 }
 
 check_tidy() {
