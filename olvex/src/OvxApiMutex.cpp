@@ -2,6 +2,7 @@
 // knows its holder, who may ask for it again: that is a public call from inside a class function.
 // Held over a fork, so that a child finds everything in order. A thread that holds it cannot be
 // cancelled: one that ended in the middle of a write would leave all others waiting for ever.
+#include "util/EventPath.h"
 #include "util/Locked.h"
 
 #include <olvex/class.h>
@@ -80,7 +81,7 @@ void unlockNow()
     pthread_mutex_unlock(&apiMutex);
 }
 
-bool take()
+OVX_HOT bool take()
 {
     const pthread_t self = pthread_self();
     if (holder.load(std::memory_order_relaxed) == self) return false;
@@ -117,7 +118,7 @@ void afterFork()
 
 } // namespace
 
-bool ovxAPIMutexLock()
+OVX_HOT bool ovxAPIMutexLock()
 {
     return take() || refuse();
 }
@@ -127,7 +128,7 @@ bool ovxAPIMutexLockUnlessHeld()
     return take();
 }
 
-void ovxAPIMutexUnlock()
+OVX_HOT void ovxAPIMutexUnlock()
 {
     if (!isMine()) return OvxReportPlatformErr('p', EPERM);
     const int before = cancelStateBefore;

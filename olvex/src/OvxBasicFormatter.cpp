@@ -13,6 +13,7 @@
 #include "OvxI18Msg.h"
 #include "OvxProps.h"
 #include "util/CxStringBuff.h"
+#include "util/EventPath.h"
 #include "util/Memory.h"
 #include "util/OvxStringToStringMap.h"
 
@@ -215,7 +216,7 @@ bool appendDate(const OvxObject *formatter, std::int64_t milliseconds, CxStringB
     return appendBytes(buffer, date.get().data(), date.get().size());
 }
 
-bool appendBasicFormat(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer)
+OVX_HOT bool appendBasicFormat(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer)
 {
     if (!event || !isFormatter(formatter) || !formatter->cls->slots.bindMsg) return false;
     const std::string_view separator = formatter->separator ? formatter->separator : " ";

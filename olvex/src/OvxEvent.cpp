@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "messages/Messages.h"
+#include "util/EventPath.h"
 #include "util/OvxParmList.h"
 #include "util/OvxStringToStringMap.h"
 
@@ -57,7 +58,7 @@ class ParameterReader {
     ParameterReader(const ParameterReader &) = delete;
     ParameterReader &operator=(const ParameterReader &) = delete;
 
-    void readAll()
+    OVX_HOT void readAll()
     {
         bool known = true;
         bool ended = false;
@@ -165,8 +166,8 @@ void putSource(StringToStringMap *map, const SourceLocation &source)
 
 namespace olvex {
 
-CallEvent::CallEvent(Arena *arena, int level, const char *catalog, int set, int key,
-                     const char *text, va_list parameters)
+OVX_HOT CallEvent::CallEvent(Arena *arena, int level, const char *catalog, int set, int key,
+                             const char *text, va_list parameters)
     : arena_(arena),
       mark_(arena->mark()),
       event_{.isMessage = catalog != nullptr,
@@ -179,7 +180,7 @@ CallEvent::CallEvent(Arena *arena, int level, const char *catalog, int set, int 
     ParameterReader(&event_, parameters, parameters_).readAll();
 }
 
-void setSourceLocation(OvxEvent *event, const SourceLocation &source)
+OVX_HOT void setSourceLocation(OvxEvent *event, const SourceLocation &source)
 {
     if (!event) return;
     if (event->properties)

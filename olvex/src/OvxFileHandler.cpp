@@ -12,7 +12,7 @@
 #include "messages/Messages.h"
 #include "util/CxResult.h"
 #include "util/CxStringBuff.h"
-#include "util/OneFrame.h"
+#include "util/EventPath.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -212,7 +212,7 @@ void OvxFileHandlerFFreeVars(void *variables)
     reportFailure(closed);
 }
 
-void OvxFileHandlerFProcess(OvxObject *handler, OvxEvent *event)
+OVX_HOT void OvxFileHandlerFProcess(OvxObject *handler, OvxEvent *event)
 {
     OvxFileHandlerVars *vars = fileVarsOf(handler);
     if (!vars || !event || !handler->enabled) return;

@@ -4,6 +4,7 @@
 
 #include "util/CxPrintUtil.h"
 #include "util/CxStringBuff.h"
+#include "util/EventPath.h"
 #include "util/OvxParmList.h"
 
 #include <new>
@@ -122,7 +123,7 @@ bool FormatPlan::makeSteps()
     return steps_ != nullptr;
 }
 
-void FormatPlan::print(CxStringBuff *buffer, Parms parms)
+OVX_HOT void FormatPlan::print(CxStringBuff *buffer, Parms parms)
 {
     if (!steps_ || static_cast<std::size_t>(arguments_.count) > parms.size()) return;
     filled_ = false;
@@ -158,7 +159,7 @@ void FormatPlan::discard()
     cxPrintfDiscard(&formats_, &arguments_);
 }
 
-FormatPlan &FormatCache::planOf(const char *format)
+OVX_HOT FormatPlan &FormatCache::planOf(const char *format)
 {
     const auto address = reinterpret_cast<std::uintptr_t>(format);
     Slot &slot = slots_[(address ^ address >> 7) % kSlots];

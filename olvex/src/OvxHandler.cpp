@@ -6,6 +6,7 @@
 #include "OvxBasicFormatter.h"
 #include "OvxMavTraceFormatter.h"
 #include "OvxPDXMLFormatter.h"
+#include "util/EventPath.h"
 #include "util/Locked.h"
 
 using namespace olvex;
@@ -43,7 +44,7 @@ constexpr std::uint32_t kLargestKept = 64 * 1024;
 
 // What the handler formats with, held while a function of its class runs: that function may give
 // the handler another one.
-ObjectRef formatterOf(const OvxObject *handler)
+OVX_HOT ObjectRef formatterOf(const OvxObject *handler)
 {
     const bool usable = isHandler(handler) && isFormatter(handler->formatter);
     return ObjectRef::to(usable ? handler->formatter : nullptr);
@@ -62,7 +63,7 @@ char *callFormatter(const OvxObject *handler, Function ClassSlots::*slot, Argume
 
 namespace olvex {
 
-EventText::EventText(OvxObject *handler, OvxEvent *event)
+OVX_HOT EventText::EventText(OvxObject *handler, OvxEvent *event)
 {
     const ObjectRef formatter = formatterOf(handler);
     if (!formatter) return;
@@ -80,7 +81,7 @@ EventText::EventText(OvxObject *handler, OvxEvent *event)
     size_ = shared.text.length;
 }
 
-EventText::~EventText()
+OVX_HOT EventText::~EventText()
 {
     if (!usesSharedBuffer_) return;
     if (shared.text.capacity > kLargestKept) CxStringBuffDiscard(&shared.text);

@@ -6,6 +6,7 @@
 
 #include "messages/Messages.h"
 #include "ucv/CatalogSearch.h"
+#include "util/EventPath.h"
 #include "util/Locked.h"
 #include "util/OvxParmList.h"
 #include "util/OvxStringGroup.h"
@@ -53,7 +54,7 @@ bool endAtZeroByte(CxStringBuff *buffer, std::uint32_t start)
 }
 
 // Appends `format` printed over the parameters; what cannot be printed appends the default text.
-bool printOrDefault(const OvxI18Msg *msg, const char *format, CxStringBuff *buffer)
+OVX_HOT bool printOrDefault(const OvxI18Msg *msg, const char *format, CxStringBuff *buffer)
 {
     const auto before = buffer->length;
     if (format) {
@@ -107,17 +108,7 @@ OvxI18Msg *makeMessage(const char *catalog, int set, int key, const char *text)
     return nullptr;
 }
 
-void setParameterRow(OvxI18Msg *msg, std::span<const OvxParm> row)
-{
-    if (msg) msg->row = row;
-}
-
-Parms parmsOf(const OvxI18Msg *msg)
-{
-    return msg->parameters ? Parms(msg->parameters) : Parms(msg->row);
-}
-
-bool bindMessage(const OvxI18Msg *msg, CxStringBuff *buffer)
+OVX_HOT bool bindMessage(const OvxI18Msg *msg, CxStringBuff *buffer)
 {
     if (!msg) return false;
     return msg->catalog ? bindFromCatalog(msg, buffer) : printOrDefault(msg, msg->text, buffer);

@@ -30,10 +30,16 @@ OvxI18Msg *makeMessage(const char *catalog, int set, int key, const char *text);
 
 // Gives a message its parameters, in a row that lives as long as it does. They become a list once
 // somebody asks for that.
-void setParameterRow(OvxI18Msg *msg, std::span<const OvxParm> row);
+inline void setParameterRow(OvxI18Msg *msg, std::span<const OvxParm> row)
+{
+    if (msg) msg->row = row;
+}
 
 // The parameters, wherever they are.
-Parms parmsOf(const OvxI18Msg *msg);
+inline Parms parmsOf(const OvxI18Msg *msg)
+{
+    return msg->parameters ? Parms(msg->parameters) : Parms(msg->row);
+}
 
 // Appends the bound text to `buffer`; false when there is none, or memory runs out.
 bool bindMessage(const OvxI18Msg *msg, CxStringBuff *buffer);

@@ -6,8 +6,8 @@
 #include "OvxEvent.h"
 #include "OvxToolkit.h"
 #include "messages/Messages.h"
+#include "util/EventPath.h"
 #include "util/Locked.h"
-#include "util/OneFrame.h"
 
 using namespace olvex;
 
@@ -52,15 +52,15 @@ OVX_ONE_FRAME void enterDebug(OvxObject *logger, int level, const SourceLocation
     hand(logger, log, event.get());
 }
 
-void logMessage(OvxObject *logger, int level, const char *catalog, int set, int key,
-                const char *text, va_list parameters)
+OVX_HOT void logMessage(OvxObject *logger, int level, const char *catalog, int set, int key,
+                        const char *text, va_list parameters)
 {
     if (!OvxWouldLog(logger, level)) return;
     locked([&] { enterMessage(logger, level, catalog, set, key, text, parameters); });
 }
 
-void logDebug(OvxObject *logger, int level, const SourceLocation &source, const char *text,
-              va_list parameters)
+OVX_HOT void logDebug(OvxObject *logger, int level, const SourceLocation &source, const char *text,
+                      va_list parameters)
 {
     if (!OvxWouldLog(logger, level)) return;
     locked([&] { enterDebug(logger, level, source, text, parameters); });
@@ -124,7 +124,8 @@ void OvxBasicLoggerFCfgChange(OvxObject *logger, const char *name)
 
 // Each logging call has a form with "..." and one with a va_list; only names and levels differ.
 #define DEFINE_MESSAGE_CALL(Name, level)                                                           \
-    void Name(OvxObject *logger, const char *catalog, int set, int key, const char *text, ...)     \
+    OVX_HOT void Name(OvxObject *logger, const char *catalog, int set, int key, const char *text,  \
+                      ...)                                                                         \
     {                                                                                              \
         va_list parameters;                                                                        \
         va_start(parameters, text);                                                                \
@@ -138,8 +139,8 @@ void OvxBasicLoggerFCfgChange(OvxObject *logger, const char *name)
     }
 
 #define DEFINE_DEBUG_CALL(Name, level)                                                             \
-    void Name(OvxObject *logger, const char *srcFile, const char *srcFunction, int srcLine,        \
-              const char *text, ...)                                                               \
+    OVX_HOT void Name(OvxObject *logger, const char *srcFile, const char *srcFunction,             \
+                      int srcLine, const char *text, ...)                                          \
     {                                                                                              \
         va_list parameters;                                                                        \
         va_start(parameters, text);                                                                \

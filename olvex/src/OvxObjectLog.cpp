@@ -7,6 +7,7 @@
 
 #include "OvxStrTok.h"
 #include "messages/Messages.h"
+#include "util/EventPath.h"
 #include "util/Locked.h"
 #include "util/Memory.h"
 #include "util/OvxListenerGroup.h"
@@ -131,9 +132,9 @@ void OvxBasicObjectFCfgChange(OvxObject *object, const char *name)
         if (BaxStringCmp(name, change.name) == 0) return change.apply(object);
 }
 
-void OvxBasicObjectFLog(OvxObject *object, OvxEvent *event)
+OVX_HOT void OvxBasicObjectFLog(OvxObject *object, OvxEvent *event)
 {
-    if (!ovxIntlIsObjectEnabled(object)) return;
+    if (!object || !object->enabled) return;
     ListenerGroup *group = ovxFetchListenerGroup(object, false);
     if (!group || !group->first()) {
         if (isLogger(object)) reportNoListeners(object);

@@ -1,5 +1,6 @@
 // The growable string. Sizes are worked out in 64 bits and refused above the signed 32-bit range.
 #include "util/CxStringBuff.h"
+#include "util/EventPath.h"
 
 #include <olvex/Memory.h>
 #include <olvex/Ucv.h>
@@ -227,7 +228,7 @@ int CxStringBuffChangeToUTF8(uc_ch_t *codeSet, CxStringBuff *buffer)
     return change(codeSet, buffer, 3, ucv_to_utf8);
 }
 
-void CxStringBuffRestart(CxStringBuff *buffer)
+OVX_HOT void CxStringBuffRestart(CxStringBuff *buffer)
 {
     if (!buffer) return;
     buffer->length = 0;

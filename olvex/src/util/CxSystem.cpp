@@ -2,6 +2,7 @@
 #include <olvex/System.h>
 
 #include "util/CxResult.h"
+#include "util/EventPath.h"
 
 #include <cstring>
 #include <netdb.h>
@@ -32,7 +33,7 @@ bool lookUpFullName(char *buffer, std::size_t length)
 
 } // namespace
 
-int64_t CxSystemGetTimestamp(void)
+OVX_HOT int64_t CxSystemGetTimestamp(void)
 {
     timeval now = {};
     gettimeofday(&now, nullptr);
