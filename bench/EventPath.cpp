@@ -8,6 +8,7 @@
 #include <olvex/olvex.h>
 
 #include "Allocations.h"
+#include "InstalledCatalog.h"
 
 namespace {
 
@@ -46,34 +47,25 @@ void addClass(const char *name, OvxFProcess process)
     OvxAddHandlerClass(name, nullptr, nullptr, nullptr, nullptr, process, nullptr, nullptr);
 }
 
-// The toolkit, opened once.
-class Setup {
-  public:
-    static void once() { static Setup setup; }
-
-  private:
-    Setup()
-    {
-        OvxOpenToolkit(nullptr);
-        addClass("bench_sink", formatAndDrop);
-        addClass("bench_drop", drop);
-    }
-    ~Setup() { OvxCloseToolkit(); }
-};
-
-// A logger of level INFO with one handler of the given class.
+// The toolkit, open, and a logger of level INFO with one handler of the given class.
 class Logger {
   public:
     explicit Logger(const char *handlerClass)
     {
-        Setup::once();
+        OvxOpenToolkit(nullptr);
+        addClass("bench_sink", formatAndDrop);
+        addClass("bench_drop", drop);
         logger_ = OvxGetObject("bench.logger", "ovx_basiclogger");
         OvxObject *handler = OvxGetObject("bench.handler", handlerClass);
         OvxSetObjProp(logger_, "level", "INFO");
         OvxAddListener(logger_, handler);
         OvxReleaseObject(handler);
     }
-    ~Logger() { OvxReleaseObject(logger_); }
+    ~Logger()
+    {
+        OvxReleaseObject(logger_);
+        OvxCloseToolkit();
+    }
     Logger(const Logger &) = delete;
     Logger &operator=(const Logger &) = delete;
 
@@ -111,15 +103,27 @@ void logOne(OvxObject *logger)
                OVX_PARM_INT, 4711, 0);
 }
 
-void logEvents(benchmark::State &state, const char *handlerClass)
+void logFromCatalog(OvxObject *logger)
+{
+    OvxLogInfo(logger, kCatalogName, 1, kCatalogKey, kCatalogText, OVX_PARM_STRING, "operator",
+               OVX_PARM_STRING, "/var/lib/shop/orders.db", 0);
+}
+
+void logWithoutCatalog(OvxObject *logger)
+{
+    OvxLogInfo(logger, nullptr, 0, 0, kCatalogText, OVX_PARM_STRING, "operator", OVX_PARM_STRING,
+               "/var/lib/shop/orders.db", 0);
+}
+
+void logEvents(benchmark::State &state, const char *handlerClass, void (*log)(OvxObject *) = logOne)
 {
     const Logger logger(handlerClass);
     for (int warmUp = 0; warmUp < 100; ++warmUp)
-        logOne(logger.get());
+        log(logger.get());
     bytesDropped = 0;
     const long before = allocationCount();
     for (auto _ : state)
-        logOne(logger.get());
+        log(logger.get());
     const auto allocations = static_cast<double>(allocationCount() - before);
     state.counters["allocations"] =
         benchmark::Counter(allocations, benchmark::Counter::kAvgIterations);
@@ -145,5 +149,24 @@ void eventThroughConsoleHandler(benchmark::State &state)
     logEvents(state, "ovx_stderrhandler");
 }
 BENCHMARK(eventThroughConsoleHandler);
+
+void messageWithoutCatalog(benchmark::State &state)
+{
+    logEvents(state, "bench_sink", logWithoutCatalog);
+}
+BENCHMARK(messageWithoutCatalog);
+
+void messageWithCatalogMissing(benchmark::State &state)
+{
+    logEvents(state, "bench_sink", logFromCatalog);
+}
+BENCHMARK(messageWithCatalogMissing);
+
+void messageFromCatalog(benchmark::State &state)
+{
+    const InstalledCatalog installed;
+    logEvents(state, "bench_sink", logFromCatalog);
+}
+BENCHMARK(messageFromCatalog);
 
 } // namespace
