@@ -5,8 +5,6 @@
 #include "OvxLogManager.h"
 #include "OvxObjConfig.h"
 
-#include <ctime>
-
 using namespace olvex;
 using namespace olvex::test;
 

@@ -2,8 +2,6 @@
 // with a trigger, and events of any time.
 #pragma once
 
-#include <cstdlib>
-#include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
 

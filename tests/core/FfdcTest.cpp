@@ -5,8 +5,6 @@
 #include "OvxFFDCSpace.h"
 #include "OvxFFDCTriggerHandler.h"
 
-#include <unistd.h>
-
 using namespace olvex::test;
 
 namespace {

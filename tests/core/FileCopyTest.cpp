@@ -5,7 +5,6 @@
 #include "OvxFileCopy.h"
 
 #include <chrono>
-#include <sstream>
 
 using namespace olvex::test;
 

@@ -6,8 +6,6 @@
 #include "OvxBasicFormatter.h"
 #include "OvxEvent.h"
 
-#include <cstdlib>
-#include <ctime>
 #include <sys/resource.h>
 
 using namespace olvex::test;

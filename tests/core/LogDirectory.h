@@ -3,10 +3,8 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <set>
 #include <sstream>
-#include <string>
 #include <sys/sem.h>
 
 #include "Toolkit.h"

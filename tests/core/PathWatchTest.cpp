@@ -7,8 +7,6 @@
 #include <functional>
 #include <sys/epoll.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace olvex::test;
 

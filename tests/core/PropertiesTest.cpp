@@ -205,51 +205,39 @@ TEST_F(Properties, ConvertTheirText)
         EXPECT_EQ(OvxGetMapPropInt(map, "p", &ok), entry.number) << (entry.text ? entry.text : "");
         EXPECT_EQ(ok, entry.ok) << (entry.text ? entry.text : "");
     }
-    bool ok = false;
-    set("99999999999999999999");
-    EXPECT_EQ(OvxGetMapPropLong(map, "p", &ok), INT64_MAX);
-    set("TrUe");
-    EXPECT_TRUE(OvxGetMapPropBool(map, "p", &ok));
-    EXPECT_TRUE(ok);
-    set("true ");
-    EXPECT_FALSE(OvxGetMapPropBool(map, "p", &ok));
-    EXPECT_FALSE(ok);
-    set("False");
-    EXPECT_FALSE(OvxGetMapPropBool(map, "p", &ok));
-    EXPECT_TRUE(ok);
-    set(" -2.5e3x");
-    EXPECT_EQ(OvxGetMapPropDouble(map, "p", &ok), -2500.0);
-    EXPECT_EQ(OvxGetMapPropFloat(map, "p", &ok), -2500.0F);
-    EXPECT_TRUE(ok);
-    set("point");
-    EXPECT_EQ(OvxGetMapPropDouble(map, "p", &ok), 0.0);
-    EXPECT_FALSE(ok);
-    set("");
-    EXPECT_EQ(OvxGetMapPropChar(map, "p", &ok), '\0');
-    EXPECT_TRUE(ok);
-    EXPECT_EQ(OvxGetMapPropChar(map, "absent", &ok), '\0');
-    EXPECT_FALSE(ok);
+    // What a text gives, and whether it serves.
+    const auto read = [&](auto function, const char *text) {
+        bool ok = false;
+        set(text);
+        const auto value = function(map, "p", &ok);
+        return std::pair(value, ok);
+    };
+    EXPECT_EQ(read(OvxGetMapPropLong, "99999999999999999999"), (std::pair{INT64_MAX, true}));
+    EXPECT_EQ(read(OvxGetMapPropBool, "TrUe"), (std::pair{true, true}));
+    EXPECT_EQ(read(OvxGetMapPropBool, "true "), (std::pair{false, false}));
+    EXPECT_EQ(read(OvxGetMapPropBool, "False"), (std::pair{false, true}));
+    EXPECT_EQ(read(OvxGetMapPropDouble, " -2.5e3x"), (std::pair{-2500.0, true}));
+    EXPECT_EQ(read(OvxGetMapPropFloat, " -2.5e3x"), (std::pair{-2500.0F, true}));
+    EXPECT_EQ(read(OvxGetMapPropDouble, "point"), (std::pair{0.0, false}));
+    EXPECT_EQ(read(OvxGetMapPropChar, ""), (std::pair{'\0', true}));
+    EXPECT_EQ(read(OvxGetMapPropChar, nullptr), (std::pair{'\0', false}));
     OvxFreeStringToStringMap(map);
 }
 
 TEST_F(Properties, StoreValuesAsText)
 {
     StringToStringMap *map = OvxAllocStringToStringMap();
-    const auto stored = [&] { return take(OvxGetMapProp(map, "p", nullptr)); };
-    OvxSetMapPropBool(map, "p", true);
-    EXPECT_EQ(stored(), "true");
-    OvxSetMapPropBool(map, "p", false);
-    EXPECT_EQ(stored(), "false");
-    OvxSetMapPropChar(map, "p", 'x');
-    EXPECT_EQ(stored(), "x");
-    OvxSetMapPropInt(map, "p", INT32_MIN);
-    EXPECT_EQ(stored(), "-2147483648");
-    OvxSetMapPropLong(map, "p", INT64_MIN);
-    EXPECT_EQ(stored(), "-9223372036854775808");
-    OvxSetMapPropFloat(map, "p", -0.5F);
-    EXPECT_EQ(stored(), "-0.500000");
-    OvxSetMapPropDouble(map, "p", 2.5);
-    EXPECT_EQ(stored(), "2.500000");
+    const auto stored = [&](auto set, auto value) {
+        set(map, "p", value);
+        return take(OvxGetMapProp(map, "p", nullptr));
+    };
+    EXPECT_EQ(stored(OvxSetMapPropBool, true), "true");
+    EXPECT_EQ(stored(OvxSetMapPropBool, false), "false");
+    EXPECT_EQ(stored(OvxSetMapPropChar, 'x'), "x");
+    EXPECT_EQ(stored(OvxSetMapPropInt, INT32_MIN), "-2147483648");
+    EXPECT_EQ(stored(OvxSetMapPropLong, INT64_MIN), "-9223372036854775808");
+    EXPECT_EQ(stored(OvxSetMapPropFloat, -0.5F), "-0.500000");
+    EXPECT_EQ(stored(OvxSetMapPropDouble, 2.5), "2.500000");
     OvxSetMapProp(map, "p", nullptr);
     bool found = false;
     EXPECT_EQ(OvxGetMapProp(map, "p", &found), nullptr);

@@ -6,7 +6,6 @@
 #include "OvxPDXMLFormatter.h"
 
 #include <cstdlib>
-#include <ctime>
 
 using namespace olvex::test;
 

@@ -6,7 +6,6 @@
 #include "OvxReadProps.h"
 
 #include <algorithm>
-#include <ctime>
 
 using namespace olvex::test;
 

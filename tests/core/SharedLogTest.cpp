@@ -10,8 +10,6 @@
 #include <cstring>
 #include <map>
 #include <sys/ipc.h>
-#include <sys/sem.h>
-#include <sys/wait.h>
 #include <thread>
 
 using namespace olvex::test;

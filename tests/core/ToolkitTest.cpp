@@ -3,8 +3,6 @@
 
 #include "OvxToolkit.h"
 
-#include <sys/wait.h>
-
 using namespace olvex::test;
 
 namespace {
@@ -119,19 +117,6 @@ TEST_F(Toolkit, ListsClassesInOrderOfRegistration)
     const std::size_t count = handlers.size();
     addHandlerClass("mine", record);
     EXPECT_EQ(namesFrom(OvxGetHandlerClasses()).size(), count);
-}
-
-TEST_F(Toolkit, OpensAndClosesManyTimes)
-{
-    const TemporaryFile file("log.className = ovx_basiclogger\nlog.level = WARN\n");
-    for (int round = 0; round < 50; ++round) {
-        ASSERT_TRUE(OvxOpenToolkit(file.path()));
-        OvxObject *logger = OvxGetObject("log", nullptr);
-        EXPECT_FALSE(OvxIsLoggable(logger, OVX_LEVEL_INFO));
-        OvxReleaseObject(logger);
-        OvxCloseToolkit();
-        OvxCloseToolkit();
-    }
 }
 
 TEST_F(Toolkit, AChildProcessMayLog)

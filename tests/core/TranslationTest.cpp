@@ -3,8 +3,6 @@
 #include "MadeEvent.h"
 #include "Toolkit.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <thread>
 

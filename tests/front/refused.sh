@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Compiles each source below refused/ twice: with WRONG defined it must fail with the message that its
-# first line promises; without it must compile, link and run. One of them uses a header made of
-# app.msg.
+# Compiles the sources below refused/, each by the standard that it is called after: with WRONG defined as
+# a number it must fail with the message that stands behind that number; without it, it must compile,
+# link and run. They use a header made of app.msg.
 # Usage: refused.sh INCLUDE_DIR LIBRARY OLVEX_COMMAND WORK_DIR CC CXX
 set -euo pipefail
 sources=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/refused
@@ -33,24 +33,32 @@ precompile() {
         -o "$work/$1/olvex/olvex.hpp.gch"
 }
 
+# One of the wrong forms that a source holds.
+check_refusal() {
+    local number=$1 message=$2 output
+    shift 2
+    if output=$(compile "$@" -DWRONG="$number" -fsyntax-only); then
+        fail "$number of ${*: -1} compiles when it is wrong"
+    elif ! grep -Eq "error: .*$message" <<<"$output"; then
+        fail "$number of ${*: -1} is refused without '$message' but with: $output"
+    fi
+    count=$((count + 1))
+}
+
 check_source() {
-    local source=$1 standard=$2 message output compiler=$cxx program
-    program=$work/$(basename "$source" | tr . _)
-    message=$(sed -nE '1s,^// [^:]*: ,,p' "$source")
+    local standard=$1 source compiler=$cxx program=$work/$1.program output number message
+    source=$(echo "$sources/${standard//+/p}".c*)
     [[ $source != *.c ]] || compiler=$cc
     local command=("$compiler" -std="$standard" -I"$work/$standard" "${flags[@]}" "$source")
-    if output=$(compile "${command[@]}" -DWRONG -fsyntax-only); then
-        fail "$source compiles when it is wrong"
-    elif ! grep -Eq "error: .*$message" <<<"$output"; then
-        fail "$source is refused without '$message' but with: $output"
-    fi
     if ! output=$(compile "${command[@]}" -o "$program" "$library"); then
         fail "the right form of $source does not compile: $output"
     elif ! output=$("$program" 2>&1); then
         fail "the right form of $source does not run: $output"
     fi
     printf '%s\n' "$output" >"$program.out"
-    count=$((count + 1))
+    while read -r number message; do
+        check_refusal "$number" "$message" "${command[@]}"
+    done < <(sed -nE 's,^#.*WRONG == ([0-9]+) // ,\1 ,p' "$source")
 }
 
 mkdir -p "$work"
@@ -61,16 +69,14 @@ checks=(c11 c++17)
 ! has_consteval || checks+=(c++20)
 for standard in "${checks[@]}"; do
     precompile "$standard"
-    while IFS= read -r source; do
-        check_source "$source" "$standard"
-    done < <(grep -lF "// $standard: " "$sources"/*.c*)
+    check_source "$standard"
 done
-[[ $count -ge 10 ]] || fail "only $count sources were found"
-for line in 'catalog_type.cpp main 15 Disk /var is 93 percent full' \
-    'main 16 APP0008W Only 1048576 bytes are left on "/var", that is 0.3%' \
-    'main 17 Nothing is left'; do
-    grep -Fq "$line" "$work/catalog_type_cpp.out" ||
-        fail "no '$line' in: $(cat "$work/catalog_type_cpp.out")"
+[[ $count -ge 10 ]] || fail "only $count wrong forms were found"
+for line in 'cpp17.cpp main 37 Disk /var is 93 percent full' \
+    'main 38 APP0008W Only 1048576 bytes are left on "/var", that is 0.3%' \
+    'main 39 Nothing is left'; do
+    grep -Fq "$line" "$work/c++17.program.out" ||
+        fail "no '$line' in: $(cat "$work/c++17.program.out")"
 done
-echo "$count sources were tried"
+echo "$count wrong forms were tried"
 exit $((failures > 0))

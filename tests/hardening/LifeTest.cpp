@@ -5,9 +5,7 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
-#include <sys/wait.h>
 #include <thread>
 
 using namespace olvex::test;

@@ -1,11 +1,6 @@
 // `olvex catalog` as a user runs it: sources and their mistakes, files, translations.
 #include "Command.h"
 
-#include <olvex/olvex.h>
-
-#include <filesystem>
-
-#include "Paths.h"
 #include "catalog/CatalogFile.h"
 #include "catalog/Check.h"
 #include "catalog/Source.h"

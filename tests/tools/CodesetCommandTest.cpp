@@ -1,8 +1,5 @@
 // `olvex codeset` as a user runs it.
-#include <filesystem>
-#include <fstream>
 
-#include "Paths.h"
 #include "tools/Command.h"
 
 namespace {

@@ -1,14 +1,10 @@
 // Runs the `olvex` command as a user does, and files for it to work on.
 #pragma once
 
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -16,8 +12,6 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "Paths.h"
 #include "core/LogDirectory.h"
@@ -31,6 +25,17 @@ inline int makeFile(const std::string &contents)
     EXPECT_EQ(write(file, contents.data(), contents.size()), static_cast<ssize_t>(contents.size()));
     lseek(file, 0, SEEK_SET);
     return file;
+}
+
+// The parts of a text between bars.
+inline std::vector<std::string> partsOf(std::string_view text)
+{
+    std::vector<std::string> parts;
+    for (std::size_t end; !text.empty(); text.remove_prefix(std::min(end, text.size() - 1) + 1)) {
+        end = text.find('|');
+        parts.emplace_back(text.substr(0, end));
+    }
+    return parts;
 }
 
 inline std::string readAll(int file)

@@ -3,12 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <random>
-#include <sstream>
 
 #include <malloc.h>
 
@@ -20,6 +16,8 @@
 
 using namespace tools_test;
 using namespace tools::config;
+using olvex::test::namesFrom;
+using namespace std::literals;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -45,14 +43,6 @@ class Unnamed {
 };
 
 // The table of classes
-
-std::vector<std::string> namesIn(StringGroupNode *place)
-{
-    std::vector<std::string> names;
-    for (; OvxStringGroupIterHasNext(place); place = OvxStringGroupIterNext(place))
-        names.push_back(olvex::test::take(OvxStringGroupIterGet(place)));
-    return names;
-}
 
 std::string bytesOf(const void *block)
 {
@@ -128,12 +118,12 @@ TEST_F(ConfigClasses, AreThoseOfTheLibraryInItsOrder)
     std::vector<std::string> known[5];
     for (const ClassInfo &info : classes())
         known[static_cast<int>(info.category)].push_back(info.name);
-    auto handlers = namesIn(OvxGetHandlerClasses());
+    auto handlers = namesFrom(OvxGetHandlerClasses());
     std::erase_if(handlers, [](const std::string &name) { return name.starts_with("test_"); });
-    EXPECT_EQ(known[1], namesIn(OvxGetLoggerClasses()));
-    EXPECT_EQ(known[2], namesIn(OvxGetFilterClasses()));
+    EXPECT_EQ(known[1], namesFrom(OvxGetLoggerClasses()));
+    EXPECT_EQ(known[2], namesFrom(OvxGetFilterClasses()));
     EXPECT_EQ(known[3], handlers);
-    EXPECT_EQ(known[4], namesIn(OvxGetFormatterClasses()));
+    EXPECT_EQ(known[4], namesFrom(OvxGetFormatterClasses()));
     for (const ClassInfo &info : classes()) {
         OvxObject *object = make(info);
         EXPECT_EQ(olvex::test::take(OvxGetObjectDesc(object)),
@@ -189,45 +179,10 @@ TEST_F(ConfigClasses, BeginWithTheDefaultsThatTheTableGives)
 
 std::string makeText(std::mt19937 &random)
 {
-    static const std::vector<std::string> kPieces = {"a",
-                                                     "b.c",
-                                                     ".",
-                                                     "=",
-                                                     ":",
-                                                     " ",
-                                                     "\t",
-                                                     "\n",
-                                                     "\n",
-                                                     "\n\n",
-                                                     "\r\n",
-                                                     "\r",
-                                                     "\\",
-                                                     "\\\\",
-                                                     "\\ ",
-                                                     "\\=",
-                                                     "\\n",
-                                                     "\\\n",
-                                                     "\\\r\n",
-                                                     "\\u00e9",
-                                                     "\\U20Ac",
-                                                     "\\u12",
-                                                     "\\u0000",
-                                                     "u",
-                                                     "#",
-                                                     "!",
-                                                     "\"",
-                                                     "\\\"",
-                                                     "\xC3\xA9",
-                                                     std::string(1, '\0'),
-                                                     "a.b=c\n",
-                                                     "a.b=d\r\n",
-                                                     "x.y z\n",
-                                                     " # comment\n",
-                                                     "p.q=one \\\n   two\n",
-                                                     "/.a=b\n",
-                                                     ".x=1\n",
-                                                     "x.=1\n",
-                                                     "a.b=\n"};
+    static const auto kPieces = partsOf(
+        "a|b.c|.|=|:| |\t|\n|\n|\n\n|\r\n|\r|\\|\\\\|\\ |\\=|\\n|\\\n|\\\r\n|\\u00e9|\\U20Ac|\\u12|"
+        "\\u0000|u|#|!|\"|\\\"|\xC3\xA9|\0|a.b=c\n|a.b=d\r\n|x.y z\n| # comment\n|"
+        "p.q=one \\\n   two\n|/.a=b\n|.x=1\n|x.=1\n|a.b=\n"sv);
     std::string text;
     for (auto count = random() % 12; count > 0; --count)
         text += kPieces[random() % kPieces.size()];

@@ -1,11 +1,9 @@
 // `olvex log` from outside: what it writes, counts and answers.
 #include "Command.h"
-#include "Paths.h"
 
 #include <gmock/gmock.h>
 
 #include <cctype>
-#include <sstream>
 
 using namespace tools_test;
 using testing::HasSubstr;

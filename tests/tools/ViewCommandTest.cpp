@@ -7,9 +7,7 @@
 #include <algorithm>
 #include <csignal>
 #include <random>
-#include <sstream>
 
-#include <sys/sem.h>
 #include <sys/stat.h>
 
 #include "core/LogDirectory.h"

@@ -12,6 +12,7 @@ using namespace tools::view;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using namespace std::literals;
 
 namespace {
 
@@ -290,38 +291,13 @@ std::vector<Frame> recordsIn(const std::string &bytes, std::size_t step)
 // no record makes its parser fail.
 TEST(ViewFormats, SurvivesAnyBytes)
 {
-    const std::string pieces[] = {kStamp,
-                                  " text OVXBC0020E\n",
-                                  "\n",
-                                  std::string(3, '\0'),
-                                  "</Message>\n",
-                                  "<Message Id=\"",
-                                  "\">",
-                                  xml(xmlText("x")),
-                                  "<Trace>\n",
-                                  "\x1e[" + kStamp,
-                                  "\x1e[",
-                                  " <Time Millis=\"1\">\n",
-                                  "] - INFO ",
-                                  "<![CDATA[",
-                                  "\xE9\xFF",
-                                  " <LogText><![CDATA[",
-                                  " - ",
-                                  " <Component>",
-                                  "\"/>\n",
-                                  "]]></LogText>\n",
-                                  "<Param>",
-                                  "</Component>\n",
-                                  "</Value>",
-                                  "08/04/03 13:05:09 I [Vpd     ] ",
-                                  "[7]",
-                                  "</Trace>\n",
-                                  "</LogAttribs>",
-                                  " <LogAttribs><Key>",
-                                  "</Time>\n",
-                                  " <Source FileName=",
-                                  "p1:t2",
-                                  " <TranslationInfo "};
+    std::vector<std::string> pieces = partsOf(
+        " text OVXBC0020E\n|\n|\0\0\0|</Message>\n|<Message Id=\"|\">|<Trace>\n|\x1e[|"
+        " <Time Millis=\"1\">\n|] - INFO |<![CDATA[|\xE9\xFF| <LogText><![CDATA[| - | "
+        "<Component>|\"/>\n|"
+        "]]></LogText>\n|<Param>|</Component>\n|</Value>|08/04/03 13:05:09 I [Vpd     ] |[7]|"
+        "</Trace>\n|</LogAttribs>| <LogAttribs><Key>|</Time>\n| <Source FileName=|p1:t2| <TranslationInfo "sv);
+    pieces.insert(pieces.end(), {kStamp, "\x1e[" + kStamp, xml(xmlText("x"))});
     std::mt19937 random(7);
     for (int round = 0; round < 4000; ++round) {
         std::string bytes;

@@ -9,7 +9,6 @@
 #include <functional>
 #include <grp.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace olvex::test {
 

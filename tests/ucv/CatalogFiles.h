@@ -1,12 +1,7 @@
 // Folders of message catalogs for tests, and the bytes of a catalog file.
 #pragma once
 
-#include <olvex/olvex.h>
-
-#include <cstdlib>
 #include <map>
-#include <string>
-#include <vector>
 
 #include "core/LogDirectory.h"
 

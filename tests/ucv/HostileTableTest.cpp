@@ -1,14 +1,8 @@
 // Tables that lie: whatever numbers a file holds, conversions with it end and stay in its memory.
 // What this leaves out of sight, a sanitizer sees.
-#include <olvex/olvex.h>
-
-#include <gtest/gtest.h>
 
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <random>
-#include <string>
 
 #include "Paths.h"
 #include "core/LogDirectory.h"

@@ -1,11 +1,6 @@
 // Locale names, environment variables and code-set handles.
-#include <olvex/olvex.h>
-
-#include <gtest/gtest.h>
 
 #include <clocale>
-#include <cstdlib>
-#include <string>
 
 #include "core/LogDirectory.h"
 #include "ucv/Handle.h"

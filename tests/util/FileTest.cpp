@@ -1,7 +1,4 @@
 // Files, paths and directories on the real file system.
-#include <olvex/File.h>
-
-#include <gtest/gtest.h>
 
 #include "core/LogDirectory.h"
 
@@ -9,11 +6,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <ostream>
-#include <set>
-#include <string>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 inline bool operator==(const CxResult &one, const CxResult &other)
 {

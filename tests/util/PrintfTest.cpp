@@ -1,10 +1,5 @@
 // The formatted-output engine: against the system's printf where both must agree, and by itself
 // where it goes its own way.
-#include <olvex/Memory.h>
-#include <olvex/Printf.h>
-#include <olvex/Ucv.h>
-
-#include <gtest/gtest.h>
 
 #include "core/LogDirectory.h"
 
@@ -16,9 +11,7 @@
 #include <cstring>
 #include <limits>
 #include <random>
-#include <string>
 #include <type_traits>
-#include <vector>
 
 namespace {
 

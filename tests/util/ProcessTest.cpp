@@ -1,24 +1,13 @@
 // Processes, semaphores between them, threads and mutexes.
 #include "util/CxProcess.h"
 
-#include <olvex/Process.h>
-#include <olvex/System.h>
-#include <olvex/Thread.h>
-
-#include <gtest/gtest.h>
-
 #include "core/Toolkit.h"
 
 #include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <ctime>
-#include <string>
 #include <sys/sem.h>
-#include <sys/wait.h>
-#include <unistd.h>
-#include <vector>
 
 namespace {
 

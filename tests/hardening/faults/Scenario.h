@@ -2,14 +2,7 @@
 // logged through until everything has rolled over, and closed. Faults are injected into it.
 #pragma once
 
-#include <olvex/class.h>
-#include <olvex/olvex.h>
-
 #include <fcntl.h>
-#include <string>
-#include <sys/sem.h>
-#include <unistd.h>
-#include <vector>
 
 #include "OvxPathWatch.h"
 #include "Paths.h"
