@@ -1,11 +1,12 @@
 // olvex: a properties file as a host would have it, and the debugging call that records the source.
 #include "Peer.h"
 
-#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <sys/sem.h>
 #include <unistd.h>
 
+#include <olvex/class.h>
 #include <olvex/olvex.h>
 
 namespace {
@@ -28,14 +29,16 @@ std::string handlerProperties(peer::Output output, const std::string &path)
         return "out.className=ovx_multiproc_filehandler\n" + name +
                "out.MPFileSemKey=" + std::to_string(getppid()) + "\n" +
                limits(peer::kSharedBytes, peer::kSharedFiles);
-    default: return "out.className=ovx_stderrhandler\n";
+    default: return "out.className=nowhere\n";
     }
 }
 
-ssize_t dropBytes(void *, const char *, std::size_t size)
+// A handler that formats as the built-in ones do, and keeps nothing.
+extern "C" void formatAndDrop(OvxObject *handler, OvxEvent *event)
 {
-    peer::bytesDropped += static_cast<long>(size);
-    return static_cast<ssize_t>(size);
+    char *text = ovxIntlHandlerDoFmt(handler, event);
+    if (text) peer::bytesDropped += static_cast<long>(std::strlen(text));
+    BaxMemoryFree(text);
 }
 
 bool openWith(const std::string &properties)
@@ -57,11 +60,11 @@ namespace peer {
 
 bool open(Output output, const std::string &path)
 {
-    if (output == Output::kNowhere)
-        stderr = fopencookie(nullptr, "w", {nullptr, dropBytes, nullptr, nullptr});
     if (!openWith("app.className=ovx_basiclogger\napp.level=DEBUG_MIN\napp.listenerNames=out\n" +
                   handlerProperties(output, path)))
         return false;
+    OvxAddHandlerClass("nowhere", nullptr, nullptr, nullptr, nullptr, formatAndDrop, nullptr,
+                       nullptr);
     logger = OvxGetObject("app", nullptr);
     return logger != nullptr;
 }
