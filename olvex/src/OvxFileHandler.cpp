@@ -223,7 +223,7 @@ OVX_HOT void OvxFileHandlerFProcess(OvxObject *handler, OvxEvent *event)
         if (text.get()) written = writeRecord(handler, *vars, text);
     }
     reportFailure(written);
-    OvxBasicObjectFLog(handler, event);
+    if (handler->listeners) OvxBasicObjectFLog(handler, event);
 }
 
 void OvxFileHandlerFOpen(OvxObject *handler)

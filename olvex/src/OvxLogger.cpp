@@ -4,6 +4,7 @@
 #include "OvxLogger.h"
 
 #include "OvxEvent.h"
+#include "OvxListeners.h"
 #include "OvxToolkit.h"
 #include "messages/Messages.h"
 #include "util/EventPath.h"
@@ -24,7 +25,7 @@ OVX_ONE_FRAME void hand(OvxObject *logger, OvxFLog log, OvxEvent *event)
     if (logger->running) return OvxBasicObjectFLog(logger, event);
     const ObjectRef reference = ObjectRef::to(logger);
     const Running running(logger);
-    log(logger, event);
+    if (log != OvxBasicObjectFLog || !passToListeners(logger, event)) log(logger, event);
 }
 
 OVX_ONE_FRAME OvxFLog logFunctionOf(const OvxObject *logger)

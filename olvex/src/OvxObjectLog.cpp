@@ -1,16 +1,14 @@
-// How events pass from object to object, and the properties that all objects share. Called with the
-// API mutex held; the public twins take it.
-#include "OvxObject.h"
+// The function by which objects pass events on, and the properties that all objects share. Called
+// with the API mutex held; the public twins take it.
+#include "OvxListeners.h"
 
 #include <olvex/Message.h>
 #include <olvex/Props.h>
 
 #include "OvxStrTok.h"
 #include "messages/Messages.h"
-#include "util/EventPath.h"
 #include "util/Locked.h"
 #include "util/Memory.h"
-#include "util/OvxListenerGroup.h"
 
 using namespace olvex;
 
@@ -26,18 +24,6 @@ void reportNoListeners(const OvxObject *logger)
     reportingNoListeners = true;
     report(OVX_LEVEL_ERROR, Message::kNoListeners, ovxIntlGetObjectName(logger));
     reportingNoListeners = false;
-}
-
-// Hands the event to one listener, unless it is at work already: an event that comes back to an
-// object in a circle, or a report of its own failure, ends here.
-void deliver(OvxObject *listener, OvxEvent *event)
-{
-    if (listener->running || !(isFilter(listener) || isHandler(listener))) return;
-    const OvxFProcess process = listener->cls->slots.process;
-    if (!process) return;
-    const ObjectRef reference = ObjectRef::to(listener);
-    const Running running(listener);
-    process(listener, event);
 }
 
 // The class's description, made when it has none.
@@ -134,15 +120,8 @@ void OvxBasicObjectFCfgChange(OvxObject *object, const char *name)
 
 OVX_HOT void OvxBasicObjectFLog(OvxObject *object, OvxEvent *event)
 {
-    if (!object || !object->enabled) return;
-    ListenerGroup *group = ovxFetchListenerGroup(object, false);
-    if (!group || !group->first()) {
-        if (isLogger(object)) reportNoListeners(object);
-        return;
-    }
-    ListenerGroup::Walk walk(group);
-    while (const ListenerGroupNode *node = walk.next())
-        deliver(node->element(), event);
+    if (!object || !object->cls || !object->enabled) return;
+    if (!passToListeners(object, event) && isLogger(object)) reportNoListeners(object);
 }
 
 ListenerGroup *ovxFetchListenerGroup(OvxObject *object, bool create)

@@ -46,18 +46,27 @@ inline bool appendFill(CxStringBuff *buffer, char byte, std::size_t count)
     return true;
 }
 
-// The longest 64-bit number in decimal, with its sign.
-inline constexpr std::size_t kMostDigits = 20;
+// Room for the longest 64-bit number in decimal, its sign, and a zero in front.
+inline constexpr std::size_t kMostDigits = 21;
+
+// Writes two digits so that they end before `end`. The factor divides by ten.
+inline char *writeTwoDigits(char *end, std::uint32_t pair)
+{
+    const std::uint32_t tens = pair * 103 >> 10;
+    *--end = static_cast<char>('0' + (pair - 10 * tens));
+    *--end = static_cast<char>('0' + tens);
+    return end;
+}
 
 // Writes a number in decimal so that it ends before `end`; returns its first place.
 inline char *writeDigits(char *end, std::int64_t value)
 {
     const auto bits = static_cast<std::uint64_t>(value);
     std::uint64_t rest = value < 0 ? 0 - bits : bits;
-    do {
-        *--end = static_cast<char>('0' + rest % 10);
-        rest /= 10;
-    } while (rest);
+    for (; rest >= 100; rest /= 100)
+        end = writeTwoDigits(end, static_cast<std::uint32_t>(rest % 100));
+    end = writeTwoDigits(end, static_cast<std::uint32_t>(rest));
+    if (rest < 10) ++end; // no zero in front
     if (value < 0) *--end = '-';
     return end;
 }
