@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <pthread.h>
 #include <sched.h>
+#include <unistd.h>
 
 namespace {
 
@@ -25,11 +26,14 @@ bool isMine()
     return holder.load(std::memory_order_relaxed) == pthread_self();
 }
 
-// A thread that waits goes on looking, more and more rarely so as not to disturb the holder, for a
-// few dozen events' time before it sleeps: to sleep and be woken costs both sides more than an
-// event.
+// A thread that waits goes on looking, more and more rarely so as not to disturb the holder, for
+// the time of some events; then it takes naps. Only at last it sleeps until it is woken: while
+// somebody does so, each release of the mutex costs a system call, mostly in vain since the running
+// thread has the mutex again before the woken one is there.
 constexpr int kLongestRest = 64;  // pauses between two looks, about a microsecond
-constexpr int kMostPauses = 4096; // in all
+constexpr int kMostPauses = 1024; // between two naps
+constexpr useconds_t kNap = 50;   // microseconds
+constexpr int kMostNaps = 20;
 
 // A moment in which the processor does something else.
 void pause()
@@ -46,12 +50,12 @@ bool hasProcessors()
     if (several.load(std::memory_order_relaxed) < 0) {
         cpu_set_t usable;
         const int error = sched_getaffinity(0, sizeof usable, &usable);
-        several.store(error == 0 && CPU_COUNT(&usable) > 1, std::memory_order_relaxed);
+        several.store(error != 0 || CPU_COUNT(&usable) > 1, std::memory_order_relaxed);
     }
     return several.load(std::memory_order_relaxed) > 0;
 }
 
-bool lockWithoutSleep()
+bool lockWhileAwake()
 {
     int rest = 4;
     for (int pauses = 0; pauses < kMostPauses; pauses += rest) {
@@ -66,7 +70,11 @@ bool lockWithoutSleep()
 
 [[gnu::cold, gnu::noinline]] void waitForMutex()
 {
-    if (!hasProcessors() || !lockWithoutSleep()) pthread_mutex_lock(&apiMutex);
+    for (int naps = 0; hasProcessors() && naps < kMostNaps; ++naps) {
+        if (lockWhileAwake()) return;
+        usleep(kNap);
+    }
+    pthread_mutex_lock(&apiMutex);
 }
 
 void lockFor(pthread_t self)
@@ -102,7 +110,9 @@ OVX_HOT bool take()
 void beforeFork()
 {
     heldByForker = isMine();
-    if (!heldByForker) lockFor(pthread_self());
+    if (heldByForker) return;
+    pthread_mutex_lock(&apiMutex);
+    holder.store(pthread_self(), std::memory_order_relaxed);
 }
 
 // In the child too: its only thread is a copy of the one that took the mutex.
