@@ -81,7 +81,10 @@ struct Parm {
     static_assert(sizeof(Type) == 0,
                   "olvex: a logging call takes bool, char, integers, float, double, strings and "
                   "void pointers; convert this argument first");
+    // So that this is the only error.
     static constexpr Kind kind = Kind::integer;
+    static constexpr std::size_t kParts = 0;
+    explicit Parm(const Type &) noexcept {}
 };
 
 template <Kind TheKind, int Marker, class Passed>
