@@ -130,6 +130,20 @@ void logTo(benchmark::State &state, const char *handlerClass, int maxFiles)
         logOne(log.get());
 }
 
+// A record at the end of a log that is large already.
+void sizeOfLog(benchmark::State &state)
+{
+    const Directory directory;
+    std::ofstream(directory / "app.log").close();
+    fs::resize_file(directory / "app.log", static_cast<std::uintmax_t>(state.range(0)));
+    const Log log(directory, "ovx_filehandler", 1);
+    for (int i = 0; i < kWarmUp; ++i)
+        logOne(log.get());
+    for (auto _ : state)
+        logOne(log.get());
+}
+BENCHMARK(sizeOfLog)->RangeMultiplier(1024)->Range(1024, 1LL << 33);
+
 void fileHandler(benchmark::State &state)
 {
     logTo(state, "ovx_filehandler", 1);
