@@ -20,7 +20,7 @@ Arena eventArena;
 
 // Hands the event to the logger. A logger that is at work already, because it or one of its
 // handlers reports a failure of its own, is left out: its other listeners still get the report.
-OVX_ONE_FRAME void hand(OvxObject *logger, OvxFLog log, OvxEvent *event)
+void hand(OvxObject *logger, OvxFLog log, OvxEvent *event)
 {
     if (logger->running) return OvxBasicObjectFLog(logger, event);
     const ObjectRef reference = ObjectRef::to(logger);
@@ -28,13 +28,13 @@ OVX_ONE_FRAME void hand(OvxObject *logger, OvxFLog log, OvxEvent *event)
     if (log != OvxBasicObjectFLog || !passToListeners(logger, event)) log(logger, event);
 }
 
-OVX_ONE_FRAME OvxFLog logFunctionOf(const OvxObject *logger)
+OvxFLog logFunctionOf(const OvxObject *logger)
 {
     return isLogger(logger) && logger->enabled ? logger->cls->slots.log : nullptr;
 }
 
-OVX_ONE_FRAME void enterMessage(OvxObject *logger, int level, const char *catalog, int set, int key,
-                                const char *text, va_list parameters)
+void enterMessage(OvxObject *logger, int level, const char *catalog, int set, int key,
+                  const char *text, va_list parameters)
 {
     const OvxFLog log = logFunctionOf(logger);
     if (!log) return;
@@ -43,8 +43,8 @@ OVX_ONE_FRAME void enterMessage(OvxObject *logger, int level, const char *catalo
     hand(logger, log, event.get());
 }
 
-OVX_ONE_FRAME void enterDebug(OvxObject *logger, int level, const SourceLocation &source,
-                              const char *text, va_list parameters)
+void enterDebug(OvxObject *logger, int level, const SourceLocation &source, const char *text,
+                va_list parameters)
 {
     const OvxFLog log = logFunctionOf(logger);
     if (!log) return;
@@ -53,15 +53,15 @@ OVX_ONE_FRAME void enterDebug(OvxObject *logger, int level, const SourceLocation
     hand(logger, log, event.get());
 }
 
-OVX_HOT void logMessage(OvxObject *logger, int level, const char *catalog, int set, int key,
-                        const char *text, va_list parameters)
+void logMessage(OvxObject *logger, int level, const char *catalog, int set, int key,
+                const char *text, va_list parameters)
 {
     if (!OvxWouldLog(logger, level)) return;
     locked([&] { enterMessage(logger, level, catalog, set, key, text, parameters); });
 }
 
-OVX_HOT void logDebug(OvxObject *logger, int level, const SourceLocation &source, const char *text,
-                      va_list parameters)
+void logDebug(OvxObject *logger, int level, const SourceLocation &source, const char *text,
+              va_list parameters)
 {
     if (!OvxWouldLog(logger, level)) return;
     locked([&] { enterDebug(logger, level, source, text, parameters); });
@@ -125,8 +125,8 @@ void OvxBasicLoggerFCfgChange(OvxObject *logger, const char *name)
 
 // Each logging call has a form with "..." and one with a va_list; only names and levels differ.
 #define DEFINE_MESSAGE_CALL(Name, level)                                                           \
-    OVX_HOT void Name(OvxObject *logger, const char *catalog, int set, int key, const char *text,  \
-                      ...)                                                                         \
+    OVX_WHOLE void Name(OvxObject *logger, const char *catalog, int set, int key,                  \
+                        const char *text, ...)                                                     \
     {                                                                                              \
         va_list parameters;                                                                        \
         va_start(parameters, text);                                                                \
@@ -140,8 +140,8 @@ void OvxBasicLoggerFCfgChange(OvxObject *logger, const char *name)
     }
 
 #define DEFINE_DEBUG_CALL(Name, level)                                                             \
-    OVX_HOT void Name(OvxObject *logger, const char *srcFile, const char *srcFunction,             \
-                      int srcLine, const char *text, ...)                                          \
+    OVX_WHOLE void Name(OvxObject *logger, const char *srcFile, const char *srcFunction,           \
+                        int srcLine, const char *text, ...)                                        \
     {                                                                                              \
         va_list parameters;                                                                        \
         va_start(parameters, text);                                                                \

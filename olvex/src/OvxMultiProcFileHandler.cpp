@@ -9,6 +9,7 @@
 #include "OvxSharedRollover.h"
 #include "util/CxResult.h"
 #include "util/CxSem.h"
+#include "util/EventPath.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -72,7 +73,8 @@ void ovxMultiProcFileHandlerUnlockSem(OvxFileHandlerVars &vars, Failures &failur
 }
 
 // Leaves the handler closed and the record unwritten when the file's size cannot be read.
-void writeRecord(OvxFileHandlerVars &vars, const EncodedText &text, Failures &failures)
+OVX_ONE_FRAME void writeRecord(OvxFileHandlerVars &vars, const EncodedText &text,
+                               Failures &failures)
 {
     const std::uint64_t before = vars.state.size;
     const CxResult measured = measure(vars);
@@ -84,7 +86,8 @@ void writeRecord(OvxFileHandlerVars &vars, const EncodedText &text, Failures &fa
     failures.add(written);
 }
 
-void writeUnderSemaphore(OvxFileHandlerVars &vars, const EventText &text, Failures &failures)
+OVX_ONE_FRAME void writeUnderSemaphore(OvxFileHandlerVars &vars, const EventText &text,
+                                       Failures &failures)
 {
     const EncodedText encoded(vars.codeSet, text.get(), text.size());
     if (!ovxMultiProcFileHandlerLockSem(vars, failures)) return;
@@ -92,8 +95,8 @@ void writeUnderSemaphore(OvxFileHandlerVars &vars, const EventText &text, Failur
     ovxMultiProcFileHandlerUnlockSem(vars, failures);
 }
 
-void writeText(OvxObject *handler, OvxFileHandlerVars &vars, const EventText &text,
-               Failures &failures)
+OVX_ONE_FRAME void writeText(OvxObject *handler, OvxFileHandlerVars &vars, const EventText &text,
+                             Failures &failures)
 {
     writeUnderSemaphore(vars, text, failures);
     if (vars.isOpen) return;
