@@ -10,6 +10,8 @@
 #include "util/EventPath.h"
 #include "util/Locked.h"
 
+#include <cerrno>
+
 using namespace olvex;
 
 namespace {
@@ -53,10 +55,24 @@ void enterDebug(OvxObject *logger, int level, const SourceLocation &source, cons
     hand(logger, log, event.get());
 }
 
+// Gives a host back the error number that it may be logging about.
+class KeptErrno {
+  public:
+    KeptErrno() : place_(errno), value_(errno) {}
+    ~KeptErrno() { place_ = value_; }
+    KeptErrno(const KeptErrno &) = delete;
+    KeptErrno &operator=(const KeptErrno &) = delete;
+
+  private:
+    int &place_;
+    int value_;
+};
+
 void logMessage(OvxObject *logger, int level, const char *catalog, int set, int key,
                 const char *text, va_list parameters)
 {
     if (!OvxWouldLog(logger, level)) return;
+    const KeptErrno kept;
     locked([&] { enterMessage(logger, level, catalog, set, key, text, parameters); });
 }
 
@@ -64,6 +80,7 @@ void logDebug(OvxObject *logger, int level, const SourceLocation &source, const 
               va_list parameters)
 {
     if (!OvxWouldLog(logger, level)) return;
+    const KeptErrno kept;
     locked([&] { enterDebug(logger, level, source, text, parameters); });
 }
 

@@ -5,6 +5,7 @@
 #include "OvxFileHandler.h"
 #include "OvxPathWatch.h"
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -97,7 +98,9 @@ TEST_P(LogFault, AFullDeviceThatIsReplaced)
     fs::create_directory(directory_ / "logs");
     fs::create_symlink("/dev/full", directory_ / "logs/app.log");
     expectLost("No space left on device");
+    errno = ENOENT; // what the host may be logging about
     expectLost("No space left on device");
+    EXPECT_EQ(errno, ENOENT);
     fs::remove(directory_ / "logs/app.log");
     log("two");
     EXPECT_EQ(content(), "two\n");

@@ -1,8 +1,8 @@
 /*
  * Logging. Every call ends with the typed parameter list described at OVX_PROP in Types.h, closed
  * by 0. A call whose level does not reach the logger's threshold returns at once, without the lock.
- * Calls return nothing and never fail visibly; what goes wrong is reported to the logger
- * "olvex.errorLogger".
+ * Calls return nothing, keep errno and never fail visibly; what goes wrong is reported to the
+ * logger "olvex.errorLogger".
  *
  * No logging call may be made from a signal handler: the signal may have come while the thread
  * holds the lock or the allocator's. Such a handler calls OvxEmergencyWrite(), the one function
