@@ -125,8 +125,11 @@ void PropListFiller::makeRoom()
     BaxMemoryFree(slots_);
     slots_ = static_cast<std::int32_t *>(BaxMemoryCalloc(size, sizeof *slots_));
     mask_ = size - 1;
-    for (std::int32_t i = 0; slots_ && i < list_->count; ++i)
-        if (std::int32_t *slot = slotOf(list_->entries[i].key); *slot == 0) *slot = i + 1;
+    for (std::int32_t i = 0; slots_ && i < list_->count; ++i) {
+        const char *key = list_->entries[i].key; // null only if the host put it there itself
+        std::int32_t *slot = key ? slotOf(key) : nullptr;
+        if (slot && *slot == 0) *slot = i + 1;
+    }
 }
 
 // The slot of the key, or the free one for it.
