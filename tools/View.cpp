@@ -120,7 +120,7 @@ std::string readFields(const std::string &text, std::vector<Field> &fields)
 {
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find(',', begin), text.size());
-        const std::string name = text.substr(begin, end - begin);
+        std::string name = text.substr(begin, end - begin);
         const auto *found =
             std::find_if(std::begin(kFieldNames), std::end(kFieldNames),
                          [&](const FieldName &entry) { return name == entry.name; });

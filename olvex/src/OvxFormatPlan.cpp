@@ -67,7 +67,7 @@ bool readInteger(const OvxParm &parm, std::int64_t &value)
     case OVX_PARM_INT: value = parm.value.integer; return true;
     case OVX_PARM_LONG: value = parm.value.longInteger; return true;
     case OVX_PARM_BOOL: value = parm.value.boolean; return true;
-    case OVX_PARM_CHAR: value = parm.value.character; return true;
+    case OVX_PARM_CHAR: value = static_cast<int>(parm.value.character); return true;
     default: return false;
     }
 }

@@ -106,10 +106,12 @@ Answer checkLong(const Property &property, const Pair &pair)
 }
 
 // As the library scans: it refuses the beginnings of numbers of which strtod takes a part.
+// NOLINTBEGIN(cert-err34-c)
 bool scanNumber(const char *text, double &number, int &length)
 {
     return std::sscanf(text, "%lf%n", &number, &length) == 1;
 }
+// NOLINTEND(cert-err34-c)
 
 Answer checkNumber(const Property &property, const Pair &pair)
 {
@@ -135,6 +137,7 @@ Answer checkMode(const Property &property, const Pair &pair)
     const char *value = pair.value.c_str();
     unsigned mode = 0;
     int length = 0;
+    // Four digits are within range. NOLINTNEXTLINE(cert-err34-c)
     if (std::sscanf(value, "%4o%n", &mode, &length) != 1) return refuse(property, value);
     if (isBlankText(value + length)) return std::nullopt;
     char text[16];
@@ -172,7 +175,7 @@ Answer checkPath(const Property &property, const Pair &pair)
 // The number of an older file goes between the base name and the last dot.
 Answer checkLogFile(const Property &property, const Pair &pair)
 {
-    if (const Answer answer = checkPath(property, pair)) return answer;
+    if (Answer answer = checkPath(property, pair)) return answer;
     const std::string &path = pair.value;
     const std::size_t dot = path.rfind('.'), slash = path.find_last_of("/\\");
     if (dot != std::string::npos && slash != std::string::npos && dot < slash)

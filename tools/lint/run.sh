@@ -28,6 +28,7 @@ check_cppcheck() {
 check_tidy() {
     run-clang-tidy -quiet -j 2 -p "$build" -extra-arg=-fno-color-diagnostics \
         "^$PWD/(olvex/src|src/common|tools|samples)/" >"$build/tidy.log" 2>&1 && return
+    sed -i 's/\x1b\[[0-9;]*m//g' "$build/tidy.log" # it colours whatever it is told
     grep -E ' (warning|error|note): ' "$build/tidy.log" | sort -u || tail "$build/tidy.log"
     return 1
 }

@@ -119,7 +119,7 @@ class Appender {
         suspend();
         const bool hasRoom = cxStringBuffHasCapacity(buffer_, count);
         resume();
-        return hasRoom;
+        return hasRoom && at_; // which is there then; clang's analyzer does not see that
     }
 
     CxStringBuff *buffer_;
