@@ -23,7 +23,11 @@ static void logTypes(OvxObject *log)
     const bool yes = true;
     const char letter = 'x', *none = NULL, own[] = "own";
     OVX_LOG_INFO(log, "%1$d %2$d %3$d %4$c %5$c %6$d", tiny, small, yes, letter, 'y', INT_MIN);
+#if LONG_MAX > INT_MAX // elsewhere nothing is wider than an int
     OVX_LOG_INFO(log, "%u %ld %lu %lld %llx", UINT_MAX, LONG_MIN, ULONG_MAX, 5LL, ULLONG_MAX);
+#else
+    OVX_LOG_INFO(log, "%u %ld %lu", (unsigned)INT_MAX, LONG_MIN, (unsigned long)LONG_MAX);
+#endif
     OVX_LOG_INFO(log, "%.1f %g %s %s %s %p", 1.5F, 2.5, own, costly("text"), none, (void *)16);
 }
 
