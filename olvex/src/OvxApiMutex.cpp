@@ -109,10 +109,12 @@ OVX_HOT bool take()
 
 void beforeFork()
 {
-    heldByForker = isMine();
-    if (heldByForker) return;
-    pthread_mutex_lock(&apiMutex);
-    holder.store(pthread_self(), std::memory_order_relaxed);
+    const bool isHeld = isMine();
+    if (!isHeld) {
+        pthread_mutex_lock(&apiMutex);
+        holder.store(pthread_self(), std::memory_order_relaxed);
+    }
+    heldByForker = isHeld; // only now: its holder may be forking too
 }
 
 // In the child too: its only thread is a copy of the one that took the mutex.

@@ -1,5 +1,6 @@
-// Many threads at once on one toolkit, and threads that are cancelled.
+// Many threads at once on one toolkit, threads that are cancelled, and threads that fork.
 #include "Toolkit.h"
+#include "util/Locked.h"
 
 #include <atomic>
 #include <pthread.h>
@@ -62,6 +63,38 @@ TEST_F(LockThreads, AThreadCancelledInAHandlerGivesTheLockBack)
     cancelled = true;
     thread.join();
     EXPECT_EQ(take(OvxGetObjectName(logger)), "log"); // hangs when nobody gave the lock back
+}
+
+class LockInForks : public OpenToolkit {};
+
+std::vector<std::thread> forkers;
+bool lostTheLock;
+
+void forkOnce()
+{
+    EXPECT_EQ(inChild([] { return 0; }), 0);
+}
+
+// Forks while it holds the lock, and others fork at the same time.
+void forkAmongForks(OvxObject *, OvxEvent *)
+{
+    for (int i = 0; i < 20; ++i) {
+        forkers.emplace_back(forkOnce);
+        forkOnce();
+    }
+    lostTheLock = ovxAPIMutexLockUnlessHeld();
+}
+
+TEST_F(LockInForks, AHandlerThatForksKeepsTheLockWhileOthersFork)
+{
+    addHandlerClass("test_fork", forkAmongForks);
+    OvxObject *logger = get("log", "ovx_basiclogger");
+    OvxAddListener(logger, get("fork", "test_fork"));
+    OvxLogText(logger, "text", 0);
+    for (auto &forker : forkers)
+        forker.join();
+    forkers.clear();
+    EXPECT_FALSE(lostTheLock);
 }
 
 } // namespace
