@@ -36,20 +36,32 @@ int instance = -1;
 int users = 0;
 int looks = 0;
 
-// A host that closes all descriptors may have put another file in the place of one of ours, of
-// which nothing must be read and which is not ours to close.
+// A host that closes all descriptors may have put other files in the places of ours, of which
+// nothing must be read and which are not ours to close.
 bool isOurs(int descriptor)
 {
     struct stat status = {};
     return fstat(descriptor, &status) == 0 && (status.st_mode & S_IFMT) == 0;
 }
 
+// Both or neither: where one is not ours, the other's number too may have been given away since.
+bool areOurs()
+{
+    return isOurs(instance) && isOurs(PathEvents::epoll);
+}
+
+void forgetInstance()
+{
+    instance = PathEvents::epoll = -1;
+}
+
 void closeInstance()
 {
-    for (int *descriptor : {&instance, &PathEvents::epoll}) {
-        if (*descriptor >= 0 && isOurs(*descriptor)) close(*descriptor);
-        *descriptor = -1;
+    if (areOurs()) {
+        close(instance);
+        close(PathEvents::epoll);
     }
+    forgetInstance();
 }
 
 bool openInstance()
@@ -60,7 +72,9 @@ bool openInstance()
     epoll_event interest = {};
     interest.events = EPOLLIN;
     if (epoll_ctl(PathEvents::epoll, EPOLL_CTL_ADD, instance, &interest) == 0) return true;
-    closeInstance();
+    if (instance >= 0) close(instance);
+    if (PathEvents::epoll >= 0) close(PathEvents::epoll);
+    forgetInstance();
     return false;
 }
 
@@ -145,8 +159,8 @@ const epoll_event PathEvents::kNoPlace = {};
 {
     alignas(inotify_event) char events[4096];
     ++now;
-    if (!isOurs(instance))
-        closeInstance();
+    if (!areOurs())
+        forgetInstance();
     else
         while (read(instance, events, sizeof events) > 0) {
         }

@@ -149,7 +149,7 @@ TEST_F(WatchedPath, AHostThatClosesAllDescriptorsKeepsItsData)
     char data[4];
     EXPECT_EQ(read(inotify[0], data, 4), 4);
     ASSERT_EQ(write(ends[1], "more", 4), 4);
-    EXPECT_EQ(epoll_wait(poll, &once, 1, 0), 1);
+    EXPECT_EQ(epoll_wait(polls[0], &once, 1, 0), 1);
     for (const int descriptor : {ends[0], ends[1], inotify[0], poll, polls[0]})
         close(descriptor);
 }
