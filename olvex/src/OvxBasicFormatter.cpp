@@ -134,7 +134,7 @@ class DateText {
         text_ = own_;
     }
 
-    std::string_view text_;
+    std::string_view text_ = "";
     char own_[sizeof Timestamp::text + 1];
 };
 
