@@ -20,7 +20,7 @@ check_link() {
     file=${target%%#*} anchor=${target#"$file"}
     [[ -z $file ]] || file=$(dirname "$page")/$file
     # The drawing is made with the pages.
-    if [[ $file == *.svg ]]; then file=${file%.svg}.dot; fi
+    if [[ $file == *.svg && ! -e $file ]]; then file=${file%.svg}.dot; fi
     [[ -e ${file:-$page} ]] || fail "$page: the link to $target leads nowhere"
     [[ -z $anchor ]] || anchors "${file:-$page}" | grep -qxF "${anchor#\#}" || fail "$page: there is no heading $target"
 }
