@@ -1,5 +1,6 @@
 #include "Reader.h"
 
+#include <algorithm>
 #include <fstream>
 
 namespace soak {
@@ -18,6 +19,7 @@ Findings Reader::read(const std::filesystem::path &directory)
     for (unsigned writer = 0; writer < writers_; ++writer)
         for (unsigned thread = 0; thread < threads_; ++thread)
             compare(writer, thread);
+    settleNameless();
     return findings_;
 }
 
@@ -59,7 +61,20 @@ void Reader::take(const RecordId &id)
 void Reader::takeTorn(const std::string &text)
 {
     const auto id = identify(text);
-    ++(id && isLastOfKilled(*id) ? findings_.lastTorn : findings_.torn);
+    if (!id)
+        ++nameless_;
+    else
+        ++(isLastOfKilled(*id) ? findings_.lastTorn : findings_.torn);
+}
+
+// A torn record that ends before its writer's name is the last one of a killed writer if such a one
+// is missing. Had another writer left it, that one's record would count as lost.
+void Reader::settleNameless()
+{
+    const std::uint64_t ofKilled = std::min(
+        nameless_, findings_.lastMissing - std::min(findings_.lastMissing, findings_.lastTorn));
+    findings_.lastTorn += ofKilled;
+    findings_.torn += nameless_ - ofKilled;
 }
 
 bool Reader::isLastOfKilled(const RecordId &id) const

@@ -47,12 +47,14 @@ class Reader {
     void take(const RecordId &id);
     void takeTorn(const std::string &text);
     void compare(unsigned writer, unsigned thread);
+    void settleNameless();
     bool isLastOfKilled(const RecordId &id) const;
 
     const Board &board_;
     unsigned writers_;
     unsigned threads_;
     std::map<std::pair<unsigned, unsigned>, Progress> progress_;
+    std::uint64_t nameless_ = 0; // torn records that do not say whose they are
     Findings findings_;
 };
 
