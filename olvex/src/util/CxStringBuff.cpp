@@ -62,30 +62,19 @@ const Utf8Form &formOf(std::int32_t codePoint)
     return *form;
 }
 
-struct DigitSet {
-    char zero;
-    char minus;
-};
-constexpr DigitSet kAscii = {'0', '-'};
-constexpr DigitSet kEbcdic = {'\xF0', '\x60'};
+constexpr DigitSet kEbcdicDigits = {'\xF0', '\x60'};
 
 bool appendDigits(CxStringBuff *buffer, std::uint64_t magnitude, bool negative, DigitSet digits)
 {
-    char scratch[32];
+    char scratch[kMostDigits];
     char *const end = scratch + sizeof scratch;
-    char *at = end;
-    do {
-        *--at = static_cast<char>(digits.zero + static_cast<int>(magnitude % 10));
-        magnitude /= 10;
-    } while (magnitude);
-    if (negative) *--at = digits.minus;
-    return appendBytes(buffer, at, static_cast<std::size_t>(end - at));
+    const char *const first = writeDigits(end, magnitude, negative, digits);
+    return appendBytes(buffer, first, static_cast<std::size_t>(end - first));
 }
 
 bool appendSigned(CxStringBuff *buffer, std::int64_t value, DigitSet digits)
 {
-    const auto bits = static_cast<std::uint64_t>(value);
-    return appendDigits(buffer, value < 0 ? 0 - bits : bits, value < 0, digits);
+    return appendDigits(buffer, magnitudeOf(value), value < 0, digits);
 }
 
 // Converts the whole text with one of the services' converters into a block with room for `factor`
@@ -146,22 +135,22 @@ int CxStringBuffAppendUCS2Char(CxStringBuff *buffer, char16_t unit)
 
 int CxStringBuffAppendInt32(CxStringBuff *buffer, int32_t value)
 {
-    return appendSigned(buffer, value, kAscii);
+    return appendSigned(buffer, value, kAsciiDigits);
 }
 
 int CxStringBuffAppendInt64(CxStringBuff *buffer, int64_t value)
 {
-    return appendSigned(buffer, value, kAscii);
+    return appendSigned(buffer, value, kAsciiDigits);
 }
 
 int CxStringBuffAppendUInt64(CxStringBuff *buffer, uint64_t value)
 {
-    return appendDigits(buffer, value, false, kAscii);
+    return appendDigits(buffer, value, false, kAsciiDigits);
 }
 
 int CxStringBuffAppendEBCDICInt64(CxStringBuff *buffer, int64_t value)
 {
-    return appendSigned(buffer, value, kEbcdic);
+    return appendSigned(buffer, value, kEbcdicDigits);
 }
 
 int CxStringBuffAppendStr(CxStringBuff *buffer, const char *string)

@@ -49,26 +49,38 @@ inline bool appendFill(CxStringBuff *buffer, char byte, std::size_t count)
 // Room for the longest 64-bit number in decimal, its sign, and a zero in front.
 inline constexpr std::size_t kMostDigits = 21;
 
+// The bytes of a code set in which numbers are written.
+struct DigitSet {
+    char zero;
+    char minus;
+};
+inline constexpr DigitSet kAsciiDigits = {'0', '-'};
+
 // Writes two digits so that they end before `end`. The factor divides by ten.
-inline char *writeTwoDigits(char *end, std::uint32_t pair)
+inline char *writeTwoDigits(char *end, std::uint32_t pair, char zero)
 {
     const std::uint32_t tens = pair * 103 >> 10;
-    *--end = static_cast<char>('0' + (pair - 10 * tens));
-    *--end = static_cast<char>('0' + tens);
+    *--end = static_cast<char>(zero + static_cast<int>(pair - 10 * tens));
+    *--end = static_cast<char>(zero + static_cast<int>(tens));
     return end;
 }
 
 // Writes a number in decimal so that it ends before `end`; returns its first place.
-inline char *writeDigits(char *end, std::int64_t value)
+inline char *writeDigits(char *end, std::uint64_t magnitude, bool negative,
+                         DigitSet digits = kAsciiDigits)
+{
+    for (; magnitude >= 100; magnitude /= 100)
+        end = writeTwoDigits(end, static_cast<std::uint32_t>(magnitude % 100), digits.zero);
+    end = writeTwoDigits(end, static_cast<std::uint32_t>(magnitude), digits.zero);
+    if (magnitude < 10) ++end; // no zero in front
+    if (negative) *--end = digits.minus;
+    return end;
+}
+
+inline std::uint64_t magnitudeOf(std::int64_t value)
 {
     const auto bits = static_cast<std::uint64_t>(value);
-    std::uint64_t rest = value < 0 ? 0 - bits : bits;
-    for (; rest >= 100; rest /= 100)
-        end = writeTwoDigits(end, static_cast<std::uint32_t>(rest % 100));
-    end = writeTwoDigits(end, static_cast<std::uint32_t>(rest));
-    if (rest < 10) ++end; // no zero in front
-    if (value < 0) *--end = '-';
-    return end;
+    return value < 0 ? 0 - bits : bits;
 }
 
 // Appends piece after piece to a buffer, whose end it keeps to itself until suspend() or its own
@@ -95,7 +107,7 @@ class Appender {
     {
         char digits[kMostDigits];
         char *const end = digits + sizeof digits;
-        const char *const first = writeDigits(end, value);
+        const char *const first = writeDigits(end, magnitudeOf(value), value < 0);
         return put(first, static_cast<std::size_t>(end - first));
     }
 
