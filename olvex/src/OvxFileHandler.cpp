@@ -60,7 +60,10 @@ void writeHeader(OvxObject *handler, OvxFileHandlerVars &vars)
 }
 
 // How far below its limit a file's size is asked for rather than counted.
-constexpr std::uint64_t kNearLimit = 16384;
+constexpr std::uint64_t kNearLimit = 4096;
+
+// A file that takes so much before it is rolled over is watched from its beginning.
+constexpr std::uint64_t kWorthWatching = 16 * kNearLimit;
 
 // Whether all that is known of the open file needs no asking: nothing has happened to its path, and
 // its size as counted is far from the limit.
@@ -249,4 +252,5 @@ void ovxFileHandlerDoRollover(OvxFileHandlerVars &vars)
         reportFailure(n == last ? removeIfThere(vars.name.pathOf(n).get()) : moveUp(vars.name, n));
     reportFailure(moveUp(vars.name, 0));
     vars.state.size = 0;
+    if (!isLogFull(vars, kWorthWatching)) vars.watch.expectQuiet();
 }

@@ -51,6 +51,9 @@ class PathWatch {
     void beforeLook(const char *path);
     // The path is not of interest any more, or is opened anew.
     void end();
+    // What ended the watch was the caller's own doing and will not come again soon: the next look
+    // may watch.
+    void expectQuiet() { looksToGo_ = 0; }
 
   private:
     std::uint64_t watchedSince_ = 0; // a time of the process's watch; 0: not watched
