@@ -21,4 +21,14 @@
 #define OVX_PRINTF_LIKE(formatIndex, firstArgument)
 #endif
 
+/* Marks a function that does so little that the jump over the linkage table would be felt. */
+#if defined(__has_attribute)
+#if __has_attribute(noplt)
+#define OVX_DIRECT __attribute__((noplt))
+#endif
+#endif
+#ifndef OVX_DIRECT
+#define OVX_DIRECT
+#endif
+
 #endif

@@ -16,7 +16,7 @@
 OVX_BEGIN_DECLS
 
 /** Says whether the logger would take an event of the level. Takes no lock. */
-OVX_API bool OvxIsLoggable(const OvxObject *logger, int level);
+OVX_API OVX_DIRECT bool OvxIsLoggable(const OvxObject *logger, int level);
 
 /** Logs a message without a level of its own (the list may set one). All texts are copied. */
 OVX_API void OvxLogMsg(OvxObject *logger, const char *catalog, int set, int key, const char *text,
