@@ -116,6 +116,8 @@ cmake --build "$work/cmake" >"$work/build.log" || fail "$(cat "$work/build.log")
 check_programs "$work/cmake"
 check_tracing_sample "$work/cmake"
 check_front "$work/cmake"
+expect '^initialised: 1, catalog: ovxmsg$' "$work/cmake/fixed"
+[[ $("$work/cmake/fixed" 2>&1 >/dev/null) == "to standard error" ]] || fail "fixed: the header is elsewhere"
 
 pc=$(find "$prefix" -name olvex.pc)
 PKG_CONFIG_PATH=$(dirname "$pc")
