@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <ctime>
 #include <fstream>
 #include <memory>
@@ -42,12 +43,17 @@ inline void setZone(const char *zone)
     tzset();
 }
 
-// The exit status of a child that does the work, or -1 when a signal ended it.
+// The exit status of a child that does the work within twenty seconds, or -1 when a signal ended
+// it.
 template <class Work>
 int inChild(Work work)
 {
+    std::fflush(nullptr);
     const pid_t child = fork();
-    if (child == 0) _exit(work());
+    if (child == 0) {
+        alarm(20);
+        _exit(work());
+    }
     int status = -1;
     waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;

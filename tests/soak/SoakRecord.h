@@ -1,6 +1,8 @@
-// One record of the soak: who wrote it, its number, and a check that it is whole.
+// One record of the soak (who wrote it, its number, and a check that it is whole), and the board on
+// which writers note how far they came, in memory that a killed one cannot take along.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <cstdio>
 #include <optional>
@@ -8,6 +10,20 @@
 #include <string_view>
 
 namespace soak {
+
+inline constexpr int kMostThreads = 16;
+inline constexpr int kMostWriters = 1 << 16; // a writer that takes a killed one's place counts anew
+
+// One process. A thread's records are numbered from 0; `done` counts those whose call returned.
+struct Writer {
+    std::atomic<std::uint32_t> done[kMostThreads];
+    std::atomic<bool> wasKilled;
+};
+
+struct Board {
+    std::atomic<std::uint64_t> begun; // records of all writers
+    Writer writers[kMostWriters];
+};
 
 struct RecordId {
     unsigned writer;

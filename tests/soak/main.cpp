@@ -10,13 +10,17 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <map>
+#include <new>
 #include <random>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
-#include <getopt.h>
 #include <sys/ipc.h>
+#include <sys/mman.h>
 #include <sys/sem.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -29,13 +33,13 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 struct Options {
-    unsigned processes = 4;
-    unsigned threads = 2;
-    std::uint64_t records = 100000;
-    double seconds = 3600;
-    unsigned killMs = 50; // 0: nobody is killed
-    std::uint64_t maxFileBytes = 1 << 20;
-    unsigned maxFiles = 10000;
+    unsigned long processes = 4;
+    unsigned long threads = 2;
+    unsigned long records = 100000;
+    unsigned long seconds = 3600;
+    unsigned long killMs = 50; // 0: nobody is killed
+    unsigned long maxFileBytes = 1 << 20;
+    unsigned long maxFiles = 10000;
     std::string parent = "/tmp";
 };
 
@@ -59,50 +63,17 @@ void writeProperties(const fs::path &directory, const Options &options)
         << "soakFile.MPFileSemKey = " << semaphoreKey() << "\n";
 }
 
-// The part of one process, in which it is one writer.
-class WriterProcess {
-  public:
-    WriterProcess(const Options &options, soak::Board &board, unsigned writer,
-                  Clock::time_point end)
-        : options_(options), board_(board), writer_(writer), end_(end)
-    {}
-
-    [[noreturn]] void run(const fs::path &directory)
-    {
-        if (!OvxOpenToolkit((directory / "soak.properties").c_str())) _exit(3);
-        logger_ = OvxGetObject("soak", nullptr);
-        std::vector<std::thread> threads;
-        for (unsigned t = 0; t < options_.threads; ++t)
-            threads.emplace_back([this, t] { write(t); });
-        for (std::thread &thread : threads)
-            thread.join();
-        OvxReleaseObject(logger_);
-        OvxCloseToolkit();
-        _exit(0);
-    }
-
-  private:
-    void write(unsigned thread)
-    {
-        auto &done = board_.writers[writer_].done[thread];
-        for (std::uint32_t n = 0; board_.begun++ < options_.records; ++n) {
-            const std::string text = soak::compose({writer_, thread, n});
-            OvxLogInfo(logger_, nullptr, 0, 0, text.c_str(), 0);
-            done = n + 1;
-            if (n % 64 == 0 && Clock::now() >= end_) return;
-        }
-    }
-
-    const Options &options_;
-    soak::Board &board_;
-    unsigned writer_;
-    Clock::time_point end_;
-    OvxObject *logger_ = nullptr;
-};
+soak::Board *makeBoard()
+{
+    void *memory = mmap(nullptr, sizeof(soak::Board), PROT_READ | PROT_WRITE,
+                        MAP_SHARED | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (memory == MAP_FAILED) throw std::runtime_error("no shared memory");
+    return new (memory) soak::Board;
+}
 
 class Soak {
   public:
-    explicit Soak(const Options &options) : options_(options), board_(*soak::Board::make())
+    explicit Soak(const Options &options) : options_(options)
     {
         std::string pattern = options.parent + "/olvex-soak-XXXXXX";
         if (!mkdtemp(pattern.data())) throw std::runtime_error("no directory " + pattern);
@@ -121,7 +92,7 @@ class Soak {
     int run()
     {
         const auto begin = Clock::now();
-        end_ = begin + std::chrono::milliseconds(static_cast<long>(options_.seconds * 1000));
+        end_ = begin + std::chrono::seconds(options_.seconds);
         for (unsigned p = 0; p < options_.processes; ++p)
             start();
         const bool isStuck = !watchOver();
@@ -144,8 +115,34 @@ class Soak {
         if (writers_ == soak::kMostWriters) return;
         const unsigned writer = writers_++;
         const pid_t process = fork();
-        if (process == 0) WriterProcess(options_, board_, writer, end_).run(directory_);
+        if (process == 0) runWriter(writer);
         running_.push_back({process, writer});
+    }
+
+    // The part of one process, in which it is one writer.
+    [[noreturn]] void runWriter(unsigned writer)
+    {
+        if (!OvxOpenToolkit((directory_ / "soak.properties").c_str())) _exit(3);
+        OvxObject *logger = OvxGetObject("soak", nullptr);
+        std::vector<std::thread> threads;
+        for (unsigned t = 0; t < options_.threads; ++t)
+            threads.emplace_back([=, this] { write(logger, writer, t); });
+        for (std::thread &thread : threads)
+            thread.join();
+        OvxReleaseObject(logger);
+        OvxCloseToolkit();
+        _exit(0);
+    }
+
+    void write(OvxObject *logger, unsigned writer, unsigned thread)
+    {
+        auto &done = board_.writers[writer].done[thread];
+        for (std::uint32_t n = 0; board_.begun++ < options_.records; ++n) {
+            const std::string text = soak::compose({writer, thread, n});
+            OvxLogInfo(logger, nullptr, 0, 0, text.c_str(), 0);
+            done = n + 1;
+            if (n % 64 == 0 && Clock::now() >= end_) return;
+        }
     }
 
     bool isOver() const { return board_.begun >= options_.records || Clock::now() >= end_; }
@@ -203,25 +200,19 @@ class Soak {
 
     void print(const soak::Findings &found, double seconds, bool isStuck) const
     {
-        std::printf("%u processes of %u threads, %u kills: %llu records in %d files, %.1f s, "
-                    "%.0f/s; lost %llu, doubled %llu, torn %llu, out of order %llu, unknown %llu; "
-                    "last ones of killed writers: %llu missing, %llu torn%s\n",
-                    options_.processes, options_.threads, kills_,
-                    static_cast<unsigned long long>(found.records), found.files, seconds,
-                    static_cast<double>(found.records) / seconds,
-                    static_cast<unsigned long long>(found.lost),
-                    static_cast<unsigned long long>(found.doubled),
-                    static_cast<unsigned long long>(found.torn),
-                    static_cast<unsigned long long>(found.outOfOrder),
-                    static_cast<unsigned long long>(found.unknown),
-                    static_cast<unsigned long long>(found.lastMissing),
-                    static_cast<unsigned long long>(found.lastTorn), isStuck ? "; STUCK" : "");
-        if (failures_) std::printf("%u writers failed\n", failures_);
-        if (!isGood_) std::printf("the files are kept in %s\n", directory_.c_str());
+        std::cout << options_.processes << " processes of " << options_.threads << " threads, "
+                  << kills_ << " kills: " << found.records << " records in " << found.files
+                  << " files, " << seconds << " s; lost " << found.lost << ", doubled "
+                  << found.doubled << ", torn " << found.torn << ", out of order "
+                  << found.outOfOrder << ", unknown " << found.unknown
+                  << "; last ones of killed writers: " << found.lastMissing << " missing, "
+                  << found.lastTorn << " torn" << (isStuck ? "; STUCK\n" : "\n");
+        if (failures_) std::cout << failures_ << " writers failed\n";
+        if (!isGood_) std::cout << "the files are kept in " << directory_ << "\n";
     }
 
     const Options &options_;
-    soak::Board &board_;
+    soak::Board &board_ = *makeBoard();
     fs::path directory_;
     Clock::time_point end_;
     std::vector<Running> running_;
@@ -241,27 +232,22 @@ int usage()
 
 bool readOptions(int count, char **arguments, Options &options)
 {
-    static const option kOptions[] = {
-        {"processes", 1, nullptr, 'p'}, {"threads", 1, nullptr, 't'},
-        {"records", 1, nullptr, 'r'},   {"seconds", 1, nullptr, 's'},
-        {"kill-ms", 1, nullptr, 'k'},   {"max-bytes", 1, nullptr, 'b'},
-        {"max-files", 1, nullptr, 'f'}, {"dir", 1, nullptr, 'd'},
-        {nullptr, 0, nullptr, 0}};
-    for (int letter; (letter = getopt_long(count, arguments, "", kOptions, nullptr)) != -1;) {
-        const auto number = [] { return static_cast<unsigned>(std::atoi(optarg)); };
-        switch (letter) {
-        case 'p': options.processes = number(); break;
-        case 't': options.threads = number(); break;
-        case 'r': options.records = std::strtoull(optarg, nullptr, 10); break;
-        case 's': options.seconds = std::atof(optarg); break;
-        case 'k': options.killMs = number(); break;
-        case 'b': options.maxFileBytes = number(); break;
-        case 'f': options.maxFiles = number(); break;
-        case 'd': options.parent = optarg; break;
-        default: return false;
-        }
+    const std::map<std::string_view, unsigned long *> numbers = {
+        {"--processes", &options.processes}, {"--threads", &options.threads},
+        {"--records", &options.records},     {"--seconds", &options.seconds},
+        {"--kill-ms", &options.killMs},      {"--max-bytes", &options.maxFileBytes},
+        {"--max-files", &options.maxFiles},
+    };
+    for (int i = 1; i + 1 < count; i += 2) {
+        const auto number = numbers.find(arguments[i]);
+        if (number != numbers.end())
+            *number->second = std::strtoul(arguments[i + 1], nullptr, 10);
+        else if (arguments[i] == std::string_view("--dir"))
+            options.parent = arguments[i + 1];
+        else
+            return false;
     }
-    return optind == count && options.threads <= soak::kMostThreads && options.processes > 0;
+    return count % 2 == 1 && options.threads <= soak::kMostThreads && options.processes > 0;
 }
 
 } // namespace

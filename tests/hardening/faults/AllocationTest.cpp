@@ -3,60 +3,37 @@
 #include "Faults.h"
 #include "Scenario.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <cerrno>
 #include <regex>
 
 using namespace olvex::test;
 
 namespace {
 
-// Sanitizers make everything slow: they see a part.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr long kStep = 17;
-#else
-constexpr long kStep = 1;
-#endif
-
-class AllocationFailure : public ::testing::Test {
+class AllocationFailure : public FaultTest {
   protected:
+    AllocationFailure() : FaultTest(false) {}
+
     // Runs everything with allocations failing; the number that failed.
     long run(long first, long count)
     {
+        place_ = "allocation " + std::to_string(first);
         scenario_.prepare();
-        failAllocations(first, count);
-        if (scenario_.open() != OvxIsToolkitOpen()) note(first, "open or not");
+        allocationPlan = {first, count, ENOMEM, nullptr, 0, 0};
+        if (scenario_.open() != OvxIsToolkitOpen()) note("open or not");
         scenario_.use();
         OvxCloseToolkit();
-        const long failed = allocationsFailed();
-        failAllocations(0, 0);
-        return failed;
+        allocationPlan.first = 0;
+        return allocationPlan.failed;
     }
 
-    // What was found is told at the end: until then the output is silenced.
-    void note(long first, const std::string &fault)
+    void checkHarm(long count, long before)
     {
-        faults_ += "allocation " + std::to_string(first) + ": " + fault + "\n";
-        ++faultCount_;
-    }
-
-    void checkHarm(long first, long count, long before)
-    {
-        if (blocksAlive() != before)
-            note(first, std::to_string(blocksAlive() - before) + " blocks more");
+        if (blocksAlive != before) note(std::to_string(blocksAlive - before) + " blocks more");
         for (const std::string &line : scenario_.plainLines())
-            if (!std::regex_match(line, right_)) note(first, "wrote " + line);
-        if (count == 1 && linesLike(unprinted_) > 1) note(first, "lasts");
-    }
-
-    void checkUsable(long first)
-    {
-        if (!scenario_.open()) note(first, "does not open");
-        scenario_.logGood();
-        OvxCloseToolkit();
-        const std::string lacking = scenario_.logsWithoutGood();
-        if (!lacking.empty()) note(first, "no good event in " + lacking);
+            if (!std::regex_match(line, right_)) note("wrote " + line);
+        if (count == 1 && linesLike(unprinted_) > 1) note("lasts");
     }
 
     // Failures at each place: of `count` allocations.
@@ -66,10 +43,10 @@ class AllocationFailure : public ::testing::Test {
         {
             const Silence silence;
             run(0, 0);
-            const long before = blocksAlive();
-            for (long first = 1; run(first, count) > 0 && faultCount_ < 20; first += step, ++runs) {
-                checkHarm(first, count, before);
-                checkUsable(first);
+            const long before = blocksAlive;
+            for (long first = 1; run(first, count) > 0 && !isBadEnough(); first += step, ++runs) {
+                checkHarm(count, before);
+                checkUsable(false);
             }
         }
         std::printf("%ld places\n", runs);
@@ -93,19 +70,16 @@ class AllocationFailure : public ::testing::Test {
         "([0-4]|%1[$]d)|"
         "own (text|%1[$]s)))?"};
     const std::regex unprinted_{"HSTXX0001E round %"};
-    std::string faults_;
-    int faultCount_ = 0;
-    Scenario scenario_{false};
 };
 
 TEST_F(AllocationFailure, OfOne)
 {
-    failEverywhere(1, kStep);
+    failEverywhere(1, seenBySanitizers(17));
 }
 
 TEST_F(AllocationFailure, OfAllThatFollow)
 {
-    failEverywhere(kForEver, 7 * kStep);
+    failEverywhere(kForEver, 7 * seenBySanitizers(17));
 }
 
 } // namespace

@@ -4,22 +4,14 @@
 #include "Faults.h"
 #include "Scenario.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <initializer_list>
+#include <string_view>
 
 using namespace olvex::test;
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr long kStep = 7;
-#else
-constexpr long kStep = 1;
-#endif
 
 // What a failure of the call is reported as, at some of the places where it is made: the system's
 // text, or a message. Failures of calls without either are not reported at any place.
@@ -71,24 +63,21 @@ const Row kRows[] = {
     {"epoll_wait", {EBADF}, kNothing},
 };
 
-class CallFailure : public ::testing::TestWithParam<Row> {
+class CallFailure : public FaultTest, public ::testing::WithParamInterface<Row> {
   protected:
-    // Runs everything with the calls failing, then once more without; what is found is told at the
-    // end, since until then the output is silenced.
+    CallFailure() : FaultTest(true) {}
+
+    // Runs everything with the calls failing, then once more without.
     void run(long first, long count, int error)
     {
+        place_ = row_.call + (" " + std::to_string(first)) + " (" + strerror(error) + ")";
         scenario_.prepare();
-        failCalls(row_.call, first, count, error);
+        callPlan = {first, count, error, row_.call, 0, 0};
         const bool opened = scenario_.open();
         scenario_.use();
-        failNoCalls();
-        place_ = std::to_string(first) + " (" + strerror(error) + ")";
+        callPlan.first = 0;
         check(error);
-        if (!opened && !scenario_.open()) note("does not open");
-        scenario_.logGood();
-        const std::string lacking = scenario_.logsWithoutGood();
-        if (!lacking.empty()) note("no good event in " + lacking);
-        OvxCloseToolkit();
+        checkUsable(opened);
     }
 
     void check(int error)
@@ -97,45 +86,35 @@ class CallFailure : public ::testing::TestWithParam<Row> {
                                  : row_.reportedAs              ? row_.reportedAs
                                                                 : "";
         const long count =
-            std::count_if(reportsMade.begin(), reportsMade.end(), [&](const std::string &report) {
-                return report.compare(0, text.size(), text) == 0;
-            });
+            std::count_if(reportsMade.begin(), reportsMade.end(),
+                          [&](const std::string &report) { return report.starts_with(text); });
         if (row_.reportedAs == kNothing && !reportsMade.empty()) note("says " + reportsMade[0]);
-        if (count > callsFailed() && !isInChild()) note("says more than once " + text);
-        if (static_cast<long>(reportsMade.size()) > 4 * callsFailed() + 1) note("says too much");
+        if (count > callPlan.failed && !isInChild()) note("says more than once " + text);
+        if (std::ssize(reportsMade) > 4 * callPlan.failed + 1) note("says too much");
         reported_ = reported_ || count > 0;
     }
 
-    void note(const std::string &fault)
-    {
-        faults_ += std::string(row_.call) + " " + place_ + ": " + fault + "\n";
-        ++faultCount_;
-    }
-
     // Where the count of failed calls does not come back from.
-    bool isInChild() const { return std::string(row_.call) == "execv"; }
+    bool isInChild() const { return row_.call == std::string_view("execv"); }
 
     // A semaphore that can be neither given back nor removed stops everybody; the system has no
     // such failure.
     bool isLasting() const
     {
-        return std::string(row_.call).find("sem") != 0 || row_.call[3] == 'g';
+        const std::string_view call = row_.call;
+        return call != "semctl" && call != "semop";
     }
 
     void failEverywhere(int error)
     {
-        for (long first = 1; faultCount_ < 20; first += kStep, ++places_) {
+        for (long first = 1; !isBadEnough(); first += seenBySanitizers(7), ++places_) {
             run(first, 1, error);
-            if (callsFailed() == 0) break;
+            if (callPlan.failed == 0) break;
         }
         run(1, isLasting() ? kForEver : 1, error);
     }
 
     const Row &row_ = GetParam();
-    Scenario scenario_{true};
-    std::string place_;
-    std::string faults_;
-    int faultCount_ = 0;
     long places_ = 0;
     bool reported_ = false;
 };

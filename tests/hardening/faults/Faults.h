@@ -5,31 +5,23 @@
 
 #include <climits>
 
-#include <sys/types.h>
-
 namespace olvex::test {
-
-// One row for each function of calls.def.
-struct Call {
-    const char *name;
-    long made;
-    long failFrom; // the number of the first call that fails, 0 for none
-    long failCount;
-    int error;
-};
-
-Call &call(const char *name);
-
-// Lets calls fail: `count` of them from number `first` on, counted from now.
-void failCalls(const char *name, long first, long count, int error);
-void failNoCalls();
-long callsFailed(); // since the last failCalls
 
 inline constexpr long kForEver = LONG_MAX / 2;
 
-void failAllocations(long first, long count);
-long allocationsMade(); // since the last failAllocations
-long allocationsFailed();
-long blocksAlive();
+// Which calls fail: `count` of them from number `first` on, counted from now; none when that is 0.
+struct Plan {
+    long first;
+    long count;
+    int error;
+    const char *call; // a function of calls.def, where there is a choice
+    long made;
+    long failed;
+
+    bool fails();
+};
+
+inline Plan callPlan, allocationPlan;
+inline long blocksAlive = 0;
 
 } // namespace olvex::test

@@ -2,7 +2,7 @@
 // logged through until everything has rolled over, and closed. Faults are injected into it.
 #pragma once
 
-#include <fcntl.h>
+#include <gtest/gtest.h>
 
 #include "OvxPathWatch.h"
 #include "Paths.h"
@@ -10,33 +10,21 @@
 
 namespace olvex::test {
 
-// Sends what is written to standard output and standard error away while it lives: the console
+// Catches what is written to standard output and standard error while it lives: the console
 // handlers of the scenario write there, thousands of times.
-class Silence {
-  public:
+struct Silence {
     Silence()
     {
-        std::fflush(stdout);
-        const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-        for (int file : {1, 2}) {
-            kept_[file - 1] = fcntl(file, F_DUPFD_CLOEXEC, 3);
-            dup2(nowhere, file);
-        }
-        close(nowhere);
+        testing::internal::CaptureStdout();
+        testing::internal::CaptureStderr();
     }
     ~Silence()
     {
-        std::fflush(stdout);
-        for (int file : {1, 2}) {
-            dup2(kept_[file - 1], file);
-            close(kept_[file - 1]);
-        }
+        testing::internal::GetCapturedStdout();
+        testing::internal::GetCapturedStderr();
     }
     Silence(const Silence &) = delete;
     Silence &operator=(const Silence &) = delete;
-
-  private:
-    int kept_[2];
 };
 
 // What the toolkit reported about itself, where a recorder listens to it.
@@ -222,6 +210,44 @@ class Scenario {
     LogDirectory directory_{"/dev/shm"};
     std::string path_;
     std::vector<std::string> logs_;
+};
+
+// Sanitizers make everything slow: of the places where something can fail they see one in `step`.
+inline constexpr long seenBySanitizers([[maybe_unused]] long step)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return step;
+#else
+    return 1;
+#endif
+}
+
+// What is found is told at the end: until then the output is silenced.
+class FaultTest : public ::testing::Test {
+  protected:
+    explicit FaultTest(bool recordsReports) : scenario_(recordsReports) {}
+
+    void note(const std::string &fault)
+    {
+        faults_ += place_ + ": " + fault + "\n";
+        ++faultCount_;
+    }
+    bool isBadEnough() const { return faultCount_ >= 20; }
+
+    // Without faults, after those.
+    void checkUsable(bool isOpen)
+    {
+        if (!isOpen && !scenario_.open()) note("does not open");
+        scenario_.logGood();
+        const std::string lacking = scenario_.logsWithoutGood();
+        if (!lacking.empty()) note("no good event in " + lacking);
+        OvxCloseToolkit();
+    }
+
+    Scenario scenario_;
+    std::string place_; // where the fault is
+    std::string faults_;
+    int faultCount_ = 0;
 };
 
 } // namespace olvex::test
