@@ -5,12 +5,11 @@
 #include "OvxFileCopy.h"
 
 #include <chrono>
+#include <functional>
 
 using namespace olvex::test;
 
 namespace {
-
-constexpr char kZip[] = "/usr/bin/zip";
 
 class FileCopy : public Ffdc {
   protected:
@@ -65,20 +64,11 @@ TEST_F(FileCopy, TakesPathsApartAtBlanksAndKeepsQuotedOnes)
     struct stat status = {};
     stat((base + "/2008.04.01/a.log").c_str(), &status);
     EXPECT_EQ(status.st_mode & 07777u, 0600u);
-    copy((folder / "a.log") + " " + (folder / "gone"));
-    EXPECT_EQ(reports(), (Strings{missing(folder / "gone"), missing(folder / "gone")}));
-    records.clear();
-    copy((folder / "gone") + " /nowhere/");
-    EXPECT_EQ(reports(), (Strings{missing(folder / "gone"), missing("/nowhere/")}));
-}
-
-TEST_F(FileCopy, WritesOverWhatIsThereWithoutCuttingIt)
-{
-    folder.write("a.log", "long text");
-    copy(folder / "a.log");
-    folder.write("a.log", "LONG");
-    copy(folder / "a.log");
-    EXPECT_EQ(copied("a.log"), "LONG text");
+    folder.write("a.log", "FIR");
+    copy((folder / "gone") + " /nowhere/ " + (folder / "a.log"));
+    const std::string gone = missing(folder / "gone"), nowhere = missing("/nowhere/");
+    EXPECT_EQ(reports(), (Strings{gone, nowhere, gone, nowhere})); // when counting, when copying
+    EXPECT_EQ(copied("a.log"), "FIRst");                           // written over, not cut
 }
 
 TEST_F(FileCopy, CopiesRegularFilesOnlyAndNeverWaits)
@@ -102,27 +92,23 @@ TEST_F(FileCopy, DoesNotWriteThroughWhatIsNoFile)
 {
     folder.write("a.log", "text");
     folder.write("precious", "precious");
-    const std::string target = base + "/2008.04.01/a.log";
-    const std::string named = base + "/2008.04.01//a.log";
-    std::filesystem::create_directories(base + "/2008.04.01");
-    std::filesystem::create_symlink(folder / "precious", target);
-    copy(folder / "a.log");
-    std::filesystem::remove(target);
-    std::filesystem::create_directory(target);
-    copy(folder / "a.log");
-    std::filesystem::remove(target);
-    mkfifo(target.c_str(), 0600);
-    copy(folder / "a.log");
-    EXPECT_EQ(reports(), (Strings{notCopied(named), notCopied(named), notCopied(named)}));
+    const std::string day = base + "/2008.04.01", target = day + "/a.log";
+    const std::function<void()> inTheWay[] = {
+        [&] { std::filesystem::create_symlink(folder / "precious", target); },
+        [&] { std::filesystem::create_directory(target); },
+        [&] { mkfifo(target.c_str(), 0600); },
+        [&] { folder.write("base/2008.04.01", "where the directory belongs"); },
+    };
+    for (const auto &put : inTheWay) {
+        std::filesystem::create_directories(day);
+        std::filesystem::remove(target);
+        if (&put == std::end(inTheWay) - 1) std::filesystem::remove(day);
+        records.clear();
+        put();
+        copy(folder / "a.log");
+        EXPECT_EQ(reports(), Strings{notCopied(day + "//a.log")}) << &put - inTheWay;
+    }
     EXPECT_EQ(folder.read("precious"), "precious");
-}
-
-TEST_F(FileCopy, SaysWhenTheDirectoryCannotBeMade)
-{
-    folder.write("a.log", "text");
-    folder.write("base/2008.04.01", "in the way");
-    copy(folder / "a.log");
-    EXPECT_EQ(reports(), Strings{notCopied(base + "/2008.04.01//a.log")});
 }
 
 TEST_F(FileCopy, TargetsStayBelow255Bytes)
@@ -147,25 +133,20 @@ TEST_F(FileCopy, StaysWithinTheQuota)
     put("2008.03.01/old", 500, 1);
     OvxSetObjProp(copier, "maxDiskSpace", "1000");
     OvxSetObjProp(copier, "firstWarning", "0.4");
-    OvxSetObjProp(copier, "quotaPolicy", "QUOTA_SUSPEND");
-    copy(folder / "a.log");
-    EXPECT_EQ(kept(), Names{"2008.03.01/old"});
-    EXPECT_EQ(reports().size(), 1u);
-    OvxSetObjProp(copier, "quotaPolicy", "QUOTA_AUTODELETE");
     copy(folder / "a.log");
     EXPECT_EQ(kept(), Names{"2008.04.01/a.log"});
 }
 
 TEST_F(FileCopy, ZipNamesEndInZip)
 {
-    const struct {
-        const char *given, *kept;
-    } cases[] = {{"backup", "backup.zip"}, {"data.tar", "data.tar.zip"},
-                 {"Dump.ZIP", "Dump.ZIP"}, {"a.zip.b", "a.zip.b.zip"},
-                 {".zip", ".zip"},         {"", "(none)"}};
-    for (const auto &entry : cases) {
-        OvxSetObjProp(copier, "zipFileName", entry.given);
-        EXPECT_EQ(take(OvxFileCopyHandlerGetZipFile(copier)), entry.kept);
+    const std::pair<const char *, const char *> cases[] = {{"data.tar", "data.tar.zip"},
+                                                           {"a.zip.b", "a.zip.b.zip"},
+                                                           {"Dump.ZIP", "Dump.ZIP"},
+                                                           {".zip", ".zip"},
+                                                           {"", "(none)"}};
+    for (const auto &[given, kept] : cases) {
+        OvxSetObjProp(copier, "zipFileName", given);
+        EXPECT_EQ(take(OvxFileCopyHandlerGetZipFile(copier)), kept);
     }
 }
 
@@ -184,34 +165,20 @@ TEST_F(FileCopy, RefusesUnsafeAndMissingCommands)
                             "cannot be run.");
 }
 
-// What stands in the directory at the end of a zip archive.
-Names namesInArchive(const std::string &archive)
-{
-    Names names;
-    for (std::size_t at = archive.find("PK\x01\x02"); at != std::string::npos;
-         at = archive.find("PK\x01\x02", at + 1)) {
-        const auto size = static_cast<unsigned char>(archive[at + 28]);
-        names.insert(archive.substr(at + 46, size));
-    }
-    return names;
-}
-
 TEST_F(FileCopy, MakesAndUpdatesArchivesWithTheRealZip)
 {
-    if (access(kZip, X_OK) != 0) GTEST_SKIP() << "there is no zip here";
+    if (access("/usr/bin/zip", X_OK) != 0) GTEST_SKIP() << "there is no zip here";
     folder.write("a.log", std::string(5000, 'a'));
-    folder.write("my file.txt", "text");
     folder.write("-c.log", "c");
-    useZip(kZip);
-    copy((folder / "a.log") + " \"" + (folder / "my file.txt") + "\" " + (folder / "gone"));
+    useZip("/usr/bin/zip");
+    copy(folder / "a.log");
     EXPECT_EQ(kept(), Names{"2008.04.01/dump.zip"});
-    EXPECT_EQ(namesInArchive(copied("dump.zip")), (Names{"a.log", "my file.txt"}));
-    EXPECT_EQ(reports(), Strings{missing(folder / "gone")});
-    const std::string here = std::filesystem::current_path().string();
     std::filesystem::current_path(folder / "");
     copy("-c.log"); // a file, not an option
-    std::filesystem::current_path(here);
-    EXPECT_EQ(namesInArchive(copied("dump.zip")), (Names{"-c.log", "a.log", "my file.txt"}));
+    std::filesystem::current_path("/");
+    for (const char *name : {"a.log", "-c.log"})
+        EXPECT_NE(copied("dump.zip").find(name), std::string::npos) << name;
+    EXPECT_EQ(reports(), Strings{});
 }
 
 TEST_F(FileCopy, GivesZipItsArgumentsAndTheStandardDescriptorsOnly)
@@ -231,11 +198,10 @@ TEST_F(FileCopy, GivesZipItsArgumentsAndTheStandardDescriptorsOnly)
     EXPECT_EQ(seen.find("secret"), std::string::npos);
     EXPECT_NE(seen.find(" 2 -> "), std::string::npos);
     EXPECT_EQ(reports(), Strings{missing(folder / "gone")});
-    const std::string here = std::filesystem::current_path().string();
     std::filesystem::current_path(folder / "");
     OvxSetObjProp(copier, "baseDir", "-T");
     copy(folder / "a.log"); // a directory, not an option
-    std::filesystem::current_path(here);
+    std::filesystem::current_path("/");
     EXPECT_EQ(folder.read("seen").substr(0, 13), "<-q>\n<-j>\n<./");
     EXPECT_EQ(reports().size(), 1u);
 }
@@ -255,10 +221,6 @@ TEST_F(FileCopy, SaysWhenThereIsNoArchiveInTheEnd)
     useZip(script("zip", "touch \"$3\"\n"));
     copy(folder / "gone");
     EXPECT_EQ(reports(), (Strings{noArchive, noArchive, missing(folder / "gone"), noArchive}));
-    std::filesystem::remove(folder / "zip");
-    copy(folder / "a.log");
-    EXPECT_EQ(reports().back(), "OVXFF0065E The specified zip command '" + (folder / "zip") +
-                                    "'. does not exist or cannot be run.");
 }
 
 TEST(ProgramRun, EndsProgramsThatHang)
@@ -269,9 +231,6 @@ TEST(ProgramRun, EndsProgramsThatHang)
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(olvex::runProgram("/bin/sleep", arguments, 100));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
-    char none[] = "0";
-    char *const atOnce[] = {name, none, nullptr};
-    EXPECT_TRUE(olvex::runProgram("/bin/sleep", atOnce, 30000));
 }
 
 } // namespace

@@ -65,6 +65,18 @@ class LogDirectory {
     std::filesystem::path path_;
 };
 
+// The open descriptors of a file, or of what watches or polls.
+inline std::vector<int> descriptorsOf(const std::string &target)
+{
+    std::vector<int> found;
+    for (int descriptor = 3; descriptor < 256; ++descriptor) {
+        std::error_code error;
+        const auto link = "/proc/self/fd/" + std::to_string(descriptor);
+        if (std::filesystem::read_symlink(link, error) == target) found.push_back(descriptor);
+    }
+    return found;
+}
+
 // A formatter that writes the message alone, between "<" and ">" lines when asked for header and
 // trailer.
 inline char *formatPlainly(OvxObject *, OvxEvent *event)

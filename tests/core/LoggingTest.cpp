@@ -1,4 +1,5 @@
 // Logging: the calls, levels, the typed parameter list, filters, and events that come back.
+#include "MadeEvent.h"
 #include "Toolkit.h"
 
 #include <climits>
@@ -8,18 +9,6 @@ using namespace olvex::test;
 namespace {
 
 class Logging : public OpenToolkit {};
-
-std::string lastProperty; // of the event that the handler below saw last
-
-void keepProperties(OvxObject *, OvxEvent *event)
-{
-    lastProperty.clear();
-    for (const char *name : {"ovx_prop_srcfile", "ovx_prop_srcline", "ovx_prop_srcfunction", "x"}) {
-        char *value = OvxGetEventProp(event, name, nullptr);
-        if (value) lastProperty += std::string(name) + "=" + value + ";";
-        BaxMemoryFree(value);
-    }
-}
 
 TEST_F(Logging, EveryCallHasItsLevelAndKind)
 {
@@ -56,12 +45,9 @@ TEST_F(Logging, TheThresholdDecidesByFunctionAndInlineAlike)
         const char *level;
         int passes;
         int fails;
-    } cases[] = {{"warn", 5000, 4999},
-                 {"ALL", 0, -1},
-                 {"nonsense", INT32_MIN, 0},
-                 {"OFF", 9999, 9998},
-                 {"2147483647", INT32_MAX, INT32_MAX - 1},
-                 {"-5", -5, -6}};
+    } cases[] = {{"warn", 5000, 4999}, {"", 4000, 3999},
+                 {"OFF", 9999, 9998},  {"2147483647", INT32_MAX, INT32_MAX - 1},
+                 {"-5", -5, -6},       {"nonsense", INT32_MIN, 0}};
     for (const auto &entry : cases) {
         OvxSetObjProp(logger, "level", entry.level);
         for (const int level : {entry.passes, static_cast<int>(OVX_LEVEL_NONE)}) {
@@ -71,40 +57,37 @@ TEST_F(Logging, TheThresholdDecidesByFunctionAndInlineAlike)
         if (entry.level == std::string("nonsense")) continue; // no threshold: nothing fails
         EXPECT_FALSE(OvxIsLoggable(logger, entry.fails)) << entry.level;
     }
+    OvxSetObjProp(get("filter", "ovx_levelfilter"), "level", "");
+    const std::string start = "OVXBC04E Property 'level' will be ignored for '";
+    EXPECT_EQ(reports(), (Strings{start + "log' because the value is empty or blank.",
+                                  start + "filter' because the value is empty or blank."}));
     OvxSetObjectEnabled(logger, false);
     EXPECT_FALSE(OvxIsLoggable(logger, OVX_LEVEL_NONE));
-    EXPECT_FALSE(OvxIsLoggable(get("f", "ovx_levelfilter"), OVX_LEVEL_FATAL));
+    EXPECT_FALSE(OvxIsLoggable(get("filter"), OVX_LEVEL_FATAL));
     int evaluated = 0;
     OVX_IF_LOGGABLE(logger, OVX_LEVEL_FATAL)++ evaluated;
     EXPECT_EQ(evaluated, 0);
 }
 
-TEST_F(Logging, AnEmptyLevelIsReportedAndBecomesInfo)
-{
-    for (const char *className : {"ovx_basiclogger", "ovx_levelfilter"}) {
-        records.clear();
-        OvxSetObjProp(get(className, className), "level", "");
-        EXPECT_EQ(reports(),
-                  Strings{std::string("OVXBC04E Property 'level' will be ignored for '") +
-                          className + "' because the value is empty or blank."});
-    }
-    EXPECT_TRUE(OvxIsLoggable(get("ovx_basiclogger"), 4000));
-    EXPECT_FALSE(OvxIsLoggable(get("ovx_basiclogger"), 3999));
-}
+std::string lastProperty; // of the event that the handler below saw last
 
 TEST_F(Logging, DebugCallsRecordWhereTheyStand)
 {
-    addHandlerClass("test_props", keepProperties);
-    OvxObject *logger = get("log", "ovx_basiclogger");
-    OvxAddListener(logger, get("props", "test_props"));
+    OvxObject *logger = loggerWith("props", [](OvxObject *, OvxEvent *event) {
+        lastProperty.clear();
+        for (const std::string name : {"srcfile", "srcline", "srcfunction"})
+            lastProperty +=
+                take(OvxGetEventProp(event, ("ovx_prop_" + name).c_str(), nullptr)) + " ";
+        lastProperty += take(OvxGetEventProp(event, "x", nullptr));
+    });
     OvxLogDebugMin(logger, "a.c", "f", 12, "text", 0);
-    EXPECT_EQ(lastProperty, "ovx_prop_srcfile=a.c;ovx_prop_srcline=12;ovx_prop_srcfunction=f;");
+    EXPECT_EQ(lastProperty, "a.c 12 f (none)");
     OvxLogDebugMin(logger, nullptr, "f", 12, "text", 0);
-    EXPECT_EQ(lastProperty, "ovx_prop_srcfunction=f;");
+    EXPECT_EQ(lastProperty, "(none) (none) f (none)");
     OvxLogText(logger, "text", OVX_PROP, "x", OVX_PARM_INT, 7, 0);
-    EXPECT_EQ(lastProperty, "x=7;");
+    EXPECT_EQ(lastProperty, "(none) (none) (none) 7");
     OvxLogText(logger, "%1$s", OVX_PROP, nullptr, OVX_PARM_INT, 7, OVX_PARM_STRING, "kept", 0);
-    EXPECT_EQ(lastProperty, "");
+    EXPECT_EQ(lastProperty, "(none) (none) (none) (none)");
 }
 
 TEST_F(Logging, ALoggerWithoutListenersSaysSoOnceEach)
@@ -135,61 +118,41 @@ TEST_F(Logging, LevelFiltersPassByThreshold)
     EXPECT_EQ(recordedBy("behind"), (Strings{"unset", "warn", "none"}));
 }
 
-// A list of `count` int parameters, closed or not.
-std::string logInts(OvxObject *logger, int count)
-{
-    records.clear();
-    std::vector<int> list;
-    switch (count) {
-#define INT OVX_PARM_INT, 7,
-#define INTS10 INT INT INT INT INT INT INT INT INT INT
-#define INTS60 INTS10 INTS10 INTS10 INTS10 INTS10 INTS10
-    case 62: OvxLogText(logger, "%62$d", INTS60 INT INT 0); break;
-    case 63: OvxLogText(logger, "%1$d", INTS60 INT INT INT 0); break;
-    default: OvxLogText(logger, "%1$d", INTS60 INTS10 INTS10 0); break;
-    }
-    const auto texts = recordedBy("logRecorder");
-    return texts.empty() ? "" : texts[0];
-}
-
 TEST_F(Logging, ListsOfUpTo62EntriesAreComplete)
 {
     OvxObject *logger = loggerWithRecorder("log");
-    EXPECT_EQ(logInts(logger, 62), "7");
+#define INTS10 INTS5 INTS5
+#define INTS5 INT INT INT INT INT
+#define INT OVX_PARM_INT, 7,
+#define INTS60 INTS10 INTS10 INTS10 INTS10 INTS10 INTS10
+    OvxLogText(logger, "%62$d", INTS60 INT INT 0);
     EXPECT_EQ(reports(), Strings{});
-    const Strings notEnded{"OVXBC0070W The logging method parameter list did not end with a NULL."};
-    EXPECT_EQ(logInts(logger, 63), "7");
-    EXPECT_EQ(reports(), notEnded);
-    EXPECT_EQ(logInts(logger, 80), "7");
-    EXPECT_EQ(reports(), notEnded);
+    OvxLogText(logger, "%1$d", INTS60 INT INT INT 0);
+    OvxLogText(logger, "%1$d", INTS60 INTS10 INTS10 0);
+    const std::string notEnded =
+        "OVXBC0070W The logging method parameter list did not end with a NULL.";
+    EXPECT_EQ(reports(), (Strings{notEnded, notEnded}));
+    EXPECT_EQ(recordedBy("logRecorder"), (Strings{"7", "7", "7"}));
 }
 
 TEST_F(Logging, AnUnknownMarkerEndsTheListAndIsReported)
 {
     OvxObject *logger = loggerWithRecorder("log");
     OvxLogText(logger, "%1$d %2$s", OVX_PARM_INT, 1, OVX_PARM_STRING, "two", 42, "lost", 0);
-    EXPECT_EQ(recordedBy("logRecorder"), Strings{"1 two"});
-    EXPECT_EQ(reports(),
-              Strings{"OVXBC0071W The logging method's parameter list is missing type markers."});
-}
-
-OvxEvent *makeEvent(const char *catalog, ...)
-{
-    va_list list;
-    va_start(list, catalog);
-    OvxEvent *event = OvxVaAllocEvent(OVX_LEVEL_WARN, catalog, 1, 2, "text", list);
-    va_end(list);
-    return event;
+    OvxLogText(logger, "three", OVX_PROP, "lost", 42, OVX_PARM_INT, 1, 0);
+    EXPECT_EQ(recordedBy("logRecorder"), (Strings{"1 two", "three"}));
+    const std::string noMarkers =
+        "OVXBC0071W The logging method's parameter list is missing type markers.";
+    EXPECT_EQ(reports(), (Strings{noMarkers, noMarkers}));
 }
 
 TEST_F(Logging, EventsKeepWhatTheyAreGiven)
 {
-    OvxEvent *event =
-        makeEvent("cat", OVX_PROP, "long", OVX_PARM_LONG, LONG_MIN, OVX_PROP, "float",
-                  OVX_PARM_FLOAT, 1.5, OVX_PROP, "bool", OVX_PARM_BOOL, 1, OVX_PROP, "char",
-                  OVX_PARM_CHAR, 'c', OVX_PROP, "none", OVX_PARM_STRING, nullptr, 0);
-    EXPECT_TRUE(OvxGetEventIsMessage(event)); // it has a catalog
-    EXPECT_EQ(OvxGetEventLevel(event), OVX_LEVEL_WARN);
+    const MadeEvent made = eventAt(
+        0, OVX_LEVEL_WARN, "cat", 2, "text", OVX_PROP, "long", OVX_PARM_LONG, LONG_MIN, OVX_PROP,
+        "float", OVX_PARM_FLOAT, 1.5, OVX_PROP, "bool", OVX_PARM_BOOL, 1, OVX_PROP, "char",
+        OVX_PARM_CHAR, 'c', OVX_PROP, "none", OVX_PARM_STRING, nullptr, 0);
+    OvxEvent *event = made.get();
     EXPECT_EQ(OvxGetEventPropLong(event, "long", nullptr), LONG_MIN);
     EXPECT_EQ(OvxGetEventPropFloat(event, "float", nullptr), 1.5F);
     EXPECT_TRUE(OvxGetEventPropBool(event, "bool", nullptr));
@@ -197,70 +160,37 @@ TEST_F(Logging, EventsKeepWhatTheyAreGiven)
     bool found = false;
     EXPECT_EQ(OvxGetEventProp(event, "none", &found), nullptr);
     EXPECT_TRUE(found);
-    EXPECT_EQ(OvxGetEventMessageId(event), nullptr);
-    OvxSetEventMessageId(event, "ID1");
-    EXPECT_EQ(take(OvxGetEventMessageId(event)), "ID1");
-    OvxSetEventMessageId(event, nullptr);
-    EXPECT_EQ(OvxGetEventMessageId(event), nullptr);
-    OvxFreeEvent(event);
-    event = makeEvent(nullptr, OVX_PROP, "lost", 42, OVX_PARM_INT, 1, 0);
-    EXPECT_FALSE(OvxGetEventIsMessage(event));
-    EXPECT_EQ(reports(),
-              Strings{"OVXBC0071W The logging method's parameter list is missing type markers."});
-    OvxFreeEvent(event);
-}
-
-TEST_F(Logging, ParametersOfEveryTypeArePrinted)
-{
-    OvxObject *logger = loggerWithRecorder("log");
-    OvxLogText(logger, "%1$c %2$d %3$ld %4$.2f %5$.3f %6$c %7$s", OVX_PARM_BOOL, true + '@' - 1,
-               OVX_PARM_INT, -5, OVX_PARM_LONG, LONG_MAX, OVX_PARM_FLOAT, 1.5, OVX_PARM_DOUBLE,
-               2.125, OVX_PARM_CHAR, 'z', OVX_PARM_STRING, "text", OVX_LEVEL_WARN, OVX_PROP, "p", 0,
-               0);
-    ASSERT_EQ(records.size(), 1u);
-    EXPECT_EQ(records[0].text, "\1 -5 " + std::to_string(LONG_MAX) + " 1.50 2.125 z text");
-    EXPECT_EQ(records[0].level, 0); // 0 behind a property's name is a level
-}
-
-void callPublic(OvxObject *handler, OvxEvent *event)
-{
-    lastProperty = take(OvxGetObjectName(handler));
-    record(handler, event);
 }
 
 TEST_F(Logging, APublicCallInsideAClassFunctionIsRefusedNotStuck)
 {
-    addHandlerClass("test_calls", callPublic);
-    OvxObject *logger = get("log", "ovx_basiclogger");
-    OvxAddListener(logger, get("calls", "test_calls"));
+    OvxObject *logger = loggerWith("calls", [](OvxObject *handler, OvxEvent *event) {
+        lastProperty = take(OvxGetObjectName(handler));
+        record(handler, event);
+    });
     OvxLogText(logger, "text", 0);
     EXPECT_EQ(lastProperty, "(none)");
     EXPECT_EQ(recordedBy("calls"), Strings{"text"});
     EXPECT_EQ(reports(), Strings{"Resource deadlock avoided"});
 }
 
-void failAndReport(OvxObject *handler, OvxEvent *event)
-{
-    OvxReportPlatformErr('p', 5);
-    record(handler, event);
-}
-
 TEST_F(Logging, EventsThatComeBackEnd)
 {
     OvxObject *a = get("a", "test_recorder");
-    OvxObject *b = get("b", "test_recorder");
-    OvxAddListener(a, b);
-    OvxAddListener(b, a);
-    OvxObject *logger = get("log", "ovx_basiclogger");
-    OvxAddListener(logger, a);
+    OvxObject *logger = loggerWithRecorder("log");
+    OvxAddListener(get("logRecorder"), a);
+    OvxAddListener(a, get("logRecorder"));
     OvxLogText(logger, "round", 0);
     EXPECT_EQ(recordedBy("a"), Strings{"round"});
-    EXPECT_EQ(recordedBy("b"), Strings{"round"});
+    EXPECT_EQ(recordedBy("logRecorder"), Strings{"round"});
 }
 
 TEST_F(Logging, AFailingHandlerOfTheErrorLoggerDoesNotFeedItself)
 {
-    addHandlerClass("test_fails", failAndReport);
+    addHandlerClass("test_fails", [](OvxObject *handler, OvxEvent *event) {
+        OvxReportPlatformErr('p', 5);
+        record(handler, event);
+    });
     OvxObject *errors = get("olvex.errorLogger");
     OvxAddListener(errors, get("fails", "test_fails"));
     OvxLogText(errors, "first", 0);
@@ -268,27 +198,21 @@ TEST_F(Logging, AFailingHandlerOfTheErrorLoggerDoesNotFeedItself)
     EXPECT_EQ(reports(), (Strings{"first", "Input/output error"}));
 }
 
-void changeListeners(OvxObject *handler, OvxEvent *event)
-{
-    record(handler, event);
-    OvxObject *logger = ovxIntlGetObject("log", nullptr);
-    ovxIntlSetObjProp(logger, "listenerNames", "late");
-    ovxIntlReleaseObject(logger);
-}
-
 TEST_F(Logging, ListenersMayChangeWhileAnEventIsPassedOn)
 {
-    addHandlerClass("test_changes", changeListeners);
-    OvxObject *logger = get("log", "ovx_basiclogger");
     get("late", "test_recorder");
-    for (const char *name : {"c1", "c2"}) { // held by the logger alone
-        OvxObject *handler = OvxGetObject(name, "test_changes");
-        OvxAddListener(logger, handler);
-        OvxReleaseObject(handler);
-    }
+    OvxObject *logger = loggerWith("first", [](OvxObject *handler, OvxEvent *event) {
+        record(handler, event);
+        OvxObject *passing = ovxIntlGetObject("log", nullptr);
+        ovxIntlSetObjProp(passing, "listenerNames", "late");
+        ovxIntlReleaseObject(passing);
+    });
+    OvxObject *second = OvxGetObject("second", "test_own"); // soon held by the logger alone
+    OvxAddListener(logger, second);
+    OvxReleaseObject(second);
     OvxLogText(logger, "one", 0);
     OvxLogText(logger, "two", 0);
-    EXPECT_EQ(recordedBy("c1"), Strings{"one"});
+    EXPECT_EQ(recordedBy("first"), Strings{"one"});
     EXPECT_EQ(recordedBy("late").back(), "two");
 }
 
@@ -305,14 +229,6 @@ TEST_F(Logging, LevelsAreReadFromText)
                  {" all", -9999}};
     for (const auto &entry : cases)
         EXPECT_EQ(OvxGetLevelFromString(entry.text), entry.level) << (entry.text ? entry.text : "");
-}
-
-TEST_F(Logging, JoiningSkipsWhatIsMissing)
-{
-    const char *strings[] = {"a", nullptr, "b"};
-    EXPECT_EQ(take(OvxStrACat(3, strings, "/")), "a/b");
-    EXPECT_EQ(take(OvxStrACat(3, strings, nullptr)), "ab");
-    EXPECT_EQ(take(OvxStrACat(-1, strings, "/")), "");
 }
 
 } // namespace

@@ -5,8 +5,6 @@
 #include "OvxProps.h"
 #include "OvxStrTok.h"
 
-#include <span>
-
 using namespace olvex::test;
 using testing::internal::CaptureStderr;
 using testing::internal::GetCapturedStderr;
@@ -28,20 +26,13 @@ std::string readIntoList(const std::string &content)
     return complete ? result : result + "failed";
 }
 
-struct Reading {
-    std::string content;
-    const char *result;
-};
-
-void expectReadings(std::span<const Reading> cases)
+TEST(PropertiesFiles, FollowTheGrammar)
 {
-    for (const Reading &entry : cases)
-        EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;
-}
-
-TEST(PropertiesFiles, SeparateKeysFromValues)
-{
-    const Reading cases[] = {
+    const struct {
+        std::string content;
+        const char *result;
+    } cases[] = {
+        // Keys and values.
         {"", ""},
         {"a.b.level = WARN\n", "a.b.level=WARN;"},
         {"k:x\nl x\nm\tx\nn \f=\v x\no =: x\n", "k=x;l=x;m=x;n=x;o=: x;"},
@@ -50,60 +41,40 @@ TEST(PropertiesFiles, SeparateKeysFromValues)
         {"  k = x\n\t\v\f l=y\n", "k=x;l=y;"},
         {"=k=x\n:l=y\n!=z\n", "=k=x;:l=y;"}, // a separator may begin a line, but not after blanks
         {"\\k=x\n", "\\k=x;"},               // and so may a backslash
-        {" =x\n", "failed"},
         {"k=1\n\t:x\nl=2\n", "k=1;failed"},
         {"k=1\nl\nm=2\n", "k=1;failed"},
         {"l \nm=2\n", "failed"},
         {"k=1\nk=2\nl=3\nk=4\n", "k=4;l=3;"},
         {"caf\xc3\xa9=\xff\x80\n", "caf\xc3\xa9=\xff\x80;"},
-        {"umbrella=U\ndeaf=0dead\n", "umbrella=U;deaf=0dead;"},
         {"k=\"x\" 'y' #!\n", "k=\"x\" 'y' #!;"},
-    };
-    expectReadings(cases);
-}
-
-TEST(PropertiesFiles, EndLinesInAnyWay)
-{
-    const Reading cases[] = {
-        {"a=1\r\nb=2\r\n", "a=1;b=2;"},
-        {"a=1\rb=2\r", "a=1;b=2;"},
+        // Lines and their ends.
+        {"a=1\r\nb=2\rc=3\r", "a=1;b=2;c=3;"},
         {"\n\r\n\na=1\n\n\n \t \nb=2\n\n", "a=1;b=2;"},
         {"# c\n! c\n  # c = d\n\t!\na=1\n#", "a=1;"},
         {"#c \\\na=1\n", "a=1;"}, // comments do not go on
         {"a=1\nb=2", "a=1;b=2;"},
-        {"a=1\nb", "a=1;b=;"},
         {"b ", "b=;"},
         {"b= ", "b=;"},
         {"b=x\\", "b=x;"},
-        {"b=x\\\n", "b=x;"},
         {"b=x\\u12", "b=x;"},
         {"b\\", "b=;"},
         {"a=1\r\n# last", "a=1;"},
-    };
-    expectReadings(cases);
-}
-
-TEST(PropertiesFiles, EscapeWhatTheyMay)
-{
-    const Reading cases[] = {
+        // Escapes.
         {"a\\=b\\:c\\ d\\\\\\\t=1\n", "a=b:c d\\\t=1;"},
         {"a\\n=1\n", "failed"},
         {"a\\\nb=1\n", "failed"},
         {"a=\\ x\\\"y\\'z\\\\\\\t\n", "a= x\"y'z\\\t;"},
-        {"a.b.desc=one \\\n   two\n", "a.b.desc=one two;"},
         {"a=one\\\r\n\ttwo\\\n \\\n\\ three\n", "a=onetwo three;"},
         {"a=\\\n#x\n", "a=#x;"},
-        {"a=x\\\n \n", "a=x;"},
         {"a \\ x\n", "a= x;"}, // an escape may begin a value behind blanks
         {"a \\\nb=c\n", "a=b=c;"},
         {"a=\\u00e9\\U00E9\n", "a=\xc3\xa9\xc3\xa9;"},
         {"a=\\u20ACx\\u0041\n", "a=\xe2\x82\xacxA;"},
         {"a=\\u00g9\n", "failed"},
-        {"a=\\u00e\n", "failed"},
         {"a=\\u12.x=1\n", "failed"}, // and not a new line behind the dot
-        {"a=\\uxyz\n", "failed"},
     };
-    expectReadings(cases);
+    for (const auto &entry : cases)
+        EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;
 }
 
 TEST(PropertiesFiles, NameThePropertyWithABadEscape)
@@ -178,16 +149,19 @@ TEST_F(Properties, ReportFilesThatCannotBeRead)
 {
     EXPECT_FALSE(OvxLogMgrReadProps("/nonexistent/file"));
     EXPECT_FALSE(OvxLogMgrReadProps("/tmp"));
-    CxPropList list = {};
-    EXPECT_FALSE(CxPropListRead("/nonexistent/file", &list));
-    EXPECT_EQ(reports(), (Strings{"No such file or directory", "Is a directory",
-                                  "No such file or directory"}));
+    EXPECT_EQ(reports(), (Strings{"No such file or directory", "Is a directory"}));
 }
 
 TEST_F(Properties, ConvertTheirText)
 {
     StringToStringMap *map = OvxAllocStringToStringMap();
-    const auto set = [&](const char *value) { OvxSetMapProp(map, "p", value); };
+    // What a text gives, and whether it serves.
+    const auto read = [&](auto function, const char *text) {
+        bool ok = false;
+        OvxSetMapProp(map, "p", text);
+        const auto value = function(map, "p", &ok);
+        return std::pair(value, ok);
+    };
     const struct {
         const char *text;
         std::int32_t number;
@@ -199,51 +173,26 @@ TEST_F(Properties, ConvertTheirText)
         {"WARN", 0, false},  {"99999999999999999999", INT32_MAX, true},
         {"", 0, false},      {nullptr, 0, false},
     };
-    for (const auto &entry : numbers) {
-        bool ok = !entry.ok;
-        set(entry.text);
-        EXPECT_EQ(OvxGetMapPropInt(map, "p", &ok), entry.number) << (entry.text ? entry.text : "");
-        EXPECT_EQ(ok, entry.ok) << (entry.text ? entry.text : "");
-    }
-    // What a text gives, and whether it serves.
-    const auto read = [&](auto function, const char *text) {
-        bool ok = false;
-        set(text);
-        const auto value = function(map, "p", &ok);
-        return std::pair(value, ok);
-    };
+    for (const auto &entry : numbers)
+        EXPECT_EQ(read(OvxGetMapPropInt, entry.text), std::pair(entry.number, entry.ok))
+            << (entry.text ? entry.text : "(none)");
     EXPECT_EQ(read(OvxGetMapPropLong, "99999999999999999999"), (std::pair{INT64_MAX, true}));
     EXPECT_EQ(read(OvxGetMapPropBool, "TrUe"), (std::pair{true, true}));
     EXPECT_EQ(read(OvxGetMapPropBool, "true "), (std::pair{false, false}));
     EXPECT_EQ(read(OvxGetMapPropBool, "False"), (std::pair{false, true}));
     EXPECT_EQ(read(OvxGetMapPropDouble, " -2.5e3x"), (std::pair{-2500.0, true}));
-    EXPECT_EQ(read(OvxGetMapPropFloat, " -2.5e3x"), (std::pair{-2500.0F, true}));
     EXPECT_EQ(read(OvxGetMapPropDouble, "point"), (std::pair{0.0, false}));
     EXPECT_EQ(read(OvxGetMapPropChar, ""), (std::pair{'\0', true}));
     EXPECT_EQ(read(OvxGetMapPropChar, nullptr), (std::pair{'\0', false}));
-    OvxFreeStringToStringMap(map);
-}
-
-TEST_F(Properties, StoreValuesAsText)
-{
-    StringToStringMap *map = OvxAllocStringToStringMap();
     const auto stored = [&](auto set, auto value) {
         set(map, "p", value);
         return take(OvxGetMapProp(map, "p", nullptr));
     };
     EXPECT_EQ(stored(OvxSetMapPropBool, true), "true");
-    EXPECT_EQ(stored(OvxSetMapPropBool, false), "false");
     EXPECT_EQ(stored(OvxSetMapPropChar, 'x'), "x");
     EXPECT_EQ(stored(OvxSetMapPropInt, INT32_MIN), "-2147483648");
     EXPECT_EQ(stored(OvxSetMapPropLong, INT64_MIN), "-9223372036854775808");
     EXPECT_EQ(stored(OvxSetMapPropFloat, -0.5F), "-0.500000");
-    EXPECT_EQ(stored(OvxSetMapPropDouble, 2.5), "2.500000");
-    OvxSetMapProp(map, "p", nullptr);
-    bool found = false;
-    EXPECT_EQ(OvxGetMapProp(map, "p", &found), nullptr);
-    EXPECT_TRUE(found);
-    EXPECT_EQ(OvxGetMapProp(map, "absent", &found), nullptr);
-    EXPECT_FALSE(found);
     OvxFreeStringToStringMap(map);
 }
 
@@ -261,10 +210,7 @@ TEST(Tokens, AreRunsBetweenDelimiters)
 {
     EXPECT_EQ(tokens("  one \t two\vthree\r\n\f", kNameDelimiters),
               (Strings{"one", "two", "three"}));
-    EXPECT_EQ(tokens("one", kNameDelimiters), Strings{"one"});
     EXPECT_EQ(tokens(" \t ", kNameDelimiters), Strings{});
-    EXPECT_EQ(tokens("", kNameDelimiters), Strings{});
-    EXPECT_EQ(tokens(nullptr, kNameDelimiters), Strings{});
     EXPECT_EQ(tokens("a b", ""), (Strings{"a", " ", "b"}));
     EXPECT_EQ(tokens("abc", nullptr), (Strings{"a", "b", "c"}));
 }

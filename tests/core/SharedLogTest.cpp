@@ -5,12 +5,9 @@
 #include "OvxFileHandler.h"
 #include "OvxRolloverPoints.h"
 
-#include <atomic>
 #include <chrono>
 #include <cstring>
-#include <map>
 #include <sys/ipc.h>
-#include <thread>
 
 using namespace olvex::test;
 
@@ -40,7 +37,8 @@ TEST_F(SharedLog, KeepsTheActiveFileAtRollover)
 {
     set("maxFiles", "3");
     set("maxFileBytes", "10");
-    set("appending", "false"); // without effect
+    set("appending", "false");   // without effect
+    useFormatter("test_framed"); // whose header and trailer are not written
     struct stat before = {};
     struct stat after = {};
     log("one");
@@ -53,13 +51,6 @@ TEST_F(SharedLog, KeepsTheActiveFileAtRollover)
     EXPECT_EQ(directory_.read("app2.log"), "one\ntwo\nthree\n");
     EXPECT_EQ(directory_.read("app1.log"), "four\nfive\n");
     EXPECT_EQ(directory_.read("app.log"), "six\nseven\n");
-}
-
-TEST_F(SharedLog, WritesNoHeaderAndNoTrailerOfItsOwn)
-{
-    useFormatter("test_framed");
-    log("one");
-    EXPECT_EQ(directory_.read("app.log"), "one\n");
 }
 
 TEST_F(SharedLog, OpensASemaphoreThatWasRemovedAnew)
@@ -125,40 +116,6 @@ TEST_F(SharedLog, RollsOverWithoutAPassingFileToo)
     EXPECT_EQ(directory_.read("app1.log"), "one\n");
     EXPECT_EQ(directory_.read("app.log"), "two\n");
     EXPECT_EQ(reports(), Strings{});
-}
-
-// A thread logs all the while its process forks; each child logs too.
-TEST_F(SharedLog, BothSidesOfAForkGoOn)
-{
-    constexpr int kChildren = 20;
-    constexpr int kRecords = 20;
-    set("maxFiles", "1");
-    std::atomic<bool> isOver = false;
-    std::map<std::string, int> expected;
-    std::thread thread([&] {
-        for (int i = 0; !isOver || i < kRecords; ++i) {
-            const std::string text = "thread " + std::to_string(i);
-            log(text);
-            ++expected[text];
-        }
-    });
-    for (int c = 0; c < kChildren; ++c) {
-        ASSERT_EQ(inChild([&] {
-                      for (int i = 0; i < kRecords; ++i)
-                          log("child " + std::to_string(c) + " " + std::to_string(i));
-                      return 0;
-                  }),
-                  0);
-    }
-    isOver = true;
-    thread.join();
-    for (int c = 0; c < kChildren; ++c)
-        for (int i = 0; i < kRecords; ++i)
-            ++expected["child " + std::to_string(c) + " " + std::to_string(i)];
-    std::map<std::string, int> found;
-    for (const std::string &line : readBack(directory_, 0))
-        ++found[line];
-    EXPECT_EQ(found, expected);
 }
 
 const char *deadlyPoint = "";

@@ -139,6 +139,15 @@ class OpenToolkit : public ::testing::Test {
         return object;
     }
 
+    // The logger "log" with a listener that does this with events.
+    OvxObject *loggerWith(const char *listener, void (*log)(OvxObject *, OvxEvent *))
+    {
+        addHandlerClass("test_own", log);
+        OvxObject *logger = get("log", "ovx_basiclogger");
+        OvxAddListener(logger, get(listener, "test_own"));
+        return logger;
+    }
+
     // A logger with a recorder of its own, called like it with "Recorder" behind.
     OvxObject *loggerWithRecorder(const std::string &name)
     {

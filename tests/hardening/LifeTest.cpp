@@ -2,12 +2,11 @@
 // closed, over forks, and where only OvxEmergencyWrite may be called.
 #include "core/LogDirectory.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
-#include <iterator>
+#include <map>
 #include <thread>
 
 using namespace olvex::test;
@@ -26,17 +25,17 @@ void say(const char *text)
 // A log that a child leaves open until it ends.
 class Life : public LogWithHandler {
   protected:
-    void SetUp() override
+    void SetUp() override { open("ovx_filehandler"); }
+
+    void open(const char *handlerClass)
     {
-        start("ovx_filehandler", "life.log");
+        start(handlerClass, "life.log");
         set("maxFiles", "1");
         lastLogger = logger_;
     }
 
     std::string content() const { return directory_.read("life.log"); }
 };
-using LifeThreads = Life;
-
 struct LogsAtItsEnd {
     ~LogsAtItsEnd() { say("static destructor"); }
 };
@@ -87,28 +86,41 @@ TEST_F(Life, TheProcessEndsWhileThreadsLog)
     }
 }
 
+class LifeThreads : public Life, public ::testing::WithParamInterface<const char *> {
+  protected:
+    void SetUp() override { open(GetParam()); }
+};
+
+INSTANTIATE_TEST_SUITE_P(, LifeThreads,
+                         ::testing::Values("ovx_filehandler", "ovx_multiproc_filehandler"));
+
 // The threads hold the lock nearly all the time, some of it in the middle of a write.
-TEST_F(LifeThreads, ChildrenOfAForkLogWhileThreadsHoldTheLock)
+TEST_P(LifeThreads, BothSidesOfAForkLogEachRecordOnce)
 {
     std::atomic<bool> stop = false;
+    std::atomic<int> expected = 0;
     std::vector<std::thread> threads;
     for (int i = 0; i < 3; ++i)
         threads.emplace_back([&] {
-            while (!stop)
+            for (; !stop; ++expected)
                 say("parent");
         });
     constexpr int kChildren = 30;
     for (int i = 0; i < kChildren; ++i)
         EXPECT_EQ(inChild([] {
-                      say("child");
+                      for (int n = 0; n < 10; ++n)
+                          say("child");
                       return 0;
                   }),
                   0);
     stop = true;
     for (std::thread &thread : threads)
         thread.join();
+    std::map<std::string, int> found;
     std::istringstream lines(content());
-    EXPECT_EQ(std::count(std::istream_iterator<std::string>(lines), {}, "child"), kChildren);
+    for (std::string line; std::getline(lines, line);)
+        ++found[line];
+    EXPECT_EQ(found, (std::map<std::string, int>{{"child", 10 * kChildren}, {"parent", expected}}));
 }
 
 // What the toolkit has open is not passed on.
@@ -154,9 +166,7 @@ TEST_F(Emergency, ASignalHandlerMayWrite)
 {
     OvxSetEmergencyFile(file_.c_str());
     const auto before = signal(SIGUSR1, [](int) { OvxEmergencyWrite("signal\n"); });
-    addHandlerClass("test_raise", [](OvxObject *, OvxEvent *) { raise(SIGUSR1); });
-    OvxObject *logger = get("log", "ovx_basiclogger");
-    OvxAddListener(logger, get("raise", "test_raise"));
+    OvxObject *logger = loggerWith("raise", [](OvxObject *, OvxEvent *) { raise(SIGUSR1); });
     OvxLogText(logger, "text", 0);
     signal(SIGUSR1, before);
     EXPECT_EQ(directory_.read("emergency"), "signal\n");
