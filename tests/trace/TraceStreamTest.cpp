@@ -98,8 +98,6 @@ TEST(TraceStream, ConvertsEveryType)
     const wchar_t *wideNone = nullptr;
     EXPECT_EQ(textOf([&](Trace &t) { t << none << wideNone << L"\u20ac\U0001f600"; }),
               "(null)(null)\u20ac\U0001f600");
-    EXPECT_EQ(textOf([](Trace &t) { t << t.hex(nullptr, 3) << t.hex("x", 0) << "nothing"; }),
-              "nothing");
 }
 
 TEST(TraceStream, WithoutTheLevelNothingIsCollected)
@@ -119,13 +117,9 @@ TEST(TraceStream, DumpsBytesInColumns)
     EXPECT_EQ(textOf([](Trace &t) { t.hex("A\0~", 3); }),
               "\n-START DATA-: 3 (0x3) bytes-\n00000000: 41 00 7e " + std::string(39, ' ') +
                   "A..\n-END DATA-");
-    EXPECT_EQ(textOf([](Trace &t) { t << "d" << t.hex("0123456789abcde\xff", 16); }),
-              "d\n-START DATA-: 16 (0x10) bytes-\n"
+    EXPECT_EQ(textOf([](Trace &t) { t << "d" << t.hex("0123456789abcde\xffz{ \x1f", 18); }),
+              "d\n-START DATA-: 18 (0x12) bytes-\n"
               "00000000: 30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 ff 0123456789abcde.\n"
-              "-END DATA-");
-    EXPECT_EQ(textOf([](Trace &t) { t.hex("0123456789abcdefz{ \x1f", 18); }),
-              "\n-START DATA-: 18 (0x12) bytes-\n"
-              "00000000: 30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66 0123456789abcdef\n"
               "00000010: 7a 7b " +
                   std::string(42, ' ') + "z.\n-END DATA-");
 }

