@@ -72,7 +72,8 @@ for standard in "${checks[@]}"; do
     check_source "$standard"
 done
 [[ $count -ge 10 ]] || fail "only $count wrong forms were found"
-for line in 'cpp17.cpp main 37 Disk /var is 93 percent full' \
+for line in "main 36 $(printf '12345678910%.0s' 1 2 3 4 5)123456789" \
+    'cpp17.cpp main 37 Disk /var is 93 percent full' \
     'main 38 APP0008W Only 1048576 bytes are left on "/var", that is 0.3%' \
     'main 39 Nothing is left'; do
     grep -Fq "$line" "$work/c++17.program.out" ||

@@ -10,32 +10,19 @@ segments=$(readelf -lW "$library")
 dynamic=$(readelf -dW "$library")
 imports=$(nm -D -u "$library")
 
-report() {
-    if [[ $2 -eq 0 ]]; then
-        echo "ok: $1"
-    else
-        echo "FAILED: $1" >&2
-        failures=1
-    fi
+check() {
+    local wanted=$1 what=$2 pattern=$3 text=$4 found=has
+    grep -Eq -- "$pattern" <<<"$text" || found=lacks
+    [[ $found != "$wanted" ]] || { echo "ok: $what"; return; }
+    echo "FAILED: $what" >&2
+    failures=1
 }
 
-has() {
-    local code=0
-    grep -Eq -- "$2" <<<"$3" || code=1
-    report "$1" "$code"
-}
-
-lacks() {
-    local code=0
-    ! grep -Eq -- "$2" <<<"$3" || code=1
-    report "$1" "$code"
-}
-
-has "relocated data is read-only" 'GNU_RELRO' "$segments"
-has "all addresses are bound at the start" 'BIND_NOW|FLAGS.*NOW' "$dynamic"
-lacks "code has no relocations" 'TEXTREL' "$dynamic"
-has "no stack that runs" 'GNU_STACK.* RW +0x' "$segments"
-lacks "no segment is written and run" ' (RWE|WE) ' "$segments"
-has "stacks are checked" '__stack_chk_fail' "$imports"
-has "copying is checked" '__(mem|str|v?snprintf|read|readlink|fdelt)[a-z]*_chk' "$imports"
+check has "relocated data is read-only" 'GNU_RELRO' "$segments"
+check has "all addresses are bound at the start" 'BIND_NOW|FLAGS.*NOW' "$dynamic"
+check lacks "code has no relocations" 'TEXTREL' "$dynamic"
+check has "no stack that runs" 'GNU_STACK.* RW +0x' "$segments"
+check lacks "no segment is written and run" ' (RWE|WE) ' "$segments"
+check has "stacks are checked" '__stack_chk_fail' "$imports"
+check has "copying is checked" '__(mem|str|v?snprintf|read|readlink|fdelt)[a-z]*_chk' "$imports"
 exit "$failures"

@@ -14,12 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string textOf(const Messages &messages, std::uint32_t set, std::uint32_t number)
-{
-    const auto found = messages.find({set, number});
-    return found == messages.end() ? "(none)" : found->second.text;
-}
-
 TEST(CatalogSource, IsReadAsItHasAlwaysBeen)
 {
     const tools::catalog::Source source = tools::catalog::parseSource(
@@ -41,24 +35,17 @@ TEST(CatalogSource, IsReadAsItHasAlwaysBeen)
                    "$set 8\n1 x\n$delset 8\n"
                    "2 the last line");
     EXPECT_EQ(source.problems, std::vector<std::string>{});
-    const struct {
-        std::uint32_t set, number;
-        const char *text;
-    } cases[] = {{1, 2, "before any set"},
-                 {7, 1, " one blank is dropped "},
-                 {7, 2, "goes on\n\t\v\b\r\f\\q\xC3\xA9\x30"},
-                 {7, 3, "\"no quotes yet\""},
-                 {7, 4, ""},
-                 {7, 5, "(none)"},
-                 {7, 6, " kept \" "},
-                 {7, 7, ""},
-                 {7, 8, "bare \"word\""},
-                 {7, 9, "\"again"},
-                 {8, 1, "(none)"},
-                 {8, 2, "the last line"}};
-    for (const auto &entry : cases)
-        EXPECT_EQ(textOf(source.messages, entry.set, entry.number), entry.text)
-            << entry.set << ' ' << entry.number;
+    EXPECT_EQ(tools::catalog::writeSource(source.messages),
+              "$quote \"\n$set 1\n2 \"before any set\"\n"
+              "$set 7\n1 \" one blank is dropped \"\n"
+              "2 \"goes on\\n\\t\\v\\b\\r\\f\\\\q\xC3\xA9\x30\"\n"
+              "3 \"\\\"no quotes yet\\\"\"\n"
+              "4 \"\"\n"
+              "6 \" kept \\\" \"\n"
+              "7 \"\"\n"
+              "8 \"bare \\\"word\\\"\"\n"
+              "9 \"\\\"again\"\n"
+              "$set 8\n2 \"the last line\"\n");
 }
 
 TEST(CatalogCommand, NamesThePlaceOfEachMistake)
@@ -176,10 +163,8 @@ TEST(CatalogCheck, ComparesPlaceholdersByArgument)
         const char *base, *translation, *problem;
     } cases[] = {
         {"%s has %d", "%2$d: %1$s", ""},
-        {"%1$s %2$5.1f%%", "%2$f %1$-20s", ""},
         {"%1s and %2s", "%s %1s", ""}, // widths, not numbers
         {"%*d", "%2$*1$d", ""},
-        {"plain", "schlicht", ""},
         {"%s has %d", "%d hat %s", "prints argument 1 as %d instead of %s"},
         {"%ld x", "%d y", "prints argument 1 as %d instead of %ld"},
         {"%s %s", "%s", "lacks argument 2 (%s)"},
@@ -187,7 +172,6 @@ TEST(CatalogCheck, ComparesPlaceholdersByArgument)
         {"%1$s x", "%1$s %2$d", "has argument 2, which the base does not use"},
         {"%1$s x", "%1$s %1$d", "uses argument 1 in two ways"},
         {"100%% x", "100% y", "has a '%' that begins no placeholder"},
-        {"50 x", "50%", "has a '%' that begins no placeholder"},
         {"same", "same", "is not translated"},
         {"%s: %d", "%s: %d", ""}, // nothing to translate
     };
@@ -231,12 +215,10 @@ TEST(CatalogsOfTheToolkit, AgreeWithItsMessages)
         const std::string file = entry.path().string() + "/ovxmsg.msg";
         const Outcome outcome = run({"catalog", "check", builtIn, file});
         EXPECT_EQ(outcome.code, 0) << outcome.err;
-        const tools::catalog::Source translation = tools::catalog::readSource(file, "");
-        for (const auto &[key, message] : translation.messages) {
-            const std::string wanted = textOf(base.messages, 1, key.second);
+        for (const auto &[key, message] : tools::catalog::readSource(file, "").messages) {
+            const std::string wanted = base.messages.at(key).text;
             if (!wanted.starts_with("OVX")) continue;
-            EXPECT_EQ(message.text.substr(0, message.text.find(' ')),
-                      wanted.substr(0, wanted.find(' ')))
+            EXPECT_TRUE(message.text.starts_with(wanted.substr(0, wanted.find(' ') + 1)))
                 << file << ':' << message.place.line;
         }
     }
@@ -248,21 +230,12 @@ TEST(CatalogsOfTheToolkit, AgreeWithItsMessages)
 TEST(CatalogsOfTheToolkit, AreNotReplacedInAProgramWithRaisedPrivileges)
 {
     const CatalogFolder folder;
-    const std::string program = privilegedCommand(folder);
-    if (program.empty()) GTEST_SKIP() << "no program with raised privileges can be made here";
-    const auto says = [](const std::string &command) {
-        return run({"log", "--config", "missing.properties"}, "", command).err;
-    };
     folder.put("C/ovxmsg.cat", tools::catalog::makeCatalog({{{1, 51}, {"replaced %s", {}}}}));
-    folder.use();
-    EXPECT_TRUE(says(OLVEX_COMMAND).starts_with("replaced missing.properties"));
-    EXPECT_TRUE(says(program).starts_with("OVX0051E The log manager")) << says(program);
-    unsetenv("NLSPATH");
-    const fs::path before = fs::current_path();
-    fs::current_path(folder.path() + "/C");
-    EXPECT_TRUE(says(OLVEX_COMMAND).starts_with("replaced missing.properties"));
-    EXPECT_TRUE(says(program).starts_with("OVX0051E")) << says(program);
-    fs::current_path(before);
+    const auto say = [](const std::string &command) {
+        return run({"log", "--config", "missing.properties"}, "", command).err.substr(0, 8);
+    };
+    expectPrivilegedIgnores(folder, "NLSPATH", folder / "%L/%N.cat", "C", say, "replaced",
+                            "OVX0051E");
 }
 
 // What the header does is tried by compiling it, in tests/front/refused.sh.

@@ -99,16 +99,28 @@ inline Outcome run(const std::vector<std::string> &arguments, const std::string 
 
 using Folder = olvex::test::LogDirectory; // of its own for each test, gone with it
 
-// A copy of the command that runs with the rights of another group; empty where none can be made.
-inline std::string privilegedCommand(const Folder &folder)
+// Tries that what is in a folder changes what the command says when an environment variable or the
+// working directory leads there, but not what a copy that has the rights of another group says.
+template <class Say>
+void expectPrivilegedIgnores(const Folder &folder, const char *variable, const std::string &value,
+                             const std::string &start, Say say, const std::string &changed,
+                             const std::string &unchanged)
 {
     const std::string program = folder / "olvex";
     struct statvfs mount = {};
     statvfs(folder.path().c_str(), &mount);
     std::filesystem::copy_file(OLVEX_COMMAND, program);
-    const bool isMade = geteuid() == 0 && !(mount.f_flag & ST_NOSUID) &&
-                        chown(program.c_str(), 0, 1) == 0 && chmod(program.c_str(), 02755) == 0;
-    return isMade ? program : "";
+    if (geteuid() != 0 || (mount.f_flag & ST_NOSUID) || chown(program.c_str(), 0, 1) != 0 ||
+        chmod(program.c_str(), 02755) != 0)
+        GTEST_SKIP() << "no program with raised privileges can be made here";
+    setenv(variable, value.c_str(), 1);
+    EXPECT_EQ(say(OLVEX_COMMAND), changed);
+    EXPECT_EQ(say(program), unchanged);
+    unsetenv(variable);
+    std::filesystem::current_path(folder / start);
+    EXPECT_EQ(say(OLVEX_COMMAND), changed);
+    EXPECT_EQ(say(program), unchanged);
+    std::filesystem::current_path("/");
 }
 
 } // namespace tools_test

@@ -65,40 +65,6 @@ TEST(TraceConfig, KeepsTheNamedFileWithSlashesAndCutToFit)
     EXPECT_STREQ(initializeWrapper(""), "");
 }
 
-// A directory with a file that all may write and one that none may, itself closed or not.
-class WriteBlocked : public ::testing::Test {
-  protected:
-    void SetUp() override
-    {
-        for (const char *name : {"open", "closed"})
-            directory_.write(name, "");
-        chmod((directory_ / "open").c_str(), 0666);
-        chmod((directory_ / "closed").c_str(), 0444);
-    }
-
-    std::string ask() const
-    {
-        const std::string path = directory_ / "";
-        std::string answers;
-        for (const char *name : {"open", "closed", "missing"})
-            answers += std::to_string(isWriteBlocked((directory_ / name).c_str(), path.c_str()));
-        return answers;
-    }
-
-    LogDirectory directory_;
-};
-
-TEST_F(WriteBlocked, ForOtherUsersThanRootByTheModes)
-{
-    for (const auto &[mode, answers] : {std::pair{0777u, "010"}, {0555u, "111"}}) {
-        chmod(directory_.path().c_str(), mode);
-        EXPECT_EQ(asOrdinaryUser([&] { return ask(); }), answers) << mode;
-        EXPECT_EQ(ask(), getuid() == 0 ? "000" : answers);
-    }
-    EXPECT_EQ(isWriteBlocked(nullptr, "/nonexistent/directory"), 1);
-    chmod(directory_.path().c_str(), 0755);
-}
-
 class TraceFile : public TraceToolkit {
   protected:
     // The name that the trace file has, for an ordinary user, when the handle was made.
@@ -126,15 +92,20 @@ class TraceFile : public TraceToolkit {
 TEST_F(TraceFile, MovesToTheHomeDirectoryWhenItsOwnCannotBeWritten)
 {
     const std::string open = directory_ / "open", closed = directory_ / "closed";
-    mkdir(open.c_str(), 0777);
+    for (const std::string folder : {"open", "closed"})
+        for (const auto &[name, mode] : {std::pair{"/open.log", 0666u}, {"/closed.log", 0444u}})
+            chmod(directory_.write(folder + name, "").c_str(), mode);
     chmod(open.c_str(), 0777);
-    mkdir(closed.c_str(), 0555);
+    chmod(closed.c_str(), 0555);
     chmod((directory_ / "").c_str(), 0755);
     const struct {
         std::string configured, workingDirectory, name;
     } cases[] = {{closed + "/z.log", "/", home() + "/z.log"},
                  {closed + "\\\\z.log", "/", home() + "\\z.log"},
                  {"z.log", closed, home() + "/z.log"},
+                 {closed + "/open.log", "/", home() + "/open.log"},
+                 {open + "/closed.log", "/", home() + "/closed.log"},
+                 {open + "/open.log", "/", open + "/open.log"},
                  {open + "/z.log", "/", open + "/z.log"},
                  {"z.log", open, "z.log"},
                  {"/nonexistent/z.log", "/", "/nonexistent/z.log"},

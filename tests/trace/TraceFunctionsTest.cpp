@@ -43,6 +43,17 @@ TEST(TraceText, TrimsAndTurnsSlashesInPlace)
     EXPECT_STREQ(path, "a/b//c/");
 }
 
+TEST(TraceText, ThatIsMissingGivesNothing)
+{
+    EXPECT_EQ(createMethodName(nullptr, "m"), nullptr);
+    EXPECT_EQ(escapeXmlString(nullptr), nullptr);
+    EXPECT_EQ(replaceInvalidXMLChars('?', nullptr), 0);
+    EXPECT_EQ(trim(nullptr), nullptr);
+    EXPECT_EQ(get_config_directory_path(nullptr), nullptr);
+    EXPECT_EQ(isWriteBlocked(nullptr, nullptr), 0);
+    EXPECT_EQ(getTrcLevel(nullptr) + istraceActive(nullptr, 0), 0);
+}
+
 // Every kind of call once; what a handle does not take leaves no record.
 void callAll(OlvLogWrapper *handle)
 {

@@ -29,11 +29,11 @@ int main()
 #elif WRONG == 6 // a parameter is not used by the text
     OVX_LOG_DEBUG_MAX(log, "%1$d of %3$d", 1, 2, 3, olvex::prop("name", 4));
 #endif
-    log.info(TEN_TEXT TEN_TEXT TEN_TEXT TEN_TEXT TEN_TEXT "%d%d%d%d%d%d%d%d%d", TEN, FORTY_NINE);
     OVX_LOG_DEBUG_MAX(log, "%zu bytes, %.*f percent", text.size(), 1, 2.5);
     log.debugMax("%1$d", numbers[1]);
     OVX_LOG_DEBUG_MAX(log, "%1$d of %3$d and %2$d", 1, 2, 3, olvex::prop("name", 4));
     log.addListener(olvex::Object("console", "ovx_consolehandler"));
+    log.info(TEN_TEXT TEN_TEXT TEN_TEXT TEN_TEXT TEN_TEXT "%d%d%d%d%d%d%d%d%d", TEN, FORTY_NINE);
     APP_1_7(log, olvex::Level::warn, std::string_view("/variable", 4), 93);
     APP0008W(log, OVX_LEVEL_WARN, std::string("/var"), 1 << 20, 0.25);
     APP_1_9(log, OVX_LEVEL_FATAL);
