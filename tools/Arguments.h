@@ -25,4 +25,14 @@ inline std::optional<int> readArguments(CLI::App &app, int argc, char **argv)
     }
 }
 
+// Adds a part of a verb; `chosen` becomes its action when it is asked for.
+template <class Action>
+CLI::App *addCommand(CLI::App &app, const char *name, const char *help, Action &chosen,
+                     Action action)
+{
+    CLI::App *command = app.add_subcommand(name, help);
+    command->callback([&chosen, action] { chosen = action; });
+    return command;
+}
+
 } // namespace tools

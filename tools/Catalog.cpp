@@ -132,14 +132,6 @@ ExitCode builtIn(const Options &options)
 
 using Action = ExitCode (*)(const Options &);
 
-CLI::App *addCommand(CLI::App &app, const char *name, const char *help, Action &chosen,
-                     Action action)
-{
-    CLI::App *command = app.add_subcommand(name, help);
-    command->callback([&chosen, action] { chosen = action; });
-    return command;
-}
-
 void describe(CLI::App &app, Options &options, Action &chosen)
 {
     app.footer(kFooter);

@@ -211,14 +211,6 @@ ExitCode listClasses(const Options &options)
 
 using Action = ExitCode (*)(const Options &);
 
-CLI::App *addCommand(CLI::App &app, const char *name, const char *help, Action &chosen,
-                     Action action)
-{
-    CLI::App *command = app.add_subcommand(name, help);
-    command->callback([&chosen, action] { chosen = action; });
-    return command;
-}
-
 std::string checkHostClass(const std::string &text)
 {
     const auto equals = text.find('=');

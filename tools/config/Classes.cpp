@@ -7,6 +7,12 @@ namespace tools::config {
 
 namespace {
 
+// Whatever is neither true nor false counts as what holds while nothing is set.
+constexpr Property flag(const char *name, const char *initial, const char *help)
+{
+    return {name, Type::Boolean, initial, help, {.fallback = initial}};
+}
+
 constexpr Property kClassName[] = {
     {"className",
      Type::Class,
@@ -88,19 +94,11 @@ constexpr Property kFileHandler[] = {
     {"filePermission", Type::Mode, "0744", "Mode of new files, under the process's mask."},
     {"dirPermission", Type::Mode, "0771", "Mode of directories that are made."},
     {"fileEncoding", Type::CodeSet, "UTF-8", "Code set of the file.", {.fallback = "UTF-8"}},
-    {"logInternalErrs",
-     Type::Boolean,
-     "true",
-     "Whether problems with names, modes and copies are reported.",
-     {.fallback = "true"}},
+    flag("logInternalErrs", "true", "Whether problems with names, modes and copies are reported."),
 };
 
 constexpr Property kOwnFile[] = {
-    {"appending",
-     Type::Boolean,
-     "true",
-     "Whether an existing file is kept when it is opened.",
-     {.fallback = "true"}},
+    flag("appending", "true", "Whether an existing file is kept when it is opened."),
 };
 
 constexpr Property kSharedFile[] = {
@@ -119,36 +117,13 @@ constexpr Property kBasicFormatter[] = {
 };
 
 constexpr Property kXmlFormatter[] = {
-    {"singleServer",
-     Type::Boolean,
-     "false",
-     "Whether the server is written once for a file.",
-     {.fallback = "false"}},
-    {"singleProduct",
-     Type::Boolean,
-     "false",
-     "Whether the product is written once for a file.",
-     {.fallback = "false"}},
-    {"singleComponent",
-     Type::Boolean,
-     "false",
-     "Whether the component is written once for a file.",
-     {.fallback = "false"}},
-    {"singleProductId",
-     Type::Boolean,
-     "false",
-     "Whether the instance of the product is written once for a file.",
-     {.fallback = "false"}},
-    {"forceAsMessage",
-     Type::Boolean,
-     "false",
-     "Whether all events are written as messages.",
-     {.fallback = "false"}},
-    {"forceAsTrace",
-     Type::Boolean,
-     "false",
-     "Whether all events are written as trace records.",
-     {.fallback = "false"}},
+    flag("singleServer", "false", "Whether the server is written once for a file."),
+    flag("singleProduct", "false", "Whether the product is written once for a file."),
+    flag("singleComponent", "false", "Whether the component is written once for a file."),
+    flag("singleProductId", "false",
+         "Whether the instance of the product is written once for a file."),
+    flag("forceAsMessage", "false", "Whether all events are written as messages."),
+    flag("forceAsTrace", "false", "Whether all events are written as trace records."),
 };
 
 constexpr Property kTriggered[] = {
