@@ -272,18 +272,4 @@ TEST(CatalogFiles, WithOverlappingTextsStaySmall)
     ucv_catclose_fully(catalog);
 }
 
-// A set that cannot be read is tried again when it is next asked for.
-TEST(CatalogFiles, ThatShrinkAreReadAgainLater)
-{
-    const CatalogFolder folder;
-    const std::string bytes = catalogBytes({{1, {{1, "text"}}}});
-    const std::string path = folder.put("app.cat", bytes);
-    ucv_cat_t *catalog = ucv_catopen(path.c_str(), 0, nullptr);
-    std::filesystem::resize_file(path, 60);
-    EXPECT_EQ(firstText(catalog), "(default)");
-    std::ofstream(path, std::ios::binary) << bytes;
-    EXPECT_EQ(firstText(catalog), "text");
-    ucv_catclose_fully(catalog);
-}
-
 } // namespace

@@ -72,16 +72,11 @@ const Difference kDifferences[] = {
     {isGb18030, "\xFE\x91", 0xE855, "the same"},
 };
 
-const Difference *differenceOf(const CodeSet &codeSet, const Bytes &code)
+template <class Key>
+const Difference *differenceOf(const CodeSet &codeSet, Key Difference::*key, const Key &value)
 {
     for (const Difference &difference : kDifferences)
-        if (difference.applies(codeSet) && difference.code == code) return &difference;
-    return nullptr;
-}
-const Difference *differenceOf(const CodeSet &codeSet, char16_t value)
-{
-    for (const Difference &difference : kDifferences)
-        if (difference.applies(codeSet) && difference.value == value) return &difference;
+        if (difference.applies(codeSet) && difference.*key == value) return &difference;
     return nullptr;
 }
 
@@ -148,7 +143,7 @@ class Comparison {
         std::memcpy(&value, points.data(), std::min(points.size(), sizeof value));
         const Bytes plain = withoutShifts(code);
         const bool isOne = points.size() == sizeof value;
-        if (const Difference *difference = differenceOf(codeSet_, plain))
+        if (const Difference *difference = differenceOf(codeSet_, &Difference::code, plain))
             expectDecoded(code, difference->value);
         else if (isOne && (value <= 0xFFFF || codeSet_.family == kGb18030))
             expectDecoded(code, value);
@@ -163,7 +158,7 @@ class Comparison {
         const char unit[] = {static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)};
         Bytes code;
         const bool known = encoder_.convert(Bytes(unit, 2), code) && fits(code, value);
-        if (const Difference *difference = differenceOf(codeSet_, value))
+        if (const Difference *difference = differenceOf(codeSet_, &Difference::value, value))
             code = difference->code;
         else if (!known)
             code = isEbcdic(codeSet_) ? "\x6F" : "?";

@@ -110,14 +110,4 @@ TEST(Convert, LongAsciiRunsWithOthersBetween)
     EXPECT_EQ(target, input);
 }
 
-TEST(Convert, SingleCharacters)
-{
-    char target[8] = {};
-    EXPECT_EQ(ucv_wctomb(utf8(), target, u'\u00e9'), 2);
-    const BytesHandle bytes;
-    EXPECT_EQ(ucv_wctomb(bytes.get(), target, u'\u00e9'), 1);
-    EXPECT_EQ(ucv_wctomb(bytes.get(), target, u'\u4e00'), 1);
-    EXPECT_EQ(target[0], '?');
-}
-
 } // namespace

@@ -128,41 +128,4 @@ INSTANTIATE_TEST_SUITE_P(, CutText,
                              return name;
                          });
 
-TEST(Shifts, AreWrittenOnceAndEnded)
-{
-    setenv("UCVDIR", OLVEX_TABLES, 1);
-    uc_ch_t *handle = ucv_cs_new("IBM-939");
-    char target[16] = {};
-    EXPECT_EQ(ucv_from_ucs2(handle, u"A日B", 3, target, sizeof target), 6);
-    EXPECT_EQ(std::string(target, 6), "\xC1\x0E\x45\x62\x0F\xC2");
-    EXPECT_EQ(ucv_from_ucs2(handle, u"日", -1, target, sizeof target), 5); // ended and terminated
-    EXPECT_EQ(std::string(target, 5), std::string("\x0E\x45\x62\x0F", 5));
-    char16_t units[4] = {};
-    EXPECT_EQ(ucv_to_ucs2(handle, "\x0E\x45\x62\x15\x45\x62\x0F\x15\x6F", 9, units, 4), 4);
-    EXPECT_EQ(std::u16string(units, 4), u"日\n日\n"); // controls stay themselves in a shift
-    ucv_cs_free(handle);
-    unsetenv("UCVDIR");
-}
-
-TEST(Substitution, IsCountedAndReadOnce)
-{
-    setenv("UCVDIR", OLVEX_TABLES, 1);
-    uc_ch_t *handle = ucv_cs_new("IBM1047");
-    char target[8] = {};
-    EXPECT_EQ(ucv_from_utf8(handle, "日本語?", -1, target, sizeof target), 5);
-    EXPECT_STREQ(target, "\x6F\x6F\x6F\x6F"); // three of them are none
-    EXPECT_EQ(ucv_check_subs(handle), 3);
-    EXPECT_EQ(ucv_check_subs(handle), 0);
-    ucv_cs_free(handle);
-    uc_ch_t *chinese = ucv_cs_new("GB18030");
-    EXPECT_EQ(ucv_to_utf8(chinese, "\x90\x30\x81\x30", 4, target, sizeof target), 4);
-    EXPECT_EQ(std::string(target, 4), "\xF0\x90\x80\x80");
-    char16_t unit = 0;
-    EXPECT_EQ(ucv_to_ucs2(chinese, "\x90\x30\x81\x30", 4, &unit, 1), 1);
-    EXPECT_EQ(unit, u'?');
-    EXPECT_EQ(ucv_check_subs(chinese), 1);
-    ucv_cs_free(chinese);
-    unsetenv("UCVDIR");
-}
-
 } // namespace

@@ -77,6 +77,22 @@ TEST_F(Multibyte, StringsBecomeUnitsAndBack)
     EXPECT_EQ(ucv_mbstowcs(ebcdic(), units, "\xC1\x0E\x45\x62\x0F", 8), 2u);
 }
 
+TEST_F(Multibyte, ShiftsAreEndedAndSubstitutionsCounted)
+{
+    char target[16] = {};
+    EXPECT_EQ(ucv_from_ucs2(ebcdic(), u"A日B", 3, target, sizeof target), 6);
+    EXPECT_EQ(std::string(target, 6), "\xC1\x0E\x45\x62\x0F\xC2");
+    EXPECT_EQ(ucv_from_ucs2(ebcdic(), u"日", -1, target, sizeof target), 5); // ended, terminated
+    EXPECT_EQ(std::string(target, 5), std::string("\x0E\x45\x62\x0F", 5));
+    char16_t units[4] = {};
+    EXPECT_EQ(ucv_to_ucs2(ebcdic(), "\x0E\x45\x62\x15\x45\x62\x0F\x15\x6F", 9, units, 4), 4);
+    EXPECT_EQ(std::u16string(units, 4), u"日\n日\n"); // controls stay themselves in a shift
+    EXPECT_EQ(ucv_from_utf8(japanese(), "한国어?", -1, target, sizeof target), 6);
+    EXPECT_STREQ(target, "?\x8D\x91??");
+    EXPECT_EQ(ucv_check_subs(japanese()), 2); // one of them is none
+    EXPECT_EQ(ucv_check_subs(japanese()), 0);
+}
+
 TEST_F(Multibyte, BytesHaveTypes)
 {
     const char text[] = "a\x93\xFA\xFD\x81"; // the last two are no characters

@@ -233,18 +233,6 @@ TEST(Printf, ErrorsEndTheText)
     BaxMemoryFree(arguments.items);
 }
 
-TEST(Printf, AppendsBehindWhatIsThereAndGrows)
-{
-    CxStringBuff buffer = {};
-    CxStringBuffAppendStr(&buffer, "old ");
-    std::string expected = "old ";
-    for (int i = 0; i < 300; ++i) {
-        EXPECT_EQ(CxStringBuffPrintf(nullptr, &buffer, "%*d|%-9.3f", 5, i, i / 8.0), 15);
-        expected += systemPrint("%*d|%-9.3f", 5, i, i / 8.0);
-    }
-    EXPECT_EQ(taken(0, buffer).text, expected);
-}
-
 TEST(Printf, ArraysOfValuesServeAsArguments)
 {
     CxPrintfValue values[3] = {};

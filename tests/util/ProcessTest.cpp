@@ -88,16 +88,6 @@ TEST(Process, WhatCannotBeStartedEndsWithAStatus)
     expectFailure(CxProcessWaitFor(&pid, &status, false), 22);
 }
 
-TEST(Process, KnowsWhereAndWhenItIs)
-{
-    char folder[4096];
-    expectSuccess(CxProcessGetCwd(folder, sizeof folder));
-    EXPECT_EQ(folder[0], '/');
-    expectFailure(CxProcessGetCwd(folder, 1), ERANGE);
-    EXPECT_STREQ(folder, "");
-    EXPECT_LT(std::abs(CxSystemGetTimestamp() / 1000 - time(nullptr)), 2);
-}
-
 TEST(Process, TracesAreIndented)
 {
     testing::internal::CaptureStderr();
@@ -202,12 +192,10 @@ void *storeId(void *argument)
 
 TEST(Thread, NumbersAreThoseOfTheSystem)
 {
-    EXPECT_EQ(CxThreadGetCurrentID(), std::uint64_t(gettid()));
     std::uint64_t other = 0;
     CxThread thread = {};
     expectSuccess(CxThreadCreate(&thread, 0, storeId, &other));
     expectSuccess(CxThreadJoin(thread));
-    EXPECT_GT(other, 0u);
     EXPECT_NE(other, CxThreadGetCurrentID());
     expectFailure(CxThreadCreate(&thread, 1, storeId, &other), EINVAL); // too small a stack
     EXPECT_TRUE(inChild([] { return CxThreadGetCurrentID() == std::uint64_t(getpid()); }));

@@ -62,15 +62,6 @@ TEST(Strings, MissingOnesCompareAndCopyLikeNothing)
     EXPECT_EQ(BaxStringStrspn("abc", "ba"), 2);
 }
 
-TEST(Strings, ABlockMadeEmptyIsStillThere)
-{
-    auto *block = static_cast<char *>(BaxMemoryMalloc(4));
-    std::strcpy(block, "abc");
-    EXPECT_EQ(BaxMemoryRealloc(block, 0), nullptr);
-    EXPECT_STREQ(block, "abc");
-    BaxMemoryFree(block);
-}
-
 TEST(Strings, ArraysGrowInSteps)
 {
     void *block = nullptr;

@@ -33,8 +33,11 @@ int main()
     log.debugMax("%1$d", numbers[1]);
     OVX_LOG_DEBUG_MAX(log, "%1$d of %3$d and %2$d", 1, 2, 3, olvex::prop("name", 4));
     log.addListener(olvex::Object("console", "ovx_consolehandler"));
+    // prints main [0-9]+ (12345678910){5}123456789
     log.info(TEN_TEXT TEN_TEXT TEN_TEXT TEN_TEXT TEN_TEXT "%d%d%d%d%d%d%d%d%d", TEN, FORTY_NINE);
+    // prints cpp17.cpp main 39 Disk /var is 93 percent full
     APP_1_7(log, olvex::Level::warn, std::string_view("/variable", 4), 93);
+    // prints main 41 APP0008W Only 1048576 bytes are left on "/var", that is 0.3%
     APP0008W(log, OVX_LEVEL_WARN, std::string("/var"), 1 << 20, 0.25);
-    APP_1_9(log, OVX_LEVEL_FATAL);
+    APP_1_9(log, OVX_LEVEL_FATAL); // prints main 42 Nothing is left
 }
