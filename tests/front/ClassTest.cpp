@@ -99,54 +99,40 @@ TEST_F(FrontClasses, ClosingTheToolkitDestroysWhatIsLeft)
     EXPECT_EQ(steps.size(), 4U);
 }
 
-TEST_F(FrontClasses, AFilterDecidesAndOneThatFailsLetsPass)
-{
-    olvex::Logger log("log", "ovx_basiclogger");
-    olvex::Object filter("odd", "odd");
-    log.addListener(filter);
-    filter.addListener(olvex::Object("recorder", "test_recorder"));
-    for (int i = 1; i < 4; ++i)
-        log.info("%d", i, olvex::prop("n", i));
-    log.info("none");
-    EXPECT_EQ(recordedBy("recorder"), (Strings{"1", "3", "none"}));
-    EXPECT_EQ(reports(), Strings{"An exception left the function passes of odd: no number"});
-}
-
 TEST_F(FrontClasses, ExceptionsAreReportedAndStopThere)
 {
     olvex::Logger log("log", "ovx_basiclogger");
+    olvex::Object filter("odd", "odd"), formatter("f", "brackets");
     olvex::Handler handler("w", "watcher");
-    handler.addListener(olvex::Object("behind", "test_recorder"));
-    log.addListener(handler);
-    log.info("throw");
-    log.info("throw 1");
-    handler.setProperty("broken", 1);
-    const olvex::Object unmakeable("u", "unmakeable");
-    log.addListener(unmakeable);
-    log.info("to the one that was not made");
-    EXPECT_EQ(recordedBy("behind"), (Strings{"throw", "throw 1", "to the one that was not made"}));
-    EXPECT_EQ(reports(),
-              (Strings{"An exception left the function process of w: too much",
-                       "An exception left the function process of w: of unknown type",
-                       "An exception left the function configure of w: no good",
-                       "An exception left the function constructor of an object: cannot be made"}));
-}
-
-TEST_F(FrontClasses, AFormatterThatFailsLeavesTheBasicLine)
-{
-    olvex::Logger log("log", "ovx_basiclogger");
-    olvex::Handler handler("w", "watcher");
-    olvex::Object formatter("f", "brackets");
+    filter.addListener(olvex::Object("behindFilter", "test_recorder"));
+    handler.addListener(olvex::Object("behindHandler", "test_recorder"));
     handler.setFormatter(formatter);
     log.addListener(handler);
+    log.addListener(filter);
     formatter.setProperty("mark", "<");
     formatter.setProperty("separator", "!"); // the base's property
     log.recordPlaces(false);
-    log.info("good");
-    log.fatal("bad");
-    EXPECT_EQ(steps[2], "1 good of <good]");
-    EXPECT_NE(steps[3].find("!bad\n"), std::string::npos) << steps[3];
-    EXPECT_EQ(reports(), Strings{"An exception left the function format of f: std::bad_alloc"});
+    for (int i = 1; i < 4; ++i)
+        log.info("%d", i, olvex::prop("n", i));
+    log.info("throw", olvex::prop("n", 0));
+    log.info("throw 1", olvex::prop("n", 0));
+    log.fatal("passes the filter that fails, and has the basic line");
+    handler.setProperty("broken", 1);
+    log.addListener(olvex::Object("u", "unmakeable"));
+    log.info("to the one that was not made", olvex::prop("n", 0));
+
+    EXPECT_EQ(recordedBy("behindFilter"),
+              (Strings{"1", "3", "passes the filter that fails, and has the basic line"}));
+    EXPECT_EQ(recordedBy("behindHandler").size(), 7U);
+    EXPECT_EQ(steps[2], "1 1 of <1]");
+    EXPECT_NE(steps[7].find("!passes the filter"), std::string::npos) << steps[7];
+    EXPECT_EQ(reports(),
+              (Strings{"An exception left the function process of w: too much",
+                       "An exception left the function process of w: of unknown type",
+                       "An exception left the function format of f: std::bad_alloc",
+                       "An exception left the function passes of odd: no number",
+                       "An exception left the function configure of w: no good",
+                       "An exception left the function constructor of an object: cannot be made"}));
 }
 
 // The toolkit's own reports may go to a handler that fails as well.

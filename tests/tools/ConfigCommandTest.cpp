@@ -80,9 +80,9 @@ bool isScalar(Type type)
 class ConfigClasses : public olvex::test::OpenToolkit {
   protected:
     // An object that has properties already, since the first one makes room for them.
-    static OvxObject *make(const ClassInfo &info)
+    OvxObject *make(const ClassInfo &info)
     {
-        OvxObject *object = OvxGetObject((std::string("test.") + info.name).c_str(), info.name);
+        OvxObject *object = get((std::string("test.") + info.name).c_str(), info.name);
         OvxSetObjProp(object, "unknown", "first");
         return object;
     }
@@ -91,64 +91,49 @@ class ConfigClasses : public olvex::test::OpenToolkit {
 TEST_F(ConfigClasses, AreThoseOfTheLibraryInItsOrder)
 {
     Strings known[5];
-    for (const ClassInfo &info : classes())
+    for (const ClassInfo &info : classes()) {
         known[static_cast<int>(info.category)].push_back(info.name);
+        EXPECT_EQ(olvex::test::take(OvxGetObjectDesc(make(info))),
+                  info.description ? info.description : "(none)")
+            << info.name;
+    }
     auto handlers = namesFrom(OvxGetHandlerClasses());
     std::erase_if(handlers, [](const std::string &name) { return name.starts_with("test_"); });
     EXPECT_EQ(known[1], namesFrom(OvxGetLoggerClasses()));
     EXPECT_EQ(known[2], namesFrom(OvxGetFilterClasses()));
     EXPECT_EQ(known[3], handlers);
     EXPECT_EQ(known[4], namesFrom(OvxGetFormatterClasses()));
-    for (const ClassInfo &info : classes()) {
-        OvxObject *object = make(info);
-        EXPECT_EQ(olvex::test::take(OvxGetObjectDesc(object)),
-                  info.description ? info.description : "(none)")
-            << info.name;
-        OvxReleaseObject(object);
-    }
 }
 
-TEST_F(ConfigClasses, HaveExactlyThePropertiesThatTheLibraryReactsTo)
+TEST_F(ConfigClasses, HaveExactlyThePropertiesAndDefaultsOfTheLibrary)
 {
-    OvxObject *listener = OvxGetObject("test.listener", "ovx_consolehandler");
-    OvxObject *formatter = OvxGetObject("test.formatter", "ovx_basicformatter");
+    get("test.listener", "ovx_consolehandler");
+    get("test.formatter", "ovx_basicformatter");
     std::map<std::string_view, const Property *> properties;
     for (const ClassInfo &info : classes())
         for (const Property *property : info.all())
             if (property->type != Type::Class) properties.try_emplace(property->name, property);
     // The two file handlers keep each other's settings, and never look at them.
-    const auto isKept = [](const ClassInfo &info, std::string_view property) {
-        const std::string_view name = info.name;
+    const auto isKept = [](std::string_view name, std::string_view property) {
         return (name == "ovx_filehandler" && property == "MPFileSemKey") ||
                (name == "ovx_multiproc_filehandler" && property == "appending");
     };
     for (const ClassInfo &info : classes()) {
         OvxObject *object = make(info);
         EXPECT_FALSE(changes(object, "noSuchProperty", "1")) << info.name;
+        for (const Property *property : info.all())
+            if (isScalar(property->type) && *property->initial) {
+                EXPECT_FALSE(changes(object, property->name, property->initial))
+                    << info.name << ' ' << property->name;
+            }
         for (const auto &[name, property] : properties) {
-            if (isKept(info, name)) continue;
             const auto changesBy = [&](const char *value) {
                 return changes(object, property->name, value);
             };
+            if (isKept(info.name, name)) continue;
             EXPECT_EQ(std::ranges::any_of(kValues, changesBy), info.find(name) != nullptr)
                 << info.name << ' ' << name;
         }
-        OvxReleaseObject(object);
-    }
-    OvxReleaseObject(formatter);
-    OvxReleaseObject(listener);
-}
-
-TEST_F(ConfigClasses, BeginWithTheDefaultsThatTheTableGives)
-{
-    for (const ClassInfo &info : classes()) {
-        OvxObject *object = make(info);
-        for (const Property *property : info.all()) {
-            if (!isScalar(property->type) || !*property->initial) continue;
-            EXPECT_FALSE(changes(object, property->name, property->initial))
-                << info.name << ' ' << property->name;
-        }
-        OvxReleaseObject(object);
     }
 }
 

@@ -124,18 +124,9 @@ TEST_F(Tracers, WithoutAChoiceGoThroughTheToolkitWithTheDefaultFile)
                                                 {1000, "f", 3, "m", "%d"},
                                                 {1000, "f", 7, "Entry m", ""},
                                                 {1000, "f", 8, "Exit m", "%s"}}));
-}
-
-TEST_F(Tracers, OfTheToolkitHaveTheLevelOfTheirHandle)
-{
-    start();
     EXPECT_EQ(OlvexTracer(Tracer::COMPONENT_HARDWARE).getLevel(), 3);
     EXPECT_EQ(OlvexTracer(Tracer::COMPONENT_VPD).getLevel(), 2);
-    OlvexTracer common(Tracer::COMPONENT_COMMON);
-    common.setLevel(Tracer::LEVEL_INFO);
-    EXPECT_EQ(common.getLevel(), 1);
-    EXPECT_EQ(OlvexTracer(Tracer::COMPONENT_PLUGIN).getLevel(), 3);
-    EXPECT_EQ(OlvexTracer(Tracer::Component(9)).getLevel(), 3);
+    EXPECT_EQ(OlvexTracer(Tracer::COMPONENT_COMMON).getLevel(), 1);
 }
 
 TEST_F(Tracers, AreOfTheKindThatWasChosenUntilCleanUp)

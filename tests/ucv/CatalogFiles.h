@@ -3,6 +3,7 @@
 
 #include <map>
 
+#include "catalog/CatalogFile.h"
 #include "core/LogDirectory.h"
 
 namespace olvex::test {
@@ -21,44 +22,16 @@ inline std::string headerBytes(std::uint32_t sets, std::uint32_t first = sizeof(
     return bytesOf(header, hton_MCHeaderT);
 }
 
+// A catalog of the texts of each set, by their numbers.
 using Texts = std::map<std::uint32_t, std::string>;
 
-struct SetOfTexts {
-    std::uint32_t id;
-    Texts texts;
-    std::uint32_t invalid = 0;
-};
-
-// A set as it stands in a file at `start`: record, message records, texts.
-inline std::string setBytes(const SetOfTexts &set, std::uint32_t start)
+inline std::string catalogBytes(const std::map<std::uint32_t, Texts> &sets)
 {
-    std::string messages, texts;
-    for (const auto &[id, text] : set.texts) {
-        messages +=
-            bytesOf<MCMsgTDisk>({id, static_cast<std::uint32_t>(texts.size()), 0}, hton_MCMsgTDisk);
-        texts.append(text.c_str(), text.size() + 1);
-    }
-    MCSetTDisk record = {set.id,
-                         0,
-                         start + 28,
-                         0,
-                         static_cast<std::uint32_t>(texts.size()),
-                         static_cast<std::uint32_t>(set.texts.size()),
-                         set.invalid};
-    record.textOffset = record.msgsOffset + static_cast<std::uint32_t>(messages.size());
-    record.nextSet = record.textOffset + record.textLength;
-    return bytesOf(record, hton_MCSetTDisk) + messages + texts;
-}
-
-inline std::string catalogBytes(const std::vector<SetOfTexts> &sets)
-{
-    std::uint32_t valid = 0;
-    for (const SetOfTexts &set : sets)
-        valid += set.invalid == 0;
-    std::string bytes = headerBytes(valid);
-    for (const SetOfTexts &set : sets)
-        bytes += setBytes(set, static_cast<std::uint32_t>(bytes.size()));
-    return bytes;
+    tools::catalog::Messages messages;
+    for (const auto &[set, texts] : sets)
+        for (const auto &[number, text] : texts)
+            messages[{set, number}].text = text;
+    return tools::catalog::makeCatalog(messages);
 }
 
 // A folder that goes away with its scope, and NLSPATH, which is unset then.

@@ -11,19 +11,6 @@
 
 namespace {
 
-std::vector<unsigned> sleeps;
-
-} // namespace
-
-// Takes precedence over the C library's: sleeping is noted and takes no time.
-extern "C" unsigned sleep(unsigned seconds)
-{
-    sleeps.push_back(seconds);
-    return 0;
-}
-
-namespace {
-
 using olvex::test::inChild;
 
 void expectSuccess(CxResult result)
@@ -199,14 +186,6 @@ TEST(Thread, NumbersAreThoseOfTheSystem)
     EXPECT_NE(other, CxThreadGetCurrentID());
     expectFailure(CxThreadCreate(&thread, 1, storeId, &other), EINVAL); // too small a stack
     EXPECT_TRUE(inChild([] { return CxThreadGetCurrentID() == std::uint64_t(getpid()); }));
-}
-
-TEST(Thread, SleepsToTheNearestSecond)
-{
-    sleeps.clear();
-    for (const unsigned milliseconds : {0u, 499u, 500u, 1499u, 1500u, UINT32_MAX})
-        CxThreadSleep(milliseconds);
-    EXPECT_EQ(sleeps, (std::vector<unsigned>{0, 0, 1, 1, 2, 4294967}));
 }
 
 } // namespace
