@@ -21,7 +21,8 @@ TEST_F(FfdcSettings, AreReadFromPropertiesAsFarAsTheyMakeSense)
     } properties[] = {
         {"baseDir", "a\\b/c"},           {"maxDiskSpace", "5000000000"},   {"maxDiskSpace", "0"},
         {"triggerRepeatTime", "-1"},     {"quotaPolicy", "QUOTA_SUSPEND"}, {"warnOnDiskSpace", "1"},
-        {"quotaPolicy", "quota_ignore"}, {"firstWarning", "0.5"},          {"firstWarning", "1.5"}};
+        {"quotaPolicy", "quota_ignore"}, {"firstWarning", "0.5"},          {"firstWarning", "1.5"},
+        {"warnOnDiskSpace", "true"}};
     for (const auto &property : properties)
         OvxSetObjProp(handler, property.name, property.value);
     EXPECT_EQ(take(OvxFFDCTriggerHandlerGetBaseDir(handler)), "a/b/c");
@@ -59,10 +60,11 @@ class FfdcTrigger : public Ffdc {
 TEST_F(FfdcTrigger, ActsOnSelectedEventsFarEnoughApart)
 {
     EXPECT_FALSE(acts(9000)); // not open yet, so without a filter
-    OvxObject *all = get("all", "ovx_msgidfilter");
-    OvxSetObjProp(all, "msgIds", "none");
-    for (OvxObject *filter : {all, get("trigger"), get("trigger")})
+    OvxObject *trigger = get("trigger"), *other = get("other", "ovx_levelfilter");
+    for (OvxObject *filter : {other, trigger, trigger})
         OvxFFDCTriggerHandlerSetFilter(copier, filter);
+    EXPECT_EQ(other->references, 1u);
+    EXPECT_EQ(trigger->references, 3u); // twice the test's
     OvxFFDCTriggerHandlerFOpen(copier); // keeps the filter that it has
     EXPECT_TRUE(acts(7));
     EXPECT_FALSE(acts(7)); // once in a millisecond

@@ -41,7 +41,7 @@ TEST(PropertiesFiles, FollowTheGrammar)
         {"  k = x\n\t\v\f l=y\n", "k=x;l=y;"},
         {"=k=x\n:l=y\n!=z\n", "=k=x;:l=y;"}, // a separator may begin a line, but not after blanks
         {"\\k=x\n", "\\k=x;"},               // and so may a backslash
-        {"k=1\n\t:x\nl=2\n", "k=1;failed"},
+        {"k=1\n\t:x=1\nl=2\n", "k=1;failed"},
         {"k=1\nl\nm=2\n", "k=1;failed"},
         {"l \nm=2\n", "failed"},
         {"k=1\nk=2\nl=3\nk=4\n", "k=4;l=3;"},

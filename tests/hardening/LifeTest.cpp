@@ -176,11 +176,11 @@ TEST_F(Emergency, ASignalHandlerMayWrite)
 TEST_F(Emergency, TheFileIsNoStandardDescriptor)
 {
     EXPECT_EQ(inChild([&] {
-                  closefrom(0);
+                  close(STDERR_FILENO);
                   OvxSetEmergencyFile(file_.c_str());
                   return open("/dev/null", O_RDONLY);
               }),
-              0);
+              STDERR_FILENO);
 }
 
 // A program that goes into the background closes all descriptors, and puts others in their place.
