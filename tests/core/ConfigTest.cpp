@@ -229,6 +229,7 @@ TEST_F(Configurations, EndWhereParentsFormACircle)
     EXPECT_EQ(seen, (Strings{"q=2", "p=1"}));
     for (OvxObjCfg *cfg : {self.get(), a.get(), b.get()}) {
         OvxLogMgrUpdateCfg(cfg);
+        EXPECT_TRUE(cfg != self.get() || !cfg->children.first());
         EXPECT_EQ(CfgHandle(OvxLogMgrGetCfg(cfg->name.get())).get(), cfg);
         OvxLogMgrRemCfg(cfg);
         EXPECT_EQ(cfg->children.first(), nullptr);

@@ -63,8 +63,8 @@ TEST_F(FfdcTrigger, ActsOnSelectedEventsFarEnoughApart)
     OvxObject *trigger = get("trigger"), *other = get("other", "ovx_levelfilter");
     for (OvxObject *filter : {other, trigger, trigger})
         OvxFFDCTriggerHandlerSetFilter(copier, filter);
-    EXPECT_EQ(other->references, 1u);
-    EXPECT_EQ(trigger->references, 3u); // twice the test's
+    EXPECT_EQ(other->references, 2u); // the registry's and the test's
+    EXPECT_EQ(trigger->references, 4u);
     OvxFFDCTriggerHandlerFOpen(copier); // keeps the filter that it has
     EXPECT_TRUE(acts(7));
     EXPECT_FALSE(acts(7)); // once in a millisecond

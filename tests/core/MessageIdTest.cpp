@@ -6,6 +6,7 @@
 #include "util/OvxStringList.h"
 
 #include <climits>
+#include <thread>
 
 using namespace olvex::test;
 
@@ -223,7 +224,7 @@ TEST_F(ProblemLogger, StampsWhatItKnows)
     OvxSetObjProp(logger, "product", "shop");
     OvxSetObjProp(logger, "organization", "ACME");
     OvxSetObjProp(logger, "serverFormat", "hostname");
-    OvxLogError(logger, nullptr, 0, 0, "no identifier", 0);
+    std::thread([this] { OvxLogError(logger, nullptr, 0, 0, "no identifier", 0); }).join();
     OvxSetObjProp(logger, "product", nullptr);
     OvxSetObjProp(logger, "productInstance", "1");
     OvxLogError(logger, nullptr, 0, 0, "ABC123X", OVX_PROP, "client", OVX_PARM_STRING, "me", 0);

@@ -186,7 +186,6 @@ TEST_F(Records, WhatStaysTheSameIsWrittenOnceAfterEachHeader)
         EXPECT_EQ(recordOf(event), bare);
         EXPECT_EQ(OvxHandlerGetFmtHeader(handler), nullptr);
     }
-    EXPECT_EQ(OvxHandlerGetFmtTrailer(handler), nullptr);
     OvxSetObjProp(xml, "singleServer", "false");
     const std::string record = recordOf(event); // the server is told in each record again
     EXPECT_EQ(record.find(" <ProductId>"), 0u);
@@ -237,6 +236,8 @@ TEST_F(Records, TheIdentifierIsLookedForOnce)
     EXPECT_EQ(take(OvxGetEventMessageId(event.get())), "");
     OvxSetI18MsgTxt(event->message, "OVXLG01E text");
     EXPECT_EQ(firstLine(recordOf(event)), "<Message Id=\"None\" Severity=\"ERROR\">");
+    OvxSetEventMessageId(event.get(), "ABC123E"); // before the text's
+    EXPECT_EQ(firstLine(recordOf(event)), "<Message Id=\"ABC123E\" Severity=\"ERROR\">");
 }
 
 } // namespace

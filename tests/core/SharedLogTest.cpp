@@ -224,13 +224,7 @@ TEST_F(CutRollover, IsFinishedByAProcessThatComesLater)
 {
     fill();
     dieAt("truncated", 0);
-    OvxReleaseObject(OvxGetObject("late", "ovx_multiproc_filehandler"));
-    OvxObject *late = get("late", "ovx_multiproc_filehandler");
-    OvxSetObjProp(late, "MPFileSemKey", std::to_string(key_).c_str());
-    OvxSetObjProp(late, "fileName", (memory_ / "app.log").c_str());
-    OvxHandlerSetFormatter(late, get("test_plain"));
-    OvxRemListener(logger_, handler_);
-    OvxAddListener(logger_, late);
+    OvxMultiProcFileHandlerFClose(handler_);
     logNext();
     expectAllOnce("late");
 }
