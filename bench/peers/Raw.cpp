@@ -1,7 +1,11 @@
 // The system calls alone: one write of a line that was finished beforehand.
 #include "Peer.h"
 
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -54,7 +58,12 @@ void log(int number)
 }
 
 void skip(int) {}
-void skipThroughCall(int) {}
+
+// What any call of another library's function costs: this one turns four bytes around.
+void skipThroughCall(int number)
+{
+    if ((htonl)(static_cast<std::uint32_t>(number)) == 0xFF) std::abort();
+}
 
 void close()
 {

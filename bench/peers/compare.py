@@ -6,6 +6,7 @@ kernel when the call returns, for all of them; each program checks that everythi
 """
 import argparse
 import json
+import os
 import pathlib
 import re
 import shutil
@@ -125,13 +126,18 @@ def count_allocations(bench, library):
     return float(done.stdout.split()[1]) if done else None
 
 
-def measure_start(bench, library, run_many):
-    """Milliseconds and peak megabytes from the start of a process to its end with one record."""
-    done = bench.run([run_many, "101", *bench.command(library, "first", 1)])
-    if not done:
-        return None
-    words = done.stdout.split()
-    return float(words[0]), float(words[2])
+def measure_starts(bench, run_many, **variables):
+    """Milliseconds and peak megabytes from the start of a process to its end with one record, for
+    each library the medians of all rounds, which are taken in turn."""
+    samples = {library: [] for library in bench.programs}
+    for _ in range(bench.rounds):
+        for library, sample in samples.items():
+            done = bench.run([run_many, "41", *bench.command(library, "first", 1)],
+                             env=os.environ | variables)
+            words = done.stdout.split()
+            sample.append((float(words[0]), float(words[2])))
+    return {library: tuple(map(statistics.median, zip(*sample)))
+            for library, sample in samples.items()}
 
 
 def library_bytes(program):
@@ -181,9 +187,13 @@ def compare_counts(bench, run_many, results):
         values = {library: count(bench, library) for library in bench.programs}
         results[title] = values
         print_row(title, values)
-    starts = {library: measure_start(bench, library, run_many) for library in bench.programs}
-    for index, title in enumerate(("start to first record [ms]", "peak memory [MB]")):
-        values = {library: start[index] for library, start in starts.items() if start}
+    starts = measure_starts(bench, run_many)
+    simple = measure_starts(bench, run_many, LC_ALL="C")
+    for title, measured, index in (("start to first record [ms]", starts, 0),
+                                   ("the same in the locale C [ms]", simple, 0),
+                                   ("peak memory [MB]", starts, 1),
+                                   ("the same in the locale C [MB]", simple, 1)):
+        values = {library: figures[index] for library, figures in measured.items()}
         results[title] = values
         print_row(title, values)
     values = {name: library_bytes(program) / 1e6 for name, program in bench.programs.items()}
