@@ -35,9 +35,19 @@ bool Window::fill()
     while (count < 0 && errno == EINTR);
     lastRead_ = count > 0 ? static_cast<std::size_t>(count) : 0;
     if (count < 0) error_ = errno;
+    if (isWrittenAnew()) lastRead_ = 0;
     if (head_.size() < kHeadLength) keepHead({buffer_.data() + end_, lastRead_});
     end_ += lastRead_;
     return lastRead_ > 0;
+}
+
+// Whether the file was emptied since its first bytes were read: what stands behind the bytes at
+// hand does not continue them then.
+bool Window::isWrittenAnew() const
+{
+    char head[kHeadLength];
+    const ssize_t count = head_.empty() ? 0 : ::pread(descriptor_, head, head_.size(), 0);
+    return count >= 0 && std::string_view(head, static_cast<std::size_t>(count)) != head_;
 }
 
 // What is left moves to the front; the buffer grows when it leaves less than a block.

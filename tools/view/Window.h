@@ -14,7 +14,8 @@ class Window {
     // Begins anew with a file that is borrowed, at a place to which it can be set.
     void open(int descriptor, std::uint64_t offset);
 
-    // Reads behind the bytes at hand; false at the end, or with error() on a failure.
+    // Reads behind the bytes at hand; false at the end, when the file has been emptied and written
+    // anew, or with error() on a failure.
     bool fill();
 
     std::string_view bytes() const { return {buffer_.data() + begin_, end_ - begin_}; }
@@ -30,6 +31,7 @@ class Window {
   private:
     static constexpr std::size_t kBlock = 256 * 1024;
 
+    bool isWrittenAnew() const;
     void makeRoom();
     void keepHead(std::string_view read);
 
