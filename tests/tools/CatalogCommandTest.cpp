@@ -50,42 +50,34 @@ TEST(CatalogSource, IsReadAsItHasAlwaysBeen)
 
 TEST(CatalogCommand, NamesThePlaceOfEachMistake)
 {
-    Folder folder;
-    const std::string source = folder.put("bad.msg", "1 fine\n"
-                                                     "word\n"
-                                                     "$sett 3\n"
-                                                     "$set 0\n"
-                                                     "2x text\n"
-                                                     "$quote '\n"
-                                                     "3 'open\n"
-                                                     "4 'closed' more\n"
-                                                     "5 \xC3\xA4\xC3\xA4\\400\n"
-                                                     "6 \\000\n"
-                                                     "7 \\303\n"
-                                                     "8 \xC3\xA4\xFF\n"
-                                                     "1 again\n"
-                                                     "99999999999 far\n");
-    const Outcome outcome = run({"catalog", "compile", source, "-o", folder.path() + "/bad.cat"});
-    EXPECT_EQ(outcome.code, 1);
-    const char *const problems[] = {
-        ":2:1: a line begins with a number or with '$'",
-        ":3:1: there is no directive '$sett'",
-        ":4:6: a set's number is from 1 to 2147483647",
-        ":5:2: a message's number ends with a blank",
-        ":7:3: the closing quote is missing",
-        ":8:12: there is text behind the closing quote",
-        ":9:6: a byte in octal is from 001 to 377",
-        ":10:4: a byte in octal is from 001 to 377",
-        ":11:4: these bytes are no characters",
-        ":12:4: this is not UTF-8",
-        ":13:1: message 1 of set 1 is in line 1 already",
-        ":14:1: a message's number is from 1 to 2147483647",
+    const std::pair<const char *, const char *> lines[] = {
+        {"1 fine", ""},
+        {"word", ":2:1: a line begins with a number or with '$'"},
+        {"$sett 3", ":3:1: there is no directive '$sett'"},
+        {"$set 0", ":4:6: a set's number is from 1 to 2147483647"},
+        {"2x text", ":5:2: a message's number ends with a blank"},
+        {"$quote '", ""},
+        {"3 'open", ":7:3: the closing quote is missing"},
+        {"4 'closed' more", ":8:12: there is text behind the closing quote"},
+        {"5 \xC3\xA4\xC3\xA4\\400", ":9:6: a byte in octal is from 001 to 377"},
+        {"6 \\000", ":10:4: a byte in octal is from 001 to 377"},
+        {"7 \\303", ":11:4: these bytes are no characters"},
+        {"8 \xC3\xA4\xFF", ":12:4: this is not UTF-8"},
+        {"1 again", ":13:1: message 1 of set 1 is in line 1 already"},
+        {"99999999999 far", ":14:1: a message's number is from 1 to 2147483647"},
     };
-    std::string expected;
-    for (const char *problem : problems)
-        expected += source + problem + "\n";
+    Folder folder;
+    std::string source, expected;
+    for (const auto &[line, problem] : lines) {
+        source += std::string(line) + "\n";
+        if (*problem) expected += folder / "bad.msg" + problem + "\n";
+    }
+    folder.put("bad.msg", source);
+    const Outcome outcome =
+        run({"catalog", "compile", folder / "bad.msg", "-o", folder / "bad.cat"});
+    EXPECT_EQ(outcome.code, 1);
     EXPECT_EQ(outcome.err, expected);
-    EXPECT_FALSE(fs::exists(folder.path() + "/bad.cat"));
+    EXPECT_FALSE(fs::exists(folder / "bad.cat"));
 }
 
 TEST(CatalogCommand, MakesFilesThatTheLibraryReadsAndDumpPrintsBack)

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 

@@ -11,7 +11,6 @@
 #include <cstring>
 #include <limits>
 #include <random>
-#include <type_traits>
 
 namespace {
 

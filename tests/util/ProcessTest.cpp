@@ -3,10 +3,8 @@
 
 #include "core/Toolkit.h"
 
-#include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <sys/sem.h>
 
 namespace {
