@@ -16,15 +16,13 @@ TEST_F(FfdcSettings, AreReadFromPropertiesAsFarAsTheyMakeSense)
     OvxObject *handler = get("settings", "ovx_ffdc_trigger_handler");
     EXPECT_EQ(take(OvxFFDCTriggerHandlerGetQuotaPolicy(handler)), "QUOTA_AUTODELETE");
     EXPECT_EQ(OvxFFDCTriggerHandlerGetMaxDisk(handler), 10485760);
-    const struct {
-        const char *name, *value;
-    } properties[] = {
+    const std::pair<const char *, const char *> properties[] = {
         {"baseDir", "a\\b/c"},           {"maxDiskSpace", "5000000000"},   {"maxDiskSpace", "0"},
         {"triggerRepeatTime", "-1"},     {"quotaPolicy", "QUOTA_SUSPEND"}, {"warnOnDiskSpace", "1"},
         {"quotaPolicy", "quota_ignore"}, {"firstWarning", "0.5"},          {"firstWarning", "1.5"},
         {"warnOnDiskSpace", "true"}};
-    for (const auto &property : properties)
-        OvxSetObjProp(handler, property.name, property.value);
+    for (const auto &[name, value] : properties)
+        OvxSetObjProp(handler, name, value);
     EXPECT_EQ(take(OvxFFDCTriggerHandlerGetBaseDir(handler)), "a/b/c");
     EXPECT_EQ(OvxFFDCTriggerHandlerGetMaxDisk(handler), 5000000000);
     EXPECT_EQ(OvxFFDCTriggerHandlerGetInterval(handler), 0);

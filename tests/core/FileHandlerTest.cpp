@@ -119,33 +119,26 @@ TEST_F(FileHandler, TheNextRecordFindsTheFileGone)
 
 TEST_F(FileHandler, NamesAreTakenApart)
 {
-    const std::string here = fs::current_path().string();
-    const struct {
-        const char *name;
-        const char *directory; // none: the working directory
-        const char *base;
-        int number;
-        const char *extension;
-        const char *second;
-    } cases[] = {
-        {"/var/log/app.log", "/var/log", "app", 0, "log", "/var/log/app2.log"},
-        {"logs/app", "logs", "app", 0, nullptr, "logs/app2"},
-        {"C:\\logs\\app.log", "C:/logs", "app", 0, "log", "C:/logs/app2.log"},
-        {"x/trace17.log", "x", "trace", 17, "log", "x/trace2.log"},
-        {"/app.log", nullptr, "app", 0, "log", nullptr},
-        {"logs.d/app", nullptr, "logs", 0, "d/app", nullptr},
-        {"x/9", "x", "", 9, nullptr, "x/2"},
-    };
-    for (const auto &entry : cases) {
+    const auto partsOf = [](const char *name) {
+        const auto text = [](const char *part) { return std::string(part ? part : "-"); };
         olvex::LogName parts;
-        ovxFHGetFileNameParts(entry.name, parts, true);
-        EXPECT_EQ(parts.directory.get(), entry.directory ? std::string(entry.directory) : here);
-        EXPECT_STREQ(parts.base.get(), entry.base) << entry.name;
-        EXPECT_EQ(parts.number, entry.number) << entry.name;
-        EXPECT_STREQ(parts.extension.get(), entry.extension) << entry.name;
-        if (!entry.second) continue;
-        EXPECT_STREQ(parts.pathOf(2).get(), entry.second);
-    }
+        ovxFHGetFileNameParts(name, parts, true);
+        return text(parts.directory.get()) + " " + text(parts.base.get()) + " " +
+               std::to_string(parts.number) + " " + text(parts.extension.get()) + " " +
+               text(parts.pathOf(2).get());
+    };
+    const std::string here = fs::current_path().string();
+    const std::pair<const char *, std::string> cases[] = {
+        {"/var/log/app.log", "/var/log app 0 log /var/log/app2.log"},
+        {"logs/app", "logs app 0 - logs/app2"},
+        {"C:\\logs\\app.log", "C:/logs app 0 log C:/logs/app2.log"},
+        {"x/trace17.log", "x trace 17 log x/trace2.log"},
+        {"/app.log", here + " app 0 log " + here + "/app2.log"},
+        {"logs.d/app", here + " logs 0 d/app " + here + "/logs2.d/app"},
+        {"x/9", "x  9 - x/2"},
+    };
+    for (const auto &[name, parts] : cases)
+        EXPECT_EQ(partsOf(name), parts) << name;
 }
 
 TEST_F(FileHandler, ConfiguredNamesNeverEndInDigits)

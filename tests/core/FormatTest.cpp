@@ -122,9 +122,7 @@ TEST_F(Format, AFormatterLivesUntilItHasFormatted)
     OvxObject *logger = get("log", "ovx_basiclogger");
     OvxObject *handler = get("console", "ovx_consolehandler");
     OvxAddListener(logger, handler);
-    OvxObject *formatter = OvxGetObject("once", "test_changes");
-    OvxHandlerSetFormatter(handler, formatter);
-    OvxReleaseObject(formatter);
+    OvxHandlerSetFormatter(handler, Held("once", "test_changes"));
     CaptureStdout();
     OvxLogText(logger, "text", 0);
     EXPECT_EQ(GetCapturedStdout(), "once");

@@ -207,9 +207,7 @@ TEST_F(Logging, ListenersMayChangeWhileAnEventIsPassedOn)
         ovxIntlSetObjProp(passing, "listenerNames", "late");
         ovxIntlReleaseObject(passing);
     });
-    OvxObject *second = OvxGetObject("second", "test_own"); // soon held by the logger alone
-    OvxAddListener(logger, second);
-    OvxReleaseObject(second);
+    OvxAddListener(logger, Held("second", "test_own")); // which the logger alone holds
     OvxLogText(logger, "one", 0);
     OvxLogText(logger, "two", 0);
     EXPECT_EQ(recordedBy("first"), Strings{"one"});
@@ -218,17 +216,15 @@ TEST_F(Logging, ListenersMayChangeWhileAnEventIsPassedOn)
 
 TEST_F(Logging, LevelsAreReadFromText)
 {
-    const struct {
-        const char *text;
-        int level;
-    } cases[] = {{"Warn", 5000},    {"warning", 5000},   {"war", -9999},
-                 {"debug", -9999},  {"min", 3000},       {"MID", 2000},
-                 {"maximum", 1000}, {"debug_max", 1000}, {"5000", 5000},
-                 {"-3", -3},        {"12abc", 12},       {"   ", 0},
-                 {nullptr, -9999},  {"off", 9999},       {"99999999999", INT32_MAX},
-                 {" all", -9999}};
-    for (const auto &entry : cases)
-        EXPECT_EQ(OvxGetLevelFromString(entry.text), entry.level) << (entry.text ? entry.text : "");
+    const std::pair<const char *, int> cases[] = {
+        {"Warn", 5000},    {"warning", 5000},   {"war", -9999},
+        {"debug", -9999},  {"min", 3000},       {"MID", 2000},
+        {"maximum", 1000}, {"debug_max", 1000}, {"5000", 5000},
+        {"-3", -3},        {"12abc", 12},       {"   ", 0},
+        {nullptr, -9999},  {"off", 9999},       {"99999999999", INT32_MAX},
+        {" all", -9999}};
+    for (const auto &[text, level] : cases)
+        EXPECT_EQ(OvxGetLevelFromString(text), level) << (text ? text : "");
 }
 
 } // namespace

@@ -83,9 +83,8 @@ TEST_F(Objects, TwoOfOneNameAreRefusedWhileOneIsMade)
     closeToolkit();
     OvxAddLoggerClass("any", nullptr, nullptr, nullptr, nullptr, nullptr);
     EXPECT_EQ(OvxGetObject("olvex.defaultFormatter", "ovx_consolehandler"), nullptr);
-    OvxObject *formatter = OvxGetObject("olvex.defaultFormatter", "ovx_basicformatter");
+    const Held formatter("olvex.defaultFormatter", "ovx_basicformatter");
     EXPECT_EQ(take(OvxGetObjectName(formatter)), "olvex.defaultFormatter");
-    OvxReleaseObject(formatter);
 }
 
 TEST_F(Objects, ListenerNamesReplaceAllListeners)
@@ -106,15 +105,12 @@ TEST_F(Objects, ListenerNamesReplaceAllListeners)
 TEST_F(Objects, LoggingPropertyKnowsFourWordsInAnyCase)
 {
     OvxObject *logger = loggerWithRecorder("log");
-    const struct {
-        const char *word;
-        bool enabled;
-    } cases[] = {{"OFF", false}, {"maybe", false}, {"True", true},
-                 {"", true},     {"false", false}, {"on", true}};
-    for (const auto &entry : cases) {
-        OvxSetObjProp(logger, "logging", entry.word);
-        EXPECT_EQ(OvxIsObjectEnabled(logger), entry.enabled) << entry.word;
-        EXPECT_EQ(OvxIsLoggable(logger, OVX_LEVEL_FATAL), entry.enabled) << entry.word;
+    const std::pair<const char *, bool> cases[] = {{"OFF", false}, {"maybe", false}, {"True", true},
+                                                   {"", true},     {"false", false}, {"on", true}};
+    for (const auto &[word, enabled] : cases) {
+        OvxSetObjProp(logger, "logging", word);
+        EXPECT_EQ(OvxIsObjectEnabled(logger), enabled) << word;
+        EXPECT_EQ(OvxIsLoggable(logger, OVX_LEVEL_FATAL), enabled) << word;
     }
 }
 

@@ -28,10 +28,7 @@ std::string readIntoList(const std::string &content)
 
 TEST(PropertiesFiles, FollowTheGrammar)
 {
-    const struct {
-        std::string content;
-        const char *result;
-    } cases[] = {
+    const std::pair<std::string, const char *> cases[] = {
         // Keys and values.
         {"", ""},
         {"a.b.level = WARN\n", "a.b.level=WARN;"},
@@ -73,8 +70,8 @@ TEST(PropertiesFiles, FollowTheGrammar)
         {"a=\\u00g9\n", "failed"},
         {"a=\\u12.x=1\n", "failed"}, // and not a new line behind the dot
     };
-    for (const auto &entry : cases)
-        EXPECT_EQ(readIntoList(entry.content), entry.result) << entry.content;
+    for (const auto &[content, result] : cases)
+        EXPECT_EQ(readIntoList(content), result) << content;
 }
 
 TEST(PropertiesFiles, NameThePropertyWithABadEscape)

@@ -37,6 +37,21 @@ inline Strings namesFrom(StringGroupNode *node)
     return result;
 }
 
+// An object, released at the end of the scope.
+class Held {
+  public:
+    explicit Held(const char *name, const char *className = nullptr)
+        : object_(OvxGetObject(name, className))
+    {}
+    ~Held() { OvxReleaseObject(object_); }
+    Held(const Held &) = delete;
+    Held &operator=(const Held &) = delete;
+    operator OvxObject *() const { return object_; }
+
+  private:
+    OvxObject *object_;
+};
+
 inline void setZone(const char *zone)
 {
     setenv("TZ", zone, 1);

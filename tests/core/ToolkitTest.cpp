@@ -10,13 +10,12 @@ namespace {
 Strings listenersOf(const char *name)
 {
     Strings result;
-    OvxObject *object = OvxGetObject(name, nullptr);
+    const Held object(name);
     for (auto *node = OvxGetListeners(object); node; node = OvxListenerGroupIterNext(node)) {
         OvxObject *listener = OvxListenerGroupIterGet(node);
         result.push_back(take(OvxGetObjectName(listener)));
         OvxReleaseObject(listener);
     }
-    OvxReleaseObject(object);
     return result;
 }
 
@@ -30,11 +29,9 @@ TEST_F(Toolkit, OpensWithItsErrorLogger)
     EXPECT_EQ(ovxToolkitLogger(), nullptr);
     ASSERT_TRUE(OvxOpenToolkit(nullptr));
     EXPECT_EQ(listenersOf("olvex.errorLogger"), Strings{"olvex.stderrHandler"});
-    OvxObject *handler = OvxGetObject("olvex.stderrHandler", "ovx_stderrhandler");
-    OvxObject *formatter = OvxHandlerGetFormatter(handler);
+    OvxObject *formatter = OvxHandlerGetFormatter(Held("olvex.stderrHandler"));
     EXPECT_EQ(take(OvxGetObjectName(formatter)), "olvex.defaultFormatter");
     OvxReleaseObject(formatter);
-    OvxReleaseObject(handler);
     OvxCloseToolkit();
     EXPECT_FALSE(OvxIsToolkitOpen());
     EXPECT_EQ(ovxToolkitLogger(), nullptr);
@@ -95,17 +92,15 @@ TEST_F(Toolkit, ListsClassesInOrderOfRegistration)
 {
     addHandlerClass("mine", nullptr);
     ASSERT_TRUE(OvxOpenToolkit(nullptr));
-    const Strings handlers = namesFrom(OvxGetHandlerClasses());
-    EXPECT_EQ(handlers, (Strings{"ovx_consolehandler", "ovx_stderrhandler", "ovx_filehandler",
-                                 "ovx_multiproc_filehandler", "ovx_ffdc_trigger_handler",
-                                 "ovx_ffdc_filecopy_handler", "mine"}));
+    addHandlerClass("mine", record); // once
+    EXPECT_EQ(namesFrom(OvxGetHandlerClasses()),
+              (Strings{"ovx_consolehandler", "ovx_stderrhandler", "ovx_filehandler",
+                       "ovx_multiproc_filehandler", "ovx_ffdc_trigger_handler",
+                       "ovx_ffdc_filecopy_handler", "mine"}));
     EXPECT_EQ(namesFrom(OvxGetLoggerClasses()), (Strings{"ovx_basiclogger", "ovx_pdlogger"}));
     EXPECT_EQ(namesFrom(OvxGetFilterClasses()), (Strings{"ovx_levelfilter", "ovx_msgidfilter"}));
     EXPECT_EQ(namesFrom(OvxGetFormatterClasses()),
               (Strings{"ovx_basicformatter", "ovx_xmlformatter", "ovx_mavtraceformatter"}));
-    const std::size_t count = handlers.size();
-    addHandlerClass("mine", record);
-    EXPECT_EQ(namesFrom(OvxGetHandlerClasses()).size(), count);
 }
 
 } // namespace

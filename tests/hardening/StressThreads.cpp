@@ -78,11 +78,11 @@ class Worker {
     {
         return names[pick(Size)];
     }
-    OvxObject *someLogger() { return OvxGetObject(pick(kLoggers), "ovx_basiclogger"); }
-    OvxObject *someListener()
+    Held someLogger() { return Held(pick(kLoggers), "ovx_basiclogger"); }
+    Held someListener()
     {
         const std::size_t which = pick(std::size(kListeners));
-        return OvxGetObject(kListeners[which], kClasses[which]);
+        return Held(kListeners[which], kClasses[which]);
     }
 
     void logTo(OvxObject *logger)
@@ -92,58 +92,44 @@ class Worker {
         OVX_IF_LOGGABLE(logger, OVX_LEVEL_DEBUG_MID)
         OvxLogDebugMid(logger, "stress.c", "logTo", 1, "%1$.2f", OVX_PARM_DOUBLE, 1.5, 0);
     }
-    void log()
-    {
-        OvxObject *logger = someLogger();
-        logTo(logger);
-        OvxReleaseObject(logger);
-    }
+    void log() { logTo(someLogger()); }
     void logHeld() { logTo(held_); }
 
     void configure()
     {
-        OvxObject *logger = someLogger();
+        const Held logger = someLogger(), file("file", "ovx_filehandler");
         OvxSetObjProp(logger, "level", pick(2) ? "ALL" : "WARN");
         OvxSetObjProp(logger, "listenerNames", pick(2) ? "levels own" : "ids own file");
         OvxSetObjectEnabled(logger, pick(8) != 0);
-        OvxReleaseObject(logger);
-        OvxObject *file = OvxGetObject("file", "ovx_filehandler");
         OvxSetObjProp(file, "fileName", (directory_ / (pick(2) ? "a.log" : "b.log")).c_str());
         OvxSetObjPropInt(file, "maxFileBytes", 2000);
         OvxSetObjProp(file, "formatterName", pick(2) ? "xmlFormat" : "lineFormat");
-        OvxReleaseObject(file);
     }
 
     void changeListeners()
     {
-        OvxObject *logger = someLogger();
-        OvxObject *listener = someListener();
-        OvxObject *behind = OvxGetObject("own", "test_walker");
+        const Held logger = someLogger(), listener = someListener(), behind("own", "test_walker");
         OvxAddListener(logger, listener);
         OvxAddListener(listener, behind);
         if (pick(2)) OvxRemListener(logger, listener);
         if (pick(2)) OvxRemListener(listener, behind);
-        OvxReleaseObject(behind);
-        OvxReleaseObject(listener);
-        OvxReleaseObject(logger);
     }
 
     void hold()
     {
         OvxReleaseObject(held_);
-        held_ = someLogger();
+        held_ = OvxGetObject(pick(kLoggers), "ovx_basiclogger");
         OvxReleaseObject(OvxAcquireObject(held_));
     }
 
     void inspect()
     {
-        OvxObject *object = someListener();
+        const Held object = someListener();
         BaxMemoryFree(OvxGetObjProp(object, "fileName", nullptr));
         BaxMemoryFree(OvxGetObjectDesc(object));
         BaxMemoryFree(OvxGetObjectName(held_));
         OvxReleaseObject(OvxHandlerGetFormatter(object));
         OvxIsObjectEnabled(object);
-        OvxReleaseObject(object);
         OvxIsToolkitOpen();
     }
 
@@ -183,13 +169,12 @@ class StressThreads : public ::testing::Test {
     void TearDown() override
     {
         EXPECT_GT(received, 0);
-        OvxObject *logger = OvxGetObject("after", "ovx_basiclogger");
-        OvxObject *file = OvxGetObject("afterFile", "ovx_filehandler");
-        OvxSetObjProp(file, "fileName", "after.log");
-        OvxAddListener(logger, file);
-        OvxLogText(logger, "after", 0);
-        OvxReleaseObject(file);
-        OvxReleaseObject(logger);
+        {
+            const Held logger("after", "ovx_basiclogger"), file("afterFile", "ovx_filehandler");
+            OvxSetObjProp(file, "fileName", "after.log");
+            OvxAddListener(logger, file);
+            OvxLogText(logger, "after", 0);
+        }
         OvxCloseToolkit();
         EXPECT_NE(directory_.read("after.log").find("after\n"), std::string::npos);
         std::filesystem::current_path("/");

@@ -81,23 +81,15 @@ class Scenario {
     void use()
     {
         countPathLooks(kLooksBeforeWatching); // so that paths are watched
-        OvxObject *log = OvxGetObject("app", nullptr);
-        OvxObject *problems = OvxGetObject("app.problems", nullptr);
+        const Held log("app"), problems("app.problems");
         for (int round = 0; round < 4; ++round)
             logThrough(log, problems, round);
         reconfigure(log);
         logThrough(log, problems, 4);
-        OvxReleaseObject(problems);
-        OvxReleaseObject(log);
     }
 
     // One more event through everything, which must be in each log afterwards.
-    void logGood()
-    {
-        OvxObject *problems = OvxGetObject("app.problems", nullptr);
-        OvxLogError(problems, nullptr, 0, 0, "HSTXX0002E good", 0);
-        OvxReleaseObject(problems);
-    }
+    void logGood() { OvxLogError(Held("app.problems"), nullptr, 0, 0, "HSTXX0002E good", 0); }
     // The names of the logs that lack it.
     std::string logsWithoutGood() const
     {
@@ -140,17 +132,14 @@ class Scenario {
 
     static void reconfigure(OvxObject *log)
     {
-        OvxObject *handler = OvxGetObject("one", nullptr);
+        const Held handler("one"), own("app.own", "ovx_basiclogger");
         OvxSetObjProp(handler, "maxFiles", "400");
         BaxMemoryFree(OvxGetObjProp(handler, "fileName", nullptr));
         OvxSetObjPropInt(log, "level", OVX_LEVEL_DEBUG_MAX);
-        OvxObject *own = OvxGetObject("app.own", "ovx_basiclogger");
         OvxAddListener(own, handler);
         OvxLogText(own, "own %1$s", OVX_PARM_STRING, "text", 0);
         OvxRemListener(own, handler);
         BaxMemoryFree(OvxGetObjectDesc(own));
-        OvxReleaseObject(own);
-        OvxReleaseObject(handler);
     }
 
     std::string properties() const
