@@ -38,7 +38,7 @@ std::string describe(const Record &record)
 }
 
 struct Reading {
-    std::vector<std::string> records; // described
+    std::vector<std::string> records; // described, those that are not long
     std::vector<std::string> texts;
     std::string reports; // standard error, without the command's and the file's names
 };
@@ -69,7 +69,7 @@ Reading readLog(const std::string &contents, const LogOptions &options = {})
 {
     Reading reading;
     reading.reports = readEach(contents, options, [&](const Record &record) {
-        reading.records.push_back(describe(record));
+        if (record.text.size() < 1000) reading.records.push_back(describe(record));
         reading.texts.emplace_back(record.text);
     });
     return reading;
