@@ -221,6 +221,9 @@ TEST_F(FileCopy, SaysWhenThereIsNoArchiveInTheEnd)
     useZip(script("zip", "touch \"$3\"\n"));
     copy(folder / "gone");
     EXPECT_EQ(reports(), (Strings{noArchive, noArchive, missing(folder / "gone"), noArchive}));
+    std::filesystem::remove(folder / "zip");
+    copy(folder / "a.log");
+    EXPECT_EQ(reports().back().substr(0, 10), "OVXFF0065E");
 }
 
 TEST(ProgramRun, EndsProgramsThatHang)

@@ -113,6 +113,22 @@ TEST_F(Messages, ParametersCompareByTypeAndValue)
         EXPECT_EQ(OvxCmpParms(&entry.a, &entry.b), entry.equal) << entry.a.type;
 }
 
+TEST_F(Messages, OneParameterPrintsByItsType)
+{
+    const std::pair<OvxParm, const char *> cases[] = {
+        {intParm(42), "42"},
+        {stringParm("abc"), "abc"},
+        {{OVX_PARM_LONG, {.longInteger = -7}}, "-7"},
+        {{OVX_PARM_DOUBLE, {.doubleFloating = 2.5}}, "2.500000"},
+        {{OVX_PARM_FLOAT, {.floating = 0.5f}}, "0.500000"},
+        {{OVX_PARM_BOOL, {.boolean = true}}, "\1"},
+        {{OVX_PARM_CHAR, {.character = 'c'}}, "c"},
+        {{600, {.integer = 1}}, "(none)"},
+    };
+    for (const auto &[parm, text] : cases)
+        EXPECT_EQ(take(ovxParmToUTF8Str(nullptr, &parm)), text) << parm.type;
+}
+
 TEST_F(Messages, PlatformErrorsAreReportedByTheirText)
 {
     OvxReportPlatformErr('-', 2);

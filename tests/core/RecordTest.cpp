@@ -236,6 +236,7 @@ TEST_F(Records, TheIdentifierIsLookedForOnce)
     EXPECT_EQ(take(OvxGetEventMessageId(event.get())), "");
     OvxSetI18MsgTxt(event->message, "OVXLG01E text");
     EXPECT_EQ(firstLine(recordOf(event)), "<Message Id=\"None\" Severity=\"ERROR\">");
+    EXPECT_EQ(take(ovxPDXMLGetMessageID("OVXLG01E text")), "OVXLG01E");
     OvxSetEventMessageId(event.get(), "ABC123E"); // before the text's
     EXPECT_EQ(firstLine(recordOf(event)), "<Message Id=\"ABC123E\" Severity=\"ERROR\">");
 }
