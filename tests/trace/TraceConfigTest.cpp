@@ -113,6 +113,9 @@ TEST_F(TraceFile, MovesToTheHomeDirectoryWhenItsOwnCannotBeWritten)
     for (const auto &entry : cases)
         EXPECT_EQ(nameAfterStart(entry.configured, entry.workingDirectory), entry.name)
             << entry.configured;
+    EXPECT_STREQ(getHomeDir(), getpwuid(getuid())->pw_dir);
+    EXPECT_EQ(isWriteBlocked((open + "/closed.log").c_str(), open.c_str()), getuid() != 0);
+    EXPECT_EQ(isWriteBlocked(nullptr, "/nonexistent"), 1);
 }
 
 } // namespace

@@ -56,6 +56,10 @@ TEST(Strings, MissingOnesCompareAndCopyLikeNothing)
     EXPECT_STREQ(BaxStringNCat(text, "abcdef", 3), "oldabc");
     EXPECT_STREQ(BaxStringCat(text, nullptr), "oldabc");
     EXPECT_STREQ(BaxStringNCpy(text, nullptr, 3), "");
+    EXPECT_EQ(BaxStringSprintf(text, "%d-%s", 7, "b"), 3);
+    EXPECT_STREQ(text, "7-b");
+    EXPECT_EQ(BaxStringNCmp("abx", "aby", 2), 0);
+    EXPECT_EQ(BaxStringStrspn("abc", nullptr), 0);
     EXPECT_EQ(BaxStringStrcspn("abc", nullptr), 3);
     EXPECT_EQ(BaxStringStrcspn(nullptr, "a"), -1);
     EXPECT_EQ(BaxStringStrspn("abc", "ba"), 2);
