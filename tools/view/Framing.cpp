@@ -267,7 +267,7 @@ Frame frameDamage(std::string_view bytes, bool isLast, const LogOptions &options
         const std::string_view line = lines.line();
         const std::size_t trace = findTraceInside(line);
         if (trace != kNone) return damageFrame(lines.begin() + trace);
-        const std::size_t opening = findXmlOpening(line);
+        const std::size_t opening = lines.hasEnd() || isLast ? findXmlOpening(line) : kNone;
         const std::size_t place = opening == kNone ? 0 : lines.begin() + opening;
         if (place > 0 && xmlBegins(bytes.substr(place), isLast) != Begins::kNo)
             return damageFrame(place);
