@@ -206,6 +206,13 @@ TEST(ViewFormats, GoesOnBehindDamage)
                 ElementsAre("@,level:ERROR,id:OVXBC0020E,text:whole,kind:Message", "@,text:line"));
     EXPECT_EQ(std::count(reading.reports.begin(), reading.reports.end(), '\n'), 2);
 
+    for (const char *head :
+         {"11/25/26 12:00:01 F@[Vpd     ] ", "11/25/26 12:00:01@F [Vpd     ] "}) {
+        std::string bytes = std::string(head) + "main\n";
+        std::replace(bytes.begin(), bytes.end(), '@', '\0');
+        EXPECT_THAT(readLog(bytes + line).texts, ElementsAre("line")) << head;
+    }
+
     reading = readLog("junk" + record + "junk\n" + whole + "</Message>\n");
     EXPECT_THAT(reading.texts, ElementsAre("whole", "text\n</Message>"));
     EXPECT_EQ(reading.reports, "0: no record that is known (4 bytes)\n" + sizeOf("junk" + record) +

@@ -60,11 +60,12 @@ Begins consoleBegins(std::string_view bytes, bool isLast)
 {
     const bool isShort = bytes.size() < kHeadLength && !isLast;
     if (isShort && bytes.find('\n') == std::string_view::npos) return Begins::kUnclear;
-    const bool begins = bytes.size() >= kHeadLength && beginsWithShortStamp(bytes) &&
-                        kLevelLetters.find(bytes[kLevelPlace]) != std::string_view::npos &&
-                        bytes[kComponentPlace - 1] == '[' &&
-                        isPrintable(bytes.substr(kComponentPlace, kComponentLength)) &&
-                        bytes.substr(kComponentPlace + kComponentLength, 2) == "] ";
+    const std::string_view head = bytes.substr(0, kHeadLength);
+    const bool begins = head.size() == kHeadLength && beginsWithShortStamp(head) &&
+                        kLevelLetters.find(head[kLevelPlace]) != std::string_view::npos &&
+                        head[kComponentPlace - 1] == '[' &&
+                        head.substr(kComponentPlace + kComponentLength) == "] " &&
+                        isPrintable(head);
     return begins ? Begins::kYes : Begins::kNo;
 }
 
