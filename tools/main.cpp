@@ -1,6 +1,8 @@
 // The `olvex` command: finds the verb and runs it.
 #include <cstdio>
 #include <cstring>
+#include <exception>
+#include <new>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -68,6 +70,19 @@ void holdStandardStreams()
             open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
+// What a verb does not expect, above all that memory runs out, ends it with a plain sentence.
+int run(const Verb &verb, int argc, char **argv)
+{
+    try {
+        return verb.run(argc, argv);
+    } catch (const std::bad_alloc &) {
+        std::fprintf(stderr, "olvex %s: memory ran out\n", verb.name);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "olvex %s: %s\n", verb.name, error.what());
+    }
+    return tools::kTrouble;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -83,5 +98,5 @@ int main(int argc, char **argv)
         return finish(tools::kOk);
     }
     const Verb *verb = findVerb(argv[1]);
-    return verb ? finish(verb->run(argc - 1, argv + 1)) : refuse(argv[1]);
+    return verb ? finish(run(*verb, argc - 1, argv + 1)) : refuse(argv[1]);
 }
