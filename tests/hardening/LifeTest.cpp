@@ -82,7 +82,8 @@ TEST_F(Life, TheProcessEndsWhileThreadsLog)
                   }),
                   0);
         const std::string text = content();
-        EXPECT_TRUE(text.empty() || text.back() == '\n');
+        // The system cuts the write of a thread that it ends, between two pages of the file.
+        EXPECT_TRUE(text.size() % 4096 == 0 || text.back() == '\n');
     }
 }
 
