@@ -166,10 +166,7 @@ TEST_F(Configurations, ConvertWhatTheyInherit)
     const CfgHandle a(OvxLogMgrGetCfg("a")), ab(OvxLogMgrGetCfg("a.b"));
     OvxSetObjCfgPropDouble(a.get(), "number", 1.5);
     EXPECT_EQ(OvxGetObjCfgPropInt(ab.get(), "number", nullptr), 1);
-    EXPECT_EQ(OvxGetObjCfgPropFloat(ab.get(), "number", nullptr), 1.5F);
-    bool found = true;
-    EXPECT_FALSE(OvxGetObjCfgPropBool(ab.get(), "number", &found));
-    EXPECT_FALSE(found);
+    bool found = false;
     // A value of none counts as set and hides the ancestor's.
     OvxSetObjCfgProp(ab.get(), "number", nullptr);
     EXPECT_EQ(take(OvxGetObjCfgProp(ab.get(), "number", &found)), "(none)");
@@ -235,19 +232,6 @@ TEST_F(Configurations, EndWhereParentsFormACircle)
         EXPECT_EQ(cfg->children.first(), nullptr);
     }
     EXPECT_EQ(added(), Strings{});
-}
-
-TEST_F(Configurations, RememberWhetherAFileCreatedThem)
-{
-    create({"byHost"});
-    for (const char *name : {"byHost", "byFile"})
-        EXPECT_TRUE(ovxLogMgrAddCfgFromFile(name, "p", ""));
-    EXPECT_FALSE(OvxObjCfgIsFromFile(CfgHandle(OvxLogMgrGetCfg("byHost")).get()));
-    EXPECT_TRUE(OvxObjCfgIsFromFile(CfgHandle(OvxLogMgrGetCfg("byFile")).get()));
-    EXPECT_EQ(inherited("byFile", "p"), "");
-    for (const char *name : {"", "/"})
-        EXPECT_FALSE(ovxLogMgrAddCfgFromFile(name, "p", "1"));
-    EXPECT_EQ(added(), (Strings{"byHost", "byFile"}));
 }
 
 TEST_F(Configurations, AreFoundNoMoreAfterClose)

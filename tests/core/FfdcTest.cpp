@@ -34,17 +34,6 @@ TEST_F(FfdcSettings, AreReadFromPropertiesAsFarAsTheyMakeSense)
     EXPECT_EQ(reports(), Strings{});
 }
 
-TEST_F(FfdcSettings, BelongToTheirClassesOnly)
-{
-    OvxObject *other = get("file", "ovx_filehandler");
-    OvxFFDCTriggerHandlerSetMaxDisk(other, 1);
-    EXPECT_EQ(OvxFFDCTriggerHandlerGetBaseDir(other), nullptr);
-    OvxObject *trigger = get("settings", "ovx_ffdc_trigger_handler");
-    OvxFileCopyHandlerSetFiles(trigger, "/tmp");
-    EXPECT_EQ(OvxFileCopyHandlerGetFiles(trigger), nullptr);
-    EXPECT_FALSE(ovxFFDCCleanup(get("log")));
-}
-
 class FfdcTrigger : public Ffdc {
   protected:
     // Whether the copier acts on an event of that time.

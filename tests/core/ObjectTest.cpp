@@ -77,16 +77,6 @@ TEST_F(Objects, TellWhyTheyCannotBeHad)
                        "created."}));
 }
 
-// The default formatter, made for the handler, takes the name of the handler that is being made.
-TEST_F(Objects, TwoOfOneNameAreRefusedWhileOneIsMade)
-{
-    closeToolkit();
-    OvxAddLoggerClass("any", nullptr, nullptr, nullptr, nullptr, nullptr);
-    EXPECT_EQ(OvxGetObject("olvex.defaultFormatter", "ovx_consolehandler"), nullptr);
-    const Held formatter("olvex.defaultFormatter", "ovx_basicformatter");
-    EXPECT_EQ(take(OvxGetObjectName(formatter)), "olvex.defaultFormatter");
-}
-
 TEST_F(Objects, ListenerNamesReplaceAllListeners)
 {
     OvxObject *logger = loggerWithRecorder("log");
@@ -112,17 +102,6 @@ TEST_F(Objects, LoggingPropertyKnowsFourWordsInAnyCase)
         EXPECT_EQ(OvxIsObjectEnabled(logger), enabled) << word;
         EXPECT_EQ(OvxIsLoggable(logger, OVX_LEVEL_FATAL), enabled) << word;
     }
-}
-
-TEST_F(Objects, DescriptionsBelongToTheClass)
-{
-    OvxObject *one = get("one", "ovx_basiclogger");
-    OvxObject *two = get("two", "ovx_basiclogger");
-    EXPECT_EQ(take(OvxGetObjectDesc(one)), "Logger for basic messages");
-    OvxSetObjProp(one, "description", "Mine");
-    OvxSetObjPropInt(one, "descriptionKey", 7);
-    EXPECT_EQ(take(OvxGetObjectDesc(two)), "Mine");
-    EXPECT_EQ(take(OvxGetObjectDesc(get("err", "ovx_stderrhandler"))), "(none)");
 }
 
 TEST_F(Objects, AreMadeAnewWhenOnlyTheListThatIsSetAgainHeldThem)

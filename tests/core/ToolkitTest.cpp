@@ -77,17 +77,6 @@ TEST_F(Toolkit, AnUnreadableFileLeavesItClosed)
     EXPECT_NE(namesFrom(OvxGetHandlerClasses()).back(), "mine");
 }
 
-// Until there is an error logger, only what stands in the way of opening is said.
-TEST_F(Toolkit, SaysLittleWhileItOpens)
-{
-    const TemporaryFile strange("olvex.errorLogger.listenerNames = missing\n"
-                                "olvex.stderrHandler.formatterName = missing\n");
-    testing::internal::CaptureStderr();
-    EXPECT_TRUE(OvxOpenToolkit(strange.path()));
-    OvxCloseToolkit();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-}
-
 TEST_F(Toolkit, ListsClassesInOrderOfRegistration)
 {
     addHandlerClass("mine", nullptr);

@@ -180,8 +180,8 @@ class StressThreads : public ::testing::Test {
         std::filesystem::current_path("/");
     }
 
-    // Runs the workers, and in the first one `between` after each step.
-    void stress(void (Worker::*between)())
+    // Runs the workers, of which the first closes and opens the toolkit once in a while.
+    void stress()
     {
         const char *seconds = std::getenv("OLVEX_STRESS_SECONDS");
         const auto end = std::chrono::steady_clock::now() +
@@ -192,7 +192,7 @@ class StressThreads : public ::testing::Test {
                 Worker worker(number, directory_);
                 while (std::chrono::steady_clock::now() < end) {
                     worker.step();
-                    if (between && number == 0) (worker.*between)();
+                    if (number == 0) worker.reopen();
                 }
                 worker.drop();
             });
@@ -203,14 +203,9 @@ class StressThreads : public ::testing::Test {
     const LogDirectory directory_{"/dev/shm"};
 };
 
-TEST_F(StressThreads, EverythingAtOnce)
-{
-    stress(nullptr);
-}
-
 TEST_F(StressThreads, WhileTheToolkitIsClosedAndOpened)
 {
-    stress(&Worker::reopen);
+    stress();
     Worker::open(directory_);
 }
 
