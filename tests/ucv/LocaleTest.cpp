@@ -1,4 +1,4 @@
-// Locale names, environment variables and code-set handles.
+// Locale names and code-set handles.
 
 #include <clocale>
 
@@ -49,19 +49,6 @@ TEST(Locales, AreSetOrFallBackToC)
     char *locale = ucv_loc_new("pt-br.UTF-8");
     EXPECT_STREQ(locale, "pt_BR");
     ucv_loc_free(locale);
-}
-
-TEST(Locales, KeepTheirPathsInTheEnvironment)
-{
-    unsetenv("NLSPATH");
-    EXPECT_STREQ(ucv_get_nlspath(), "");
-    EXPECT_EQ(ucv_prepend_nlspath("/a/%N"), 0);
-    EXPECT_STREQ(ucv_get_nlspath(), "/a/%N:");
-    char path[] = "/b/%N";
-    EXPECT_EQ(ucv_prepend_nlspath(path), 0);
-    path[1] = 'x'; // nothing of the caller's is kept
-    EXPECT_STREQ(std::getenv("NLSPATH"), "/b/%N:/a/%N:");
-    unsetenv("NLSPATH");
 }
 
 // A directory of table files, found through UCVDIR.

@@ -90,18 +90,6 @@ TEST_F(Files, NamesTakeBackslashesAndModes)
     EXPECT_EQ(folder_.names(), (std::set<std::string>{"logs"}));
 }
 
-TEST_F(Files, TellTimes)
-{
-    folder_.write("file", "12345");
-    const timespec times[] = {{1000, 0}, {2000, 0}};
-    utimensat(AT_FDCWD, (folder_ / "file").c_str(), times, 0);
-    CxFileInfo info = {};
-    EXPECT_EQ(CxFileNameGetInfo(&info, (folder_ / "file").c_str()), kSuccess);
-    EXPECT_EQ(info.size, 5);
-    EXPECT_EQ(info.accessTime, 1000);
-    EXPECT_EQ(info.modifyTime, 2000);
-}
-
 TEST_F(Files, NamesHoldTwoHundredAndFiftyFourBytes)
 {
     CxFile file = 77;

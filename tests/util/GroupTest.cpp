@@ -38,22 +38,6 @@ TEST(StringGroups, KeepEachStringOnceInOrder)
         EXPECT_TRUE(group.remove(group.last()->element()));
 }
 
-TEST(StringGroups, RemovingThroughTheIteratorWorksAtBothEndsAndInTheMiddle)
-{
-    StringGroup *group = OvxAllocStringGroup();
-    for (const char *text : {"1", "2", "3", "4"})
-        OvxStringGroupAdd(group, text);
-    StringGroupNode *place = OvxStringGroupIterRem(OvxStringGroupIterator(group));
-    EXPECT_STREQ(place->element(), "2");
-    place = OvxStringGroupIterRem(OvxStringGroupIterNext(place));
-    EXPECT_STREQ(place->element(), "4");
-    EXPECT_EQ(OvxStringGroupIterRem(place), nullptr);
-    OvxStringGroupAdd(group, "5");
-    EXPECT_EQ(contents(*group), (Strings{"2", "5"}));
-    EXPECT_EQ(group->last()->previous(), group->first());
-    OvxFreeStringGroup(group);
-}
-
 // A stand-in for objects: counts its references and says when it is dropped.
 struct Element {
     std::string name;

@@ -232,22 +232,6 @@ TEST(Printf, ErrorsEndTheText)
     BaxMemoryFree(arguments.items);
 }
 
-TEST(Printf, ArraysOfValuesServeAsArguments)
-{
-    CxPrintfValue values[3] = {};
-    const std::int64_t number = -5;
-    const long double floating = 2.5L;
-    const char *text = "text";
-    std::memcpy(values[0].bytes, &number, sizeof number);
-    std::memcpy(values[1].bytes, &floating, 10);
-    std::memcpy(values[2].bytes, &text, sizeof text);
-    CxStringBuff buffer = {};
-    int count = CxStringBuffPrintfA(nullptr, &buffer, "%3$s %1$lld %2$.1f", values);
-    EXPECT_EQ(taken(count, buffer), (Printed{11, "text -5 2.5"}));
-    count = CxStringBuffPrintfA(nullptr, &buffer, "%d", nullptr);
-    EXPECT_EQ(taken(count, buffer), (Printed{0, ""}));
-}
-
 TEST(Printf, WideTextIsCutAndPaddedByItsBytes)
 {
     uc_ch_t *utf8 = ucv_cs_new("UTF8");

@@ -1,4 +1,4 @@
-// Processes, semaphores between them, threads and mutexes.
+// Processes, semaphores between them, and mutexes.
 #include "util/CxProcess.h"
 
 #include "core/Toolkit.h"
@@ -71,18 +71,6 @@ TEST(Process, WhatCannotBeStartedEndsWithAStatus)
     pid = -1; // would be any child
     CxProcessStatus status = {};
     expectFailure(CxProcessWaitFor(&pid, &status, false), 22);
-}
-
-TEST(Process, TracesAreIndented)
-{
-    testing::internal::CaptureStderr();
-    cxIntlTraceEnter("%s\n", "one");
-    cxIntlTracePoint("in %d\n", 1);
-    cxIntlTraceLeave("one\n");
-    cxIntlTraceLeave("too often\n");
-    cxIntlTraceEnter("x\n");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "ENTER one\n   ... in 1\nLEAVE one\nLEAVE too often\nENTER x\n");
 }
 
 // A semaphore under a key of this process, removed in the end.
@@ -167,23 +155,6 @@ TEST(MutexThreads, ExcludeEachOther)
     EXPECT_EQ(shared.count, 40000);
     expectSuccess(CxMutexDestroy(&shared.mutex));
     expectFailure(CxMutexLock(shared.mutex), 22);
-}
-
-void *storeId(void *argument)
-{
-    *static_cast<std::uint64_t *>(argument) = CxThreadGetCurrentID();
-    return nullptr;
-}
-
-TEST(Thread, NumbersAreThoseOfTheSystem)
-{
-    std::uint64_t other = 0;
-    CxThread thread = {};
-    expectSuccess(CxThreadCreate(&thread, 0, storeId, &other));
-    expectSuccess(CxThreadJoin(thread));
-    EXPECT_NE(other, CxThreadGetCurrentID());
-    expectFailure(CxThreadCreate(&thread, 1, storeId, &other), EINVAL); // too small a stack
-    EXPECT_TRUE(inChild([] { return CxThreadGetCurrentID() == std::uint64_t(getpid()); }));
 }
 
 } // namespace

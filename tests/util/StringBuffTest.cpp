@@ -2,7 +2,6 @@
 #include "util/CxStringBuff.h"
 
 #include <olvex/Memory.h>
-#include <olvex/Ucv.h>
 
 #include <gtest/gtest.h>
 
@@ -49,16 +48,11 @@ TEST_F(StringBuff, GrowsByDoublingAndPacksToItsText)
     EXPECT_EQ(buffer_.str, nullptr);
 }
 
-TEST_F(StringBuff, WritesIntegersInBothCharacterSets)
+TEST_F(StringBuff, WritesIntegers)
 {
     for (const std::int64_t value : {std::int64_t{0}, std::int64_t{-12}, INT64_MIN}) {
-        std::string digits = std::to_string(value);
         EXPECT_EQ(CxStringBuffAppendInt64(&buffer_, value), 1);
-        EXPECT_EQ(take(), digits);
-        for (char &c : digits)
-            c = static_cast<char>(c == '-' ? 0x60 : c - '0' + 0xF0);
-        EXPECT_EQ(CxStringBuffAppendEBCDICInt64(&buffer_, value), 1);
-        EXPECT_EQ(take(), digits);
+        EXPECT_EQ(take(), std::to_string(value));
     }
     CxStringBuffAppendInt32(&buffer_, INT32_MIN);
     EXPECT_EQ(take(), "-2147483648");
@@ -109,33 +103,6 @@ TEST_F(StringBuff, RefusesSizesBeyondTheRangeAndKeepsItsText)
         EXPECT_EQ(cxStringBuffHasCapacity(&buffer_, extra), 0);
     EXPECT_EQ(buffer_.capacity, 1024u);
     EXPECT_EQ(take(), "text");
-}
-
-TEST_F(StringBuff, LimitsWideTextToWholeCharacters)
-{
-    uc_ch_t *utf8 = ucv_cs_new("UTF8");
-    const std::string bytes = "a\xc3\xa4\xe2\x82\xac"; // of one, two and three
-    for (const auto &[limit, size] : {std::pair{-1, 6U}, {6, 6U}, {5, 3U}, {2, 1U}, {0, 0U}}) {
-        EXPECT_EQ(CxStringBuffAppendWStrN(&buffer_, utf8, u"a\u00e4\u20ac", limit), 1);
-        EXPECT_EQ(take(), bytes.substr(0, size)) << limit;
-    }
-}
-
-TEST_F(StringBuff, ChangesItsCodeSetInPlace)
-{
-    uc_ch_t *bytes = ucv_cs_new("INTERNAL37");
-    CxStringBuffAppendStr(&buffer_, std::string(700, '\xfc').c_str());
-    EXPECT_EQ(CxStringBuffChangeToUTF8(bytes, &buffer_), 1);
-    EXPECT_EQ(buffer_.capacity, 4096u); // room for three bytes each
-    std::string text = take();
-    EXPECT_EQ(text.size(), 1400u);
-    EXPECT_EQ(text.substr(1396), "\xc3\xbc\xc3\xbc");
-    CxStringBuffAppendStr(&buffer_, text.c_str());
-    uc_ch_t *utf8 = ucv_cs_new("UTF8");
-    EXPECT_EQ(CxStringBuffChangeFromUTF8(utf8, &buffer_), 1);
-    EXPECT_EQ(take(), text);
-    ucv_cs_free(bytes);
-    ucv_cs_free(utf8);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// Null-safe strings and memory, the tokenizer, growable arrays.
+// Null-safe strings and the tokenizer.
 #include <olvex/Chars.h>
 #include <olvex/Memory.h>
 
@@ -63,25 +63,6 @@ TEST(Strings, MissingOnesCompareAndCopyLikeNothing)
     EXPECT_EQ(BaxStringStrcspn("abc", nullptr), 3);
     EXPECT_EQ(BaxStringStrcspn(nullptr, "a"), -1);
     EXPECT_EQ(BaxStringStrspn("abc", "ba"), 2);
-}
-
-TEST(Strings, ArraysGrowInSteps)
-{
-    void *block = nullptr;
-    std::int32_t capacity = 0, count = 7;
-    EXPECT_EQ(CxListEnsureCapacity(&block, &capacity, &count, 5, 4), 1);
-    EXPECT_EQ(count, 0);
-    EXPECT_EQ(capacity, 5);
-    for (const auto &[needed, expected] :
-         {std::pair{5, 5}, {6, 16}, {16, 16}, {17, 32}, {64, 128}}) {
-        EXPECT_EQ(CxListEnsureCapacity(&block, &capacity, &count, needed, 4), 1);
-        EXPECT_EQ(capacity, expected) << needed;
-    }
-    EXPECT_EQ(CxListEnsureCapacity(&block, &capacity, &count, INT32_MAX, SIZE_MAX / 2), 0);
-    EXPECT_EQ(CxListEnsureCapacity(&block, &capacity, &count, -1, 4), 0);
-    EXPECT_EQ(capacity, 128);
-    CxListDiscard(&block, &capacity, &count);
-    EXPECT_EQ(capacity, 0);
 }
 
 } // namespace
