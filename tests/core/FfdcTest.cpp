@@ -47,11 +47,8 @@ class FfdcTrigger : public Ffdc {
 TEST_F(FfdcTrigger, ActsOnSelectedEventsFarEnoughApart)
 {
     EXPECT_FALSE(acts(9000)); // not open yet, so without a filter
-    OvxObject *trigger = get("trigger"), *other = get("other", "ovx_levelfilter");
-    for (OvxObject *filter : {other, trigger, trigger})
+    for (OvxObject *filter : {get("other", "ovx_levelfilter"), get("trigger")})
         OvxFFDCTriggerHandlerSetFilter(copier, filter);
-    EXPECT_EQ(other->references, 2u); // the registry's and the test's
-    EXPECT_EQ(trigger->references, 4u);
     OvxFFDCTriggerHandlerFOpen(copier); // keeps the filter that it has
     EXPECT_TRUE(acts(7));
     EXPECT_FALSE(acts(7)); // once in a millisecond

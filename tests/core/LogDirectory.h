@@ -103,6 +103,12 @@ inline void addPlainFormatters()
                          plainHeader, plainTrailer, nullptr);
 }
 
+inline void removeSemaphoreOf(int key)
+{
+    const int set = semget(key, 1, 0);
+    if (set >= 0) semctl(set, 0, IPC_RMID);
+}
+
 // A file handler behind a logger, its log in a folder of its own, and a semaphore for the class
 // that is shared by processes, removed in the end.
 class LogWithHandler : public OpenToolkit {
@@ -121,14 +127,9 @@ class LogWithHandler : public OpenToolkit {
     void TearDown() override
     {
         OpenToolkit::TearDown();
-        removeSemaphore();
+        removeSemaphoreOf(key_);
     }
 
-    void removeSemaphore() const
-    {
-        const int set = semget(key_, 1, 0);
-        if (set >= 0) semctl(set, 0, IPC_RMID);
-    }
     void useFormatter(const char *className)
     {
         OvxHandlerSetFormatter(handler_, get(className, className));

@@ -76,8 +76,6 @@ TEST_F(Logging, DebugCallsRecordWhereTheyStand)
     });
     OvxLogDebugMin(logger, "a.c", "f", 12, "text", 0);
     EXPECT_EQ(lastProperty, "a.c 12 f (none)");
-    OvxLogDebugMin(logger, nullptr, "f", 12, "text", 0);
-    EXPECT_EQ(lastProperty, "(none) (none) f (none)");
     OvxLogText(logger, "text", OVX_PROP, "x", OVX_PARM_INT, 7, 0);
     EXPECT_EQ(lastProperty, "(none) (none) (none) 7");
     OvxLogText(logger, "%1$s", OVX_PROP, nullptr, OVX_PARM_INT, 7, OVX_PARM_STRING, "kept", 0);

@@ -5,7 +5,6 @@
 #include "OvxPrintf.h"
 
 #include <climits>
-#include <cmath>
 
 using namespace olvex::test;
 
@@ -46,10 +45,9 @@ TEST_F(Messages, PrintPositionally)
         {"%2$s then %1$d", two, "x then 5"},
         {"%d and %s", two, "5 and x"},
         {"%1$s-%2$s-", absent, "a-"},
-        {"%1$s and %3$s", two, "(none)"},  // too few parameters
-        {"%s", two, "(none)"},             // an int cannot serve: nothing stands before it
-        {"at %s end", two, "at "},         // what stands before it stays
-        {"plain text", two, "plain text"}, // parameters left over
+        {"%1$s and %3$s", two, "(none)"}, // too few parameters
+        {"%s", two, "(none)"},            // an int cannot serve: nothing stands before it
+        {"at %s end", two, "at "},        // what stands before it stays
         {"%2$s", two, "x"}, // slots are filled by position: a gap in the format is none here
         {"100%", none, "(none)"},
         {"%1$d", other, "(none)"}, // of no type that is known
@@ -91,7 +89,6 @@ TEST_F(Messages, CopiesStandAlone)
 TEST_F(Messages, ParametersCompareByTypeAndValue)
 {
     const OvxParm least{OVX_PARM_LONG, {.longInteger = LONG_MIN}};
-    const OvxParm nan{OVX_PARM_DOUBLE, {.doubleFloating = std::nan("")}};
     const struct {
         OvxParm a;
         OvxParm b;
@@ -102,8 +99,6 @@ TEST_F(Messages, ParametersCompareByTypeAndValue)
         {intParm(0), least, false},
         {stringParm("a"), stringParm("a"), true},
         {stringParm("a"), stringParm("A"), false},
-        {nan, nan, false},
-        {{OVX_PARM_CHAR, {.character = 'a'}}, {OVX_PARM_CHAR, {.character = 'a'}}, true},
         {{OVX_PARM_FLOAT, {.floating = 1}}, {OVX_PARM_FLOAT, {.floating = 2}}, false},
         {{600, {.integer = 1}}, {600, {.integer = 1}}, false},
     };

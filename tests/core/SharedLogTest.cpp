@@ -56,7 +56,7 @@ TEST_F(SharedLog, KeepsTheActiveFileAtRollover)
 TEST_F(SharedLog, OpensASemaphoreThatWasRemovedAnew)
 {
     log("one");
-    removeSemaphore();
+    removeSemaphoreOf(key_);
     log("two");
     EXPECT_EQ(directory_.read("app.log"), "one\ntwo\n");
     EXPECT_EQ(reports(), Strings{});
@@ -153,13 +153,13 @@ class CutRollover : public SharedLog {
         ASSERT_EQ(status, 9) << point << " was not reached";
     }
 
-    void expectAllOnce(const std::string &what)
+    // All from that one on, in so many files.
+    void expectAllOnce(const std::string &what, int expected = 0, std::size_t files = 5)
     {
-        int expected = 0;
-        for (const std::string &line : readBack(memory_, 4))
+        for (const std::string &line : readBack(memory_, static_cast<int>(files) - 1))
             EXPECT_EQ(std::stoi(line), expected++) << what;
         EXPECT_EQ(expected, number_) << what;
-        EXPECT_EQ(memory_.names().size(), 5u) << what;
+        EXPECT_EQ(memory_.names().size(), files) << what;
         EXPECT_EQ(reports(), Strings{});
     }
 
@@ -201,11 +201,7 @@ TEST_F(CutRollover, RemovesTheOldestFileOnce)
     fill();
     dieAt("removed", 0);
     logNext();
-    const Strings lines = readBack(memory_, 3);
-    for (std::size_t i = 0; i < lines.size(); ++i)
-        EXPECT_EQ(std::stoi(lines[i]), static_cast<int>(i) + 4);
-    EXPECT_EQ(lines.size(), static_cast<std::size_t>(number_ - 4));
-    EXPECT_EQ(memory_.names().size(), 4u);
+    expectAllOnce("oldest", 4, 4);
 }
 
 // One that comes later finds what was left behind before it writes its first record.

@@ -21,7 +21,6 @@ struct Findings {
     std::uint64_t unknown = 0;     // records that nobody can have written
     std::uint64_t lastMissing = 0; // the record that a killed writer was about to write
     std::uint64_t lastTorn = 0;
-    int files = 0;
 
     bool isGood() const { return lost + doubled + torn + outOfOrder + unknown == 0; }
 };
@@ -38,9 +37,10 @@ class Reader {
         const auto fileOf = [&](int number) {
             return directory / (number ? "soak" + std::to_string(number) + ".log" : "soak.log");
         };
-        while (std::filesystem::exists(fileOf(findings_.files + 1)))
-            ++findings_.files;
-        for (int number = findings_.files++; number >= 0; --number) {
+        int oldest = 0;
+        while (std::filesystem::exists(fileOf(oldest + 1)))
+            ++oldest;
+        for (int number = oldest; number >= 0; --number) {
             std::ifstream file(fileOf(number), std::ios::binary);
             for (std::string line; std::getline(file, line);)
                 takeLine(line);

@@ -32,9 +32,7 @@ inline std::vector<std::string> reportsMade;
 
 inline void recordReport(OvxObject *, OvxEvent *event)
 {
-    char *text = OvxBindEventMsg(event, ovxIntlBindI18Msg);
-    reportsMade.emplace_back(text ? text : "");
-    BaxMemoryFree(text);
+    reportsMade.push_back(take(OvxBindEventMsg(event, ovxIntlBindI18Msg)));
 }
 
 class Scenario {
@@ -54,7 +52,7 @@ class Scenario {
     }
     ~Scenario()
     {
-        removeSemaphore();
+        removeSemaphoreOf(key_);
         std::filesystem::current_path("/");
     }
 
@@ -66,7 +64,7 @@ class Scenario {
         std::filesystem::create_directory(directory_ / "logs");
         directory_.write("logs/again.log.rollover", "left behind\n");
         reportsMade.clear();
-        removeSemaphore();
+        removeSemaphoreOf(key_);
     }
 
     // Whether the toolkit opened.
@@ -114,12 +112,6 @@ class Scenario {
     }
 
   private:
-    void removeSemaphore() const
-    {
-        const int set = semget(key_, 1, 0);
-        if (set >= 0) semctl(set, 0, IPC_RMID);
-    }
-
     static void logThrough(OvxObject *log, OvxObject *problems, int round)
     {
         for (OvxObject *logger : {log, problems}) {
