@@ -224,6 +224,19 @@ TEST_F(Configurations, EndWhereParentsFormACircle)
     EXPECT_EQ(added(), Strings{});
 }
 
+TEST_F(Configurations, RememberWhetherAFileCreatedThem)
+{
+    create({"byHost"});
+    for (const char *name : {"byHost", "byFile"})
+        EXPECT_TRUE(ovxLogMgrAddCfgFromFile(name, "p", ""));
+    EXPECT_FALSE(OvxObjCfgIsFromFile(CfgHandle(OvxLogMgrGetCfg("byHost")).get()));
+    EXPECT_TRUE(OvxObjCfgIsFromFile(CfgHandle(OvxLogMgrGetCfg("byFile")).get()));
+    EXPECT_EQ(inherited("byFile", "p"), "");
+    for (const char *name : {"", "/"})
+        EXPECT_FALSE(ovxLogMgrAddCfgFromFile(name, "p", "1"));
+    EXPECT_EQ(added(), (Strings{"byHost", "byFile"}));
+}
+
 TEST_F(Configurations, AreFoundNoMoreAfterClose)
 {
     create({"a", "a.b"});

@@ -138,6 +138,22 @@ TEST_F(Logging, AnUnknownMarkerEndsTheListAndIsReported)
     EXPECT_EQ(reports(), (Strings{noMarkers, noMarkers}));
 }
 
+TEST_F(Logging, EventsKeepWhatTheyAreGiven)
+{
+    const MadeEvent made = eventAt(
+        0, OVX_LEVEL_WARN, "cat", 2, "text", OVX_PROP, "long", OVX_PARM_LONG, LONG_MIN, OVX_PROP,
+        "float", OVX_PARM_FLOAT, 1.5, OVX_PROP, "bool", OVX_PARM_BOOL, 1, OVX_PROP, "char",
+        OVX_PARM_CHAR, 'c', OVX_PROP, "none", OVX_PARM_STRING, nullptr, 0);
+    OvxEvent *event = made.get();
+    EXPECT_EQ(OvxGetEventPropLong(event, "long", nullptr), LONG_MIN);
+    EXPECT_EQ(OvxGetEventPropFloat(event, "float", nullptr), 1.5F);
+    EXPECT_TRUE(OvxGetEventPropBool(event, "bool", nullptr));
+    EXPECT_EQ(take(OvxGetEventProp(event, "char", nullptr)), "c");
+    bool found = false;
+    EXPECT_EQ(OvxGetEventProp(event, "none", &found), nullptr);
+    EXPECT_TRUE(found);
+}
+
 TEST_F(Logging, APublicCallInsideAClassFunctionIsRefusedNotStuck)
 {
     OvxObject *logger = loggerWith("calls", [](OvxObject *handler, OvxEvent *event) {

@@ -107,6 +107,17 @@ TEST_F(SharedLog, AFailedCopyIsReportedAndTheFileEmptiedAllTheSame)
     EXPECT_EQ(directory_.names(), (Names{"app.log", "app1.log"}));
 }
 
+TEST_F(SharedLog, RollsOverWithoutAPassingFileToo)
+{
+    set("maxFileBytes", "4");
+    fs::create_directory(directory_ / "app.log.rollover");
+    log("one");
+    log("two");
+    EXPECT_EQ(directory_.read("app1.log"), "one\n");
+    EXPECT_EQ(directory_.read("app.log"), "two\n");
+    EXPECT_EQ(reports(), Strings{});
+}
+
 const char *deadlyPoint = "";
 int passesLeft = 0;
 
