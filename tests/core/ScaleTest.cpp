@@ -85,7 +85,7 @@ TEST(Scale, NamesMayBeDeep)
 
 TEST(Scale, ObjectsAndListenersMayBeMany)
 {
-    expectLinear(250, [](int count) {
+    expectLinear(1000, [](int count) {
         ASSERT_TRUE(OvxOpenToolkit(nullptr));
         std::string names;
         std::vector<OvxObject *> objects;

@@ -65,6 +65,18 @@ struct Elements;
 struct ElementNode : olvex::GroupNode<Elements, ElementNode, ElementPolicy> {};
 struct Elements : olvex::GroupShape<Elements, ElementNode, ElementPolicy> {};
 
+TEST(ReferenceGroups, FindEachElementOnceHoweverMany)
+{
+    std::vector<Element> many(100);
+    Elements group;
+    for (Element &element : many)
+        EXPECT_TRUE(group.add(&element));
+    for (std::size_t i = 0; i < many.size(); i += 3)
+        EXPECT_TRUE(group.remove(&many[i]));
+    for (std::size_t i = 0; i < many.size(); ++i)
+        EXPECT_EQ(group.add(&many[i]), i % 3 == 0) << i;
+}
+
 class SafeWalks : public ::testing::Test {
   protected:
     SafeWalks()

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <utility>
 
-#include "util/shapes/NameIndex.h"
+#include "util/shapes/KeyIndex.h"
 
 using namespace olvex;
 
@@ -135,7 +135,7 @@ void PropListFiller::makeRoom()
 // The slot of the key, or the free one for it.
 std::int32_t *PropListFiller::slotOf(const char *key) const
 {
-    std::size_t place = hashName(key) & mask_;
+    std::size_t place = hashKey(key) & mask_;
     while (slots_[place] != 0 && std::strcmp(list_->entries[slots_[place] - 1].key, key) != 0)
         place = (place + 1) & mask_;
     return &slots_[place];

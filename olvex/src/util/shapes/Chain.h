@@ -1,11 +1,11 @@
 // What the three shapes have in common: nodes doubly linked in order of insertion, the memory that
-// they come from, and lookup by walking. NamedChain adds an index over the names of its nodes once
+// they come from, and lookup by walking. KeyedChain adds an index over the keys of its nodes once
 // there are many. Nothing here locks; whoever changes or walks a chain holds the API mutex or owns
 // the collection alone.
 #pragma once
 
 #include "util/Memory.h"
-#include "util/shapes/NameIndex.h"
+#include "util/shapes/KeyIndex.h"
 
 #include <cstddef>
 
@@ -84,37 +84,21 @@ class Chain {
     Memory memory_;
 };
 
-// A chain whose nodes have distinct names: Node says key().
+// A chain whose nodes have distinct keys, names or addresses: Node says key().
 template <class Node>
-class NamedChain : public Chain<Node> {
+class KeyedChain : public Chain<Node> {
   public:
     using Chain<Node>::Chain;
 
-    Node *find(const char *name) const
+    template <class Key>
+    Node *find(Key key) const
     {
-        if (!name) return nullptr;
-        return index_.built() ? index_.find(name) : Chain<Node>::find(name);
-    }
-
-    // Of names with separators: the node with the longest name that `name` lies below.
-    Node *findAbove(const char *name, char separator) const
-    {
-        if (index_.built()) return index_.findAbove(name, separator);
-        Node *nearest = nullptr;
-        std::size_t longest = 0;
-        for (Node *node = this->first(); node; node = node->next()) {
-            const std::size_t length = std::strlen(node->key());
-            const bool isAbove =
-                std::strncmp(name, node->key(), length) == 0 && name[length] == separator;
-            if (!isAbove || (nearest && length < longest)) continue;
-            nearest = node;
-            longest = length;
-        }
-        return nearest;
+        if (!key) return nullptr;
+        return index_.built() ? index_.find(key) : Chain<Node>::find(key);
     }
 
   protected:
-    ~NamedChain() { index_.discard(this->memory()); }
+    ~KeyedChain() { index_.discard(this->memory()); }
 
     void append(Node *node)
     {
@@ -128,8 +112,34 @@ class NamedChain : public Chain<Node> {
         Chain<Node>::unlink(node);
     }
 
+    const KeyIndex<Node> &index() const { return index_; }
+
   private:
-    NameIndex<Node> index_;
+    KeyIndex<Node> index_;
+};
+
+// A keyed chain of names, some of which lie below others.
+template <class Node>
+class NamedChain : public KeyedChain<Node> {
+  public:
+    using KeyedChain<Node>::KeyedChain;
+
+    // Of names with separators: the node with the longest name that `name` lies below.
+    Node *findAbove(const char *name, char separator) const
+    {
+        if (this->index().built()) return this->index().findAbove(name, separator);
+        Node *nearest = nullptr;
+        std::size_t longest = 0;
+        for (Node *node = this->first(); node; node = node->next()) {
+            const std::size_t length = std::strlen(node->key());
+            const bool isAbove =
+                std::strncmp(name, node->key(), length) == 0 && name[length] == separator;
+            if (!isAbove || (nearest && length < longest)) continue;
+            nearest = node;
+            longest = length;
+        }
+        return nearest;
+    }
 };
 
 } // namespace olvex

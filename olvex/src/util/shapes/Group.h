@@ -14,7 +14,7 @@ class GroupNode : public Link<Node> {
 
     // Borrowed: valid while the node is in its group.
     typename Policy::Stored element() const { return element_; }
-    const char *key() const { return element_; }
+    Given key() const { return element_; }
     bool matches(Given sought) const { return Policy::same(element_, sought); }
     auto handOut() const { return Policy::handOut(element_); }
 

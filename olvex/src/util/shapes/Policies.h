@@ -45,7 +45,7 @@ struct ReferencePolicy {
     using Given = Element *;
     using Stored = Element *;
     template <class Node>
-    using Order = Chain<Node>;
+    using Order = KeyedChain<Node>;
     template <class Node>
     using Walks = SafeWalks<Node>;
 

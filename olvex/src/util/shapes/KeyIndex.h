@@ -1,5 +1,6 @@
-// A hash index over the names of a chain's nodes, by open addressing. It exists only while a chain
-// is long enough to gain by it and memory is there for it; without it lookups walk the chain.
+// A hash index over the keys of a chain's nodes, names or addresses, by open addressing. It exists
+// only while a chain is long enough to gain by it and memory is there for it; without it lookups
+// walk the chain.
 #pragma once
 
 #include "util/Memory.h"
@@ -29,7 +30,7 @@ class NameHash {
     std::uint64_t hash_ = 0xcbf29ce484222325U;
 };
 
-inline std::uint32_t hashName(const char *name)
+inline std::uint32_t hashKey(const char *name)
 {
     NameHash hash;
     for (; *name; ++name)
@@ -37,18 +38,37 @@ inline std::uint32_t hashName(const char *name)
     return hash.value();
 }
 
+inline bool sameKey(const char *one, const char *other)
+{
+    return std::strcmp(one, other) == 0;
+}
+
+// Multiplied, the bits that differ between addresses come into the upper half.
+inline std::uint32_t hashKey(const void *address)
+{
+    constexpr std::uint64_t kGoldenRatio = 0x9e3779b97f4a7c15U;
+    return static_cast<std::uint32_t>((reinterpret_cast<std::uintptr_t>(address) * kGoldenRatio) >>
+                                      32);
+}
+
+inline bool sameKey(const void *one, const void *other)
+{
+    return one == other;
+}
+
 template <class Node>
-class NameIndex {
+class KeyIndex {
   public:
     bool built() const { return slots_; }
 
-    Node *find(const char *name) const
+    template <class Key>
+    Node *find(Key sought) const
     {
-        return find(hashName(name), [&](const char *key) { return std::strcmp(key, name) == 0; });
+        return find(hashKey(sought), [&](auto key) { return sameKey(key, sought); });
     }
 
-    // The node with the longest name in front of one of the name's separators. One pass over the
-    // name, however many separators it has.
+    // Of names: the node with the longest one in front of one of the name's separators. One pass
+    // over the name, however many separators it has.
     Node *findAbove(const char *name, char separator) const
     {
         NameHash hash;
@@ -71,7 +91,7 @@ class NameIndex {
     {
         if (!built() && chain.size() <= kWalked) return;
         if (built() && chain.size() * 4 <= capacity() * 3)
-            insert(node, hashName(node->key()));
+            insert(node, hashKey(node->key()));
         else
             rebuild(chain);
     }
@@ -80,7 +100,7 @@ class NameIndex {
     void removed(const Node *node)
     {
         if (!built()) return;
-        std::size_t place = hashName(node->key()) & mask_;
+        std::size_t place = hashKey(node->key()) & mask_;
         while (slots_[place].node != node)
             place = after(place);
         closeHole(place);
@@ -132,7 +152,7 @@ class NameIndex {
         std::memset(slots_, 0, slots * sizeof(Slot));
         mask_ = slots - 1;
         for (Node *node = chain.first(); node; node = node->next())
-            insert(node, hashName(node->key()));
+            insert(node, hashKey(node->key()));
     }
 
     // Moves back what probing would no longer reach past an empty slot.
