@@ -12,6 +12,14 @@ namespace {
 
 constexpr int kMore = 8;
 
+// AddressSanitizer, asked to be strict, measures a whole string each time that a part is sought in
+// it: there the works are done, but their times are not the library's.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool kTimesCount = false;
+#else
+constexpr bool kTimesCount = true;
+#endif
+
 template <class Work>
 double secondsOf(Work work, int count)
 {
@@ -29,7 +37,7 @@ void expectLinear(int few, Work work)
     for (int attempt = 0; attempt < 3; ++attempt) {
         small = secondsOf(work, few);
         large = secondsOf(work, few * kMore);
-        if (large < small * kMore * 3 + 0.005) return;
+        if (!kTimesCount || large < small * kMore * 3 + 0.005) return;
     }
     ADD_FAILURE() << small << " s for " << few << ", " << large << " s for " << few * kMore;
 }
