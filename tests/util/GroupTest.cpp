@@ -106,7 +106,7 @@ class SafeWalks : public ::testing::Test {
 
 TEST_F(SafeWalks, GoOnAfterWhatIsRemovedAtAnyPlace)
 {
-    const auto removeAt = [&](const char *place, std::vector<Element *> removed) {
+    const auto removeAt = [&](const char *place, const std::vector<Element *> &removed) {
         group->clear();
         for (Element *element : {&a, &b, &c})
             group->add(element);
