@@ -35,13 +35,11 @@ class GroupNode : public Link<Node> {
 };
 
 template <class Group, class Node, class Policy>
-class GroupShape : public Policy::template Order<Node>, public Policy::template Walks<Node> {
-    using Order = typename Policy::template Order<Node>;
-
+class GroupShape : public KeyedChain<Node>, public Policy::template Walks<Node> {
   public:
     using Given = typename Policy::Given;
 
-    explicit GroupShape(Memory memory = {}) : Order(memory) {}
+    explicit GroupShape(Memory memory = {}) : KeyedChain<Node>(memory) {}
     ~GroupShape() { clear(); }
 
     bool add(Given element)

@@ -38,22 +38,12 @@ inline std::uint32_t hashKey(const char *name)
     return hash.value();
 }
 
-inline bool sameKey(const char *one, const char *other)
-{
-    return std::strcmp(one, other) == 0;
-}
-
 // Multiplied, the bits that differ between addresses come into the upper half.
 inline std::uint32_t hashKey(const void *address)
 {
     constexpr std::uint64_t kGoldenRatio = 0x9e3779b97f4a7c15U;
     return static_cast<std::uint32_t>((reinterpret_cast<std::uintptr_t>(address) * kGoldenRatio) >>
                                       32);
-}
-
-inline bool sameKey(const void *one, const void *other)
-{
-    return one == other;
 }
 
 template <class Node>
@@ -64,7 +54,7 @@ class KeyIndex {
     template <class Key>
     Node *find(Key sought) const
     {
-        return find(hashKey(sought), [&](auto key) { return sameKey(key, sought); });
+        return find(hashKey(sought), [&](const Node *node) { return node->matches(sought); });
     }
 
     // Of names: the node with the longest one in front of one of the name's separators. One pass
@@ -78,7 +68,8 @@ class KeyIndex {
         while (length-- > 0) {
             hash.takeBack(name[length]);
             if (name[length] != separator) continue;
-            if (Node *node = find(hash.value(), [&](const char *key) {
+            if (Node *node = find(hash.value(), [&](const Node *other) {
+                    const char *key = other->key();
                     return std::strncmp(key, name, length) == 0 && !key[length];
                 }))
                 return node;
@@ -124,8 +115,7 @@ class KeyIndex {
     {
         std::size_t place = hash & mask_;
         for (; slots_[place].node; place = after(place))
-            if (slots_[place].hash == hash && isSame(slots_[place].node->key()))
-                return slots_[place].node;
+            if (slots_[place].hash == hash && isSame(slots_[place].node)) return slots_[place].node;
         return nullptr;
     }
 

@@ -26,8 +26,6 @@ struct StringPolicy {
     using Given = const char *;
     using Stored = char *;
     template <class Node>
-    using Order = NamedChain<Node>;
-    template <class Node>
     using Walks = PlainWalks<Node>;
 
     static std::size_t room(Given text) { return text ? std::strlen(text) + 1 : 0; }
@@ -44,8 +42,6 @@ template <class Element, Element *(*Acquire)(Element *), void (*Release)(Element
 struct ReferencePolicy {
     using Given = Element *;
     using Stored = Element *;
-    template <class Node>
-    using Order = KeyedChain<Node>;
     template <class Node>
     using Walks = SafeWalks<Node>;
 
