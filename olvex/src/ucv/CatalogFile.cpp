@@ -4,6 +4,8 @@
 #include <olvex/Memory.h>
 #include <olvex/UcvWide.h>
 
+#include "util/Descriptors.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -51,8 +53,18 @@ bool takeSize(ucv_cat_t &catalog)
 {
     struct stat status = {};
     if (fstat(catalog.file, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+    catalog.device = status.st_dev;
+    catalog.inode = status.st_ino;
     catalog.size = static_cast<std::uint64_t>(status.st_size);
     return true;
+}
+
+// A host that closes all descriptors may have put another file in this one's place.
+bool isOurs(const ucv_cat_t &catalog)
+{
+    struct stat status = {};
+    return fstat(catalog.file, &status) == 0 && status.st_dev == catalog.device &&
+           status.st_ino == catalog.inode;
 }
 
 bool readHeader(const ucv_cat_t &catalog, MCHeaderT &header)
@@ -155,7 +167,7 @@ void convertMessages(CatalogMessage *messages, std::size_t count, char *area, st
 bool loadSet(const ucv_cat_t &catalog, CatalogSet &set)
 {
     const MCSetTDisk &record = set.record;
-    CatalogMessage *messages = allocateSet(catalog, record);
+    CatalogMessage *messages = isOurs(catalog) ? allocateSet(catalog, record) : nullptr;
     if (!messages) return false;
     char *texts = reinterpret_cast<char *>(messages + record.numMsgs);
     texts[record.textLength] = '\0';
@@ -168,6 +180,14 @@ bool loadSet(const ucv_cat_t &catalog, CatalogSet &set)
                     static_cast<std::size_t>(conversionSize(record)));
     set.messages = messages;
     return true;
+}
+
+void freeCatalog(ucv_cat_t *catalog)
+{
+    for (std::uint32_t index = 0; index < catalog->setCount; ++index)
+        BaxMemoryFree(catalog->sets[index].messages);
+    BaxMemoryFree(catalog->sets);
+    BaxMemoryFree(catalog);
 }
 
 // Looking up
@@ -204,26 +224,24 @@ namespace olvex::ucv {
 
 ucv_cat_t *openCatalogFile(const char *path, int flags)
 {
-    const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    const int file = olvex::keepHigh(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (file < 0) return nullptr;
     auto *catalog = static_cast<ucv_cat_t *>(BaxMemoryMalloc(sizeof(ucv_cat_t)));
     if (!catalog) {
         close(file);
         return nullptr;
     }
-    *catalog = {flags, file, 0, 0, nullptr};
+    *catalog = {flags, file, 0, 0, 0, 0, nullptr};
     if (readSets(*catalog)) return catalog;
-    closeCatalogFile(catalog);
+    freeCatalog(catalog);
+    close(file);
     return nullptr;
 }
 
 void closeCatalogFile(ucv_cat_t *catalog)
 {
-    for (std::uint32_t index = 0; index < catalog->setCount; ++index)
-        BaxMemoryFree(catalog->sets[index].messages);
-    BaxMemoryFree(catalog->sets);
-    close(catalog->file);
-    BaxMemoryFree(catalog);
+    if (isOurs(*catalog)) close(catalog->file);
+    freeCatalog(catalog);
 }
 
 CatalogMessage *findMessage(ucv_cat_t *catalog, int set, int message)

@@ -6,6 +6,7 @@
 #include <olvex/Catalog.h>
 
 #include <cstdint>
+#include <sys/types.h>
 
 namespace olvex::ucv {
 
@@ -35,6 +36,8 @@ CatalogMessage *findMessage(ucv_cat_t *catalog, int set, int message);
 struct ucv_cat_t {
     int flags; // as given to ucv_catopen
     int file;
+    dev_t device; // with the inode: what the file must be to be read and closed
+    ino_t inode;
     std::uint64_t size;
     std::uint32_t setCount;
     olvex::ucv::CatalogSet *sets;

@@ -1,9 +1,11 @@
-// Files: thin layers over the POSIX calls, one call each.
+// Files: thin layers over the POSIX calls, one call each. What is opened gets no number of a
+// standard stream, even if those are free.
 #include <olvex/File.h>
 
 #include <olvex/Memory.h>
 
 #include "util/CxResult.h"
+#include "util/Descriptors.h"
 
 #include <cstdio>
 #include <cstring>
@@ -48,7 +50,7 @@ CxResult CxFileOpenMode(CxFile *file, const char *name, int flags, uint32_t mode
 {
     const LocalName local(name);
     if (!file || !local.fits()) return badArgument();
-    *file = open(local.get(), flags | O_CLOEXEC, mode);
+    *file = aboveStandard(open(local.get(), flags | O_CLOEXEC, mode));
     return resultOf(*file);
 }
 
