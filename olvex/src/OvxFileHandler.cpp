@@ -12,10 +12,12 @@
 #include "messages/Messages.h"
 #include "util/CxResult.h"
 #include "util/CxStringBuff.h"
+#include "util/Descriptors.h"
 #include "util/EventPath.h"
 
 #include <cerrno>
 #include <fcntl.h>
+#include <unistd.h>
 
 using namespace olvex;
 
@@ -42,15 +44,39 @@ int flagsOf(const OvxFileHandlerVars &vars)
     return O_CREAT | O_RDWR | (vars.appending ? O_APPEND : O_TRUNC);
 }
 
+// What says that there is no such path, rather than that one must not ask.
+bool isGone(int error)
+{
+    return error == ENOENT || error == ENOTDIR || error == ELOOP;
+}
+
+// Whether the open file is still under its path and could not be opened there again.
+bool isOnlyOpenHere(const OvxFileHandlerVars &vars)
+{
+    const char *path = vars.name.path.get();
+    FileState now;
+    const int error = readFileState(path, now);
+    if (error) return !isGone(error);
+    return now.isSameFile(vars.state) && faccessat(AT_FDCWD, path, R_OK | W_OK, AT_EACCESS) != 0;
+}
+
+// The files are renamed before the active one is closed: when that failed and it could not be
+// opened again, since the process has changed its user, it stays open. False then.
+bool rollOver(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    ovxFileHandlerDoRollover(vars);
+    if (!isOnlyOpenHere(vars)) return OvxFileHandlerFClose(handler), true;
+    reportFailure(measure(vars));
+    return !vars.isOpen;
+}
+
 // An existing file that is full already is closed with its trailer and rolled over at once.
 bool openWithRoom(OvxObject *handler, OvxFileHandlerVars &vars)
 {
     if (!openLogFile(vars, flagsOf(vars))) return false;
     if (!isLogFull(vars, vars.state.size)) return true;
     vars.isOpen = true;
-    OvxFileHandlerFClose(handler);
-    ovxFileHandlerDoRollover(vars);
-    return openLogFile(vars, flagsOf(vars));
+    return !rollOver(handler, vars) || openLogFile(vars, flagsOf(vars));
 }
 
 void writeHeader(OvxObject *handler, OvxFileHandlerVars &vars)
@@ -77,28 +103,45 @@ OVX_ONE_FRAME bool isCertain(const OvxFileHandlerVars &vars)
 bool needsOpening(OvxObject *handler, OvxFileHandlerVars &vars)
 {
     if (!vars.isOpen) return true;
-    if (!isStillThere(vars)) {
+    if (findLog(vars) == Presence::kGone) {
         OvxFileHandlerFClose(handler);
         return true;
     }
     const CxResult measured = measure(vars);
     reportFailure(measured);
     if (!ok(measured)) return !vars.isOpen; // the report may have come back and opened it
-    if (!isLogFull(vars, vars.state.size)) return false;
-    OvxFileHandlerFClose(handler);
-    ovxFileHandlerDoRollover(vars);
-    return true;
+    return isLogFull(vars, vars.state.size) && rollOver(handler, vars);
 }
 
-// Writes a record; a file whose descriptor the host has closed is opened anew for it.
+// Writes a record; a file whose descriptor the host has closed or taken is opened anew for it.
 OVX_ONE_FRAME CxResult writeRecord(OvxObject *handler, OvxFileHandlerVars &vars,
                                    const EventText &text)
 {
     const CxResult written = writeText(vars, text.get(), text.size());
-    if (written.code != EBADF || !vars.isOpen) return written;
-    reportFailure(measure(vars)); // finds the descriptor gone and closes the handler
+    if (ok(written) || !vars.isOpen) return written;
+    const CxResult measured = measureAfter(vars, written);
+    if (ok(measured)) return written;
+    reportFailure(measured);
     OvxFileHandlerFOpen(handler);
     return writeText(vars, text.get(), text.size());
+}
+
+// Asks the descriptor what it is, and its size; EBADF when it is not the log.
+int askDescriptor(OvxFileHandlerVars &vars)
+{
+    FileState now;
+    const int error = readFileState(vars.file, now);
+    if (error) return error;
+    if (!now.isSameFile(vars.state)) return EBADF;
+    vars.state.size = now.size;
+    return 0;
+}
+
+// A descriptor that is not the log's is forgotten.
+bool isOurs(OvxFileHandlerVars &vars)
+{
+    if (vars.file >= 0 && askDescriptor(vars) == EBADF) vars.file = -1;
+    return vars.file >= 0;
 }
 
 } // namespace
@@ -127,36 +170,50 @@ bool openLogFile(OvxFileHandlerVars &vars, int flags)
         const char *directory = vars.name.directory.get();
         report(OVX_LEVEL_ERROR, Message::kBadFilePath, "fileName", directory ? directory : "NULL");
     }
-    const CxResult opened =
-        CxFileOpenMode(&vars.file, vars.name.path.get(), flags, vars.filePermission);
+    CxResult opened = CxFileOpenMode(&vars.file, vars.name.path.get(), flags, vars.filePermission);
+    if (ok(opened)) opened = resultOf(vars.file = keepHigh(vars.file));
+    if (ok(opened)) opened = resultOfCode(readFileState(vars.file, vars.state));
     reportFailure(opened);
-    if (!ok(opened)) return false;
-    reportFailure(resultOfCode(readFileState(vars.file, vars.state)));
-    return true;
+    vars.isDoubtful = false;
+    if (!ok(opened) && vars.file >= 0) CxFileClose(&vars.file); // what it is could not be asked
+    return ok(opened);
 }
 
-bool isStillThere(OvxFileHandlerVars &vars)
+Presence findLog(OvxFileHandlerVars &vars)
 {
-    return vars.watch.isQuiet() || askWhetherStillThere(vars);
+    return vars.watch.isQuiet() ? Presence::kThere : lookForLog(vars);
 }
 
-bool askWhetherStillThere(OvxFileHandlerVars &vars)
+Presence lookForLog(OvxFileHandlerVars &vars)
 {
+    vars.isDoubtful = true;
     vars.watch.beforeLook(vars.name.path.get());
     FileState now;
-    return readFileState(vars.name.path.get(), now) == 0 && now.isRegular &&
-           now.isSameFile(vars.state);
+    const int error = readFileState(vars.name.path.get(), now);
+    if (!error)
+        return now.isRegular && now.isSameFile(vars.state) ? Presence::kThere : Presence::kGone;
+    vars.watch.end();
+    return isGone(error) ? Presence::kGone : Presence::kHidden;
 }
 
-// A descriptor that the host closed, or closed and used for something else, is not ours to close.
 CxResult measure(OvxFileHandlerVars &vars)
 {
-    const bool isRegular = vars.state.isRegular;
-    const int error =
-        isRegular ? readFileSize(vars.file, vars.state.size) : readFileState(vars.file, vars.state);
-    if (error == EBADF || error == ESPIPE) vars.file = -1;
+    const bool asks = vars.isDoubtful || !vars.state.isRegular;
+    const int error = asks ? askDescriptor(vars) : readFileSize(vars.file, vars.state.size);
+    vars.isDoubtful = false;
     if (error) closeWithoutTrailer(vars);
     return resultOfCode(error);
+}
+
+// A descriptor of the log that cannot be written is one that the host has opened in the place.
+CxResult measureAfter(OvxFileHandlerVars &vars, CxResult written)
+{
+    vars.isDoubtful = true;
+    const CxResult measured = measure(vars);
+    if (!ok(measured) || written.code != EBADF) return measured;
+    vars.file = -1;
+    closeWithoutTrailer(vars);
+    return written;
 }
 
 void Closing::report() const
@@ -168,8 +225,9 @@ void Closing::report() const
 Closing closeWithTrailer(OvxObject *handler, OvxFileHandlerVars &vars)
 {
     const Text trailer(ovxIntlHandlerGetFmtTrailer(handler));
-    const CxResult written =
-        trailer ? writeText(vars, trailer.get(), BaxStringLen(trailer.get())) : success();
+    const CxResult written = trailer && isOurs(vars)
+                                 ? writeText(vars, trailer.get(), BaxStringLen(trailer.get()))
+                                 : success();
     return {written, closeWithoutTrailer(vars).closed};
 }
 
@@ -177,7 +235,7 @@ Closing closeWithoutTrailer(OvxFileHandlerVars &vars)
 {
     vars.isOpen = false;
     vars.watch.end();
-    return {success(), vars.file < 0 ? success() : CxFileClose(&vars.file)};
+    return {success(), isOurs(vars) ? CxFileClose(&vars.file) : failure(EBADF)};
 }
 
 void EncodedText::encode(uc_ch_t *codeSet)
@@ -208,7 +266,7 @@ void OvxFileHandlerFFreeVars(void *variables)
 {
     auto *vars = static_cast<OvxFileHandlerVars *>(variables);
     if (!vars) return;
-    const CxResult closed = vars->isOpen ? CxFileClose(&vars->file) : success();
+    const CxResult closed = vars->isOpen ? closeWithoutTrailer(*vars).closed : success();
     ucv_cs_free(vars->codeSet);
     Memory().destroy(vars);
     CxStringBuffDiscard(&encoding); // other handlers make it anew

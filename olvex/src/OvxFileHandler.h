@@ -1,5 +1,18 @@
 // The file handler's private variables and class functions; the handler for shared files uses the
 // same variables and configuration. Called with the API mutex held.
+//
+// A descriptor is the log's only while device and inode say so: a host may have closed all
+// descriptors, as programs do that go into the background, and put its own files in their places.
+// What is not the log is neither written, emptied, copied nor closed; the record goes into the file
+// opened anew. That costs no system call where all is well:
+//
+//   path looked at      the descriptor is asked as well, which tells the size, too
+//   path watched        the watch knows that the descriptor is the log's (see OvxPathWatch.h), and
+//                       the size, where it is asked for, is a cheaper question
+//   a failed write, a rollover, a trailer, closing      the descriptor is asked
+//
+// A path that cannot be asked about, since the process has given up its rights to a directory, does
+// not say that the file is gone: the descriptor is written on.
 #pragma once
 
 #include <olvex/Process.h>
@@ -12,8 +25,9 @@
 struct OvxFileHandlerVars {
     CxFile file = -1;
     bool isOpen = false;
-    olvex::FileState state; // of the open file: which it is, and its size as last measured
-    olvex::PathWatch watch; // whether the path still leads to it
+    bool isDoubtful = false; // whether `file` still is the log has to be asked
+    olvex::FileState state;  // of the open file: which it is, and its size as last measured
+    olvex::PathWatch watch;  // whether the path still leads to it
     std::int32_t maxFileBytes = 1048576;
     std::int32_t maxFiles = 3;
     olvex::LogName name;
@@ -37,13 +51,19 @@ bool isLogFull(const OvxFileHandlerVars &vars, std::uint64_t size);
 // Makes the directory and opens the active file, without more; reports what fails.
 bool openLogFile(OvxFileHandlerVars &vars, int flags);
 
-// Whether the open file still is what stands under its path. The second form asks the
-// file system in any case.
-bool isStillThere(OvxFileHandlerVars &vars);
-bool askWhetherStillThere(OvxFileHandlerVars &vars);
+// Whether the open file is what stands under its path; hidden: the system does not tell.
+enum class Presence { kThere, kGone, kHidden };
 
-// Reads the size of the open file. When that fails the file is closed, to be opened anew.
+// The second form asks the file system in any case.
+Presence findLog(OvxFileHandlerVars &vars);
+Presence lookForLog(OvxFileHandlerVars &vars);
+
+// Reads the size of the open file. When that fails, or the descriptor is not the log's any more,
+// the file is closed, to be opened anew.
 CxResult measure(OvxFileHandlerVars &vars);
+
+// The same after a write that failed, which another file in the descriptor's place may explain.
+CxResult measureAfter(OvxFileHandlerVars &vars, CxResult written);
 
 // What went wrong while a file was closed; to be reported when the handler's variables are settled,
 // since a report may come back to the handler.

@@ -22,8 +22,8 @@ struct FileState {
 int readFileState(int descriptor, FileState &state);
 int readFileState(const char *path, FileState &state);
 
-// Reads the size of an open regular file, the cheapest question of all; its position is at its end
-// then. 0 or the error number: ESPIPE when another kind of file has taken over the descriptor.
+// Reads the size of a regular file that is known to be open, the cheapest question of all; its
+// position is at its end then. 0 or the error number.
 int readFileSize(int descriptor, std::uint64_t &size);
 
 } // namespace olvex

@@ -67,12 +67,16 @@ void ovxMultiProcFileHandlerUnlockSem(OvxFileHandlerVars &vars, Failures &failur
 // rolled over, the file under the name is not its file.
 [[gnu::cold]] void tendRollovers(OvxFileHandlerVars &vars, Failures &failures)
 {
-    if (!askWhetherStillThere(vars)) return;
+    if (lookForLog(vars) != Presence::kThere) return;
+    const CxResult measured = measure(vars);
+    failures.add(measured);
+    if (!ok(measured)) return;
     finishCutRollover(vars, failures);
     if (isLogFull(vars, vars.state.size)) ovxMultiProcFileHandlerDoRollover(vars, failures);
 }
 
-// Leaves the handler closed and the record unwritten when the file's size cannot be read.
+// Leaves the handler closed and the record unwritten when the file's size cannot be read, or what
+// was asked or written is not the log.
 OVX_ONE_FRAME void writeRecord(OvxFileHandlerVars &vars, const EncodedText &text,
                                Failures &failures)
 {
@@ -81,9 +85,14 @@ OVX_ONE_FRAME void writeRecord(OvxFileHandlerVars &vars, const EncodedText &text
     failures.add(measured);
     if (!ok(measured)) return;
     if (vars.state.size < before || isLogFull(vars, vars.state.size)) tendRollovers(vars, failures);
+    if (!vars.isOpen) return;
     const CxResult written = appendRecord(&vars.file, text.get(), text.size(), vars.state.size);
-    if (ok(written)) vars.state.size += text.size();
-    failures.add(written);
+    if (ok(written)) {
+        vars.state.size += text.size();
+        return;
+    }
+    const CxResult asked = measureAfter(vars, written);
+    failures.add(ok(asked) ? written : asked);
 }
 
 OVX_ONE_FRAME void writeUnderSemaphore(OvxFileHandlerVars &vars, const EventText &text,
@@ -119,7 +128,7 @@ void OvxMultiProcFileHandlerFProcess(OvxObject *handler, OvxEvent *event)
 {
     OvxFileHandlerVars *vars = fileVarsOf(handler);
     if (!vars || !event || !handler->enabled) return;
-    if (vars->isOpen && !isStillThere(*vars)) OvxMultiProcFileHandlerFClose(handler);
+    if (vars->isOpen && findLog(*vars) == Presence::kGone) OvxMultiProcFileHandlerFClose(handler);
     OvxMultiProcFileHandlerFOpen(handler);
     if (!vars->isOpen) return;
     Failures failures;

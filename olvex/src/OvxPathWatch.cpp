@@ -3,12 +3,15 @@
 // looked at and watched again: events are rare, and so nothing has to be told apart.
 #include "OvxPathWatch.h"
 
+#include "util/Descriptors.h"
 #include "util/Memory.h"
 
 #include <utility>
 
 #include <climits>
+#include <csignal>
 #include <cstring>
+#include <fcntl.h>
 #include <pthread.h>
 #include <sys/epoll.h>
 #include <sys/inotify.h>
@@ -23,7 +26,8 @@ using namespace olvex;
 namespace {
 
 constexpr std::uint32_t kDirectoryEvents = IN_MOVE_SELF | IN_DELETE_SELF | IN_DONT_FOLLOW;
-constexpr std::uint32_t kFileEvents = kDirectoryEvents | IN_ATTRIB; // the last link's removal too
+// The last link's removal, and the end of a descriptor that the file was written through.
+constexpr std::uint32_t kFileEvents = kDirectoryEvents | IN_ATTRIB | IN_CLOSE_WRITE;
 constexpr int kMostLinks = 8;
 
 // Where no other machine and no other kernel makes changes of its own.
@@ -36,45 +40,41 @@ int instance = -1;
 int users = 0;
 int looks = 0;
 
-// A host that closes all descriptors may have put other files in the places of ours, of which
-// nothing must be read and which are not ours to close.
+// A host that closes all descriptors may have put others in the places of ours, which must be
+// neither read nor changed nor closed. All that watch and poll are one inode to the system, so ours
+// bear a mark: the signal that would be sent if anybody had asked for one.
+constexpr int kMark = SIGPWR;
+
+int marked(int descriptor)
+{
+    if (descriptor >= 0) fcntl(descriptor, F_SETSIG, kMark);
+    return descriptor;
+}
+
 bool isOurs(int descriptor)
 {
-    struct stat status = {};
-    return fstat(descriptor, &status) == 0 && (status.st_mode & S_IFMT) == 0;
-}
-
-// Both or neither: where one is not ours, the other's number too may have been given away since.
-bool areOurs()
-{
-    return isOurs(instance) && isOurs(PathEvents::epoll);
-}
-
-void forgetInstance()
-{
-    instance = PathEvents::epoll = -1;
+    return descriptor >= 0 && fcntl(descriptor, F_GETSIG) == kMark;
 }
 
 void closeInstance()
 {
-    if (areOurs()) {
-        close(instance);
-        close(PathEvents::epoll);
+    for (int *descriptor : {&instance, &PathEvents::epoll}) {
+        if (isOurs(*descriptor)) close(*descriptor);
+        *descriptor = -1;
     }
-    forgetInstance();
 }
 
 bool openInstance()
 {
     if (instance >= 0) return true;
-    instance = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    PathEvents::epoll = epoll_create1(EPOLL_CLOEXEC);
+    instance = marked(keepHigh(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)));
+    PathEvents::epoll = marked(keepHigh(epoll_create1(EPOLL_CLOEXEC)));
     epoll_event interest = {};
     interest.events = EPOLLIN;
-    if (epoll_ctl(PathEvents::epoll, EPOLL_CTL_ADD, instance, &interest) == 0) return true;
-    if (instance >= 0) close(instance);
-    if (PathEvents::epoll >= 0) close(PathEvents::epoll);
-    forgetInstance();
+    if (PathEvents::areOurs() &&
+        epoll_ctl(PathEvents::epoll, EPOLL_CTL_ADD, instance, &interest) == 0)
+        return true;
+    closeInstance();
     return false;
 }
 
@@ -153,14 +153,20 @@ namespace olvex {
 
 int PathEvents::epoll = -1;
 std::uint64_t PathEvents::now = 1;
+std::uint32_t PathEvents::questions = 0;
 const epoll_event PathEvents::kNoPlace = {};
+
+[[gnu::cold]] bool PathEvents::areOurs()
+{
+    return isOurs(instance) && isOurs(epoll);
+}
 
 [[gnu::cold]] void PathEvents::take()
 {
     alignas(inotify_event) char events[4096];
     ++now;
     if (!areOurs())
-        forgetInstance();
+        closeInstance();
     else
         while (read(instance, events, sizeof events) > 0) {
         }
@@ -182,7 +188,8 @@ void PathWatch::beforeLook(const char *path)
     looksToGo_ = kLooksBetweenWatches;
     if (!isUser_) ++users;
     isUser_ = true;
-    if (PathEvents::arePending()) PathEvents::take(); // of the watch that ended
+    if (PathEvents::arePending() || !PathEvents::areOurs())
+        PathEvents::take(); // of the watch that ended
     const Text copy(BaxStringDup(path));
     file_ = copy && openInstance() ? Walk().watchAll(copy.get()) : -1;
     isRefused_ = file_ < 0;
@@ -191,7 +198,7 @@ void PathWatch::beforeLook(const char *path)
 
 void PathWatch::end()
 {
-    if (file_ >= 0 && instance >= 0) inotify_rm_watch(instance, file_);
+    if (file_ >= 0 && isOurs(instance)) inotify_rm_watch(instance, file_);
     file_ = -1;
     watchedSince_ = 0;
     isRefused_ = false;

@@ -3,6 +3,11 @@
 // question that reads no path tells that nothing has happened to any part of it. Whatever happens
 // is known at the very next question: nothing here depends on time.
 //
+// The watch hears of the log's descriptor as well: a file that was open for writing tells when it
+// is closed. So while the path is quiet, the descriptor is the log's, whatever a host that closes
+// all descriptors has put in other places; unless a child that was forked without starting another
+// program holds it open, too. Such a host closes the watch itself, which then cannot be asked.
+//
 // What cannot be watched is looked at every time: relative paths, which a change of the working
 // directory leads elsewhere; directories that must not be read; file systems that others can change
 // behind the kernel's back, such as network ones; and everything once the system's inotify
@@ -20,15 +25,22 @@ namespace olvex {
 struct PathEvents {
     static int epoll;
     static std::uint64_t now; // moves on with events
+    static std::uint32_t questions;
     static const epoll_event kNoPlace;
+
+    // After so many questions it is made sure that it is our epoll that is asked: another one that
+    // a host has put exactly in its place may have nothing to tell.
+    static constexpr std::uint32_t kQuestionsTrusted = 256;
 
     // Whether there are events, or they cannot be asked for. There is no place to write them to, so
     // that whatever a host has made of the descriptor, nothing is taken from it: the kernel answers
     // EFAULT then.
     static bool arePending()
     {
-        return epoll_wait(epoll, const_cast<epoll_event *>(&kNoPlace), 1, 0) != 0;
+        return epoll_wait(epoll, const_cast<epoll_event *>(&kNoPlace), 1, 0) != 0 ||
+               (++questions % kQuestionsTrusted == 0 && !areOurs());
     }
+    static bool areOurs();
     static void take();
 };
 

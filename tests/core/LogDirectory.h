@@ -69,10 +69,10 @@ class LogDirectory {
 inline std::vector<int> descriptorsOf(const std::string &target)
 {
     std::vector<int> found;
-    for (int descriptor = 3; descriptor < 256; ++descriptor) {
+    for (const auto &entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         std::error_code error;
-        const auto link = "/proc/self/fd/" + std::to_string(descriptor);
-        if (std::filesystem::read_symlink(link, error) == target) found.push_back(descriptor);
+        if (std::filesystem::read_symlink(entry, error) == target)
+            found.push_back(std::stoi(entry.path().filename()));
     }
     return found;
 }

@@ -71,13 +71,16 @@ TEST_F(WatchedPath, EveryChangeOfAnyPartIsNoticedAtOnce)
     }
 }
 
-TEST_F(WatchedPath, WritingAndNeighboursAreNoChange)
+TEST_F(WatchedPath, WritingAndNeighboursAreNoChangeButTheEndOfADescriptorIs)
 {
+    std::ofstream writer(path_, std::ios::app);
     settle();
-    directory_.write("real/a/b/app.log", "more");
+    writer << "more" << std::flush;
     directory_.write("real/a/b/other", "");
     fs::remove(directory_ / "real/a/b/other");
     EXPECT_TRUE(watch_.isQuiet());
+    writer.close();
+    EXPECT_FALSE(watch_.isQuiet());
 }
 
 TEST_F(WatchedPath, AChildWatchesForItself)
@@ -138,6 +141,24 @@ TEST_F(WatchedPath, AHostThatClosesAllDescriptorsKeepsItsData)
     EXPECT_EQ(epoll_wait(polls[0], &once, 1, 0), 1);
     for (const int descriptor : {ends[0], ends[1], inotify[0], poll, polls[0]})
         close(descriptor);
+}
+
+// Another epoll in the place of ours may have nothing to tell, ever.
+TEST_F(WatchedPath, ASilentEpollInThePlaceOfOursIsNotBelievedForLong)
+{
+    settle();
+    const std::vector<int> polls = descriptorsOf("anon_inode:[eventpoll]");
+    ASSERT_EQ(polls.size(), 1u);
+    const int silent = epoll_create1(0);
+    dup2(silent, polls[0]);
+    close(silent);
+    fs::remove(path_);
+    std::uint32_t questions = 0;
+    while (watch_.isQuiet() && questions <= olvex::PathEvents::kQuestionsTrusted)
+        ++questions;
+    EXPECT_LE(questions, olvex::PathEvents::kQuestionsTrusted);
+    EXPECT_EQ(fcntl(polls[0], F_GETFL), O_RDWR);
+    close(polls[0]);
 }
 
 } // namespace
