@@ -238,6 +238,13 @@ Closing closeWithoutTrailer(OvxFileHandlerVars &vars)
     return {success(), isOurs(vars) ? CxFileClose(&vars.file) : failure(EBADF)};
 }
 
+Closing closeIfFileHandler(OvxObject *handler)
+{
+    if (!isHandler(handler) || handler->cls->slots.allocVars != OvxFileHandlerFAllocVars) return {};
+    OvxFileHandlerVars *vars = fileVarsOf(handler);
+    return vars && vars->isOpen ? closeWithTrailer(handler, *vars) : Closing();
+}
+
 void EncodedText::encode(uc_ch_t *codeSet)
 {
     CxStringBuff &buffer = encoding;

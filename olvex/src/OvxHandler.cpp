@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "OvxBasicFormatter.h"
+#include "OvxFileHandler.h"
 #include "OvxMavTraceFormatter.h"
 #include "OvxPDXMLFormatter.h"
 #include "util/EventPath.h"
@@ -130,7 +131,10 @@ void OvxBasicHandlerFCfgChange(OvxObject *handler, const char *name)
     const Text formatterName(ovxIntlGetObjProp(handler, "formatterName", nullptr));
     if (!formatterName) return;
     const ObjectRef formatter(ovxIntlGetObject(formatterName.get(), nullptr));
+    const Closing closing =
+        closeIfFileHandler(handler); // with the trailer of what wrote the records
     ovxIntlHandlerSetFormatter(handler, formatter.get());
+    closing.report();
 }
 
 void OvxBasicHandlerFProcess(OvxObject *, OvxEvent *) {}

@@ -229,4 +229,16 @@ TEST_P(Descriptors, AProcessThatDropsItsPrivilegesGoesOnWriting)
         }
 }
 
+TEST_P(Descriptors, AChangeOfTheFormatterEndsTheFileOfTheOldOne)
+{
+    get("framed", "test_framed");
+    get("plain", "test_plain");
+    OvxSetObjProp(handler_, "formatterName", "framed");
+    log("one");
+    OvxSetObjProp(handler_, "formatterName", "plain");
+    log("two");
+    EXPECT_EQ(content(), isShared() ? "one\n>\ntwo\n" : "<\none\n>\ntwo\n");
+    EXPECT_EQ(reports(), Strings{});
+}
+
 } // namespace
