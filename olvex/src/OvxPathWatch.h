@@ -30,7 +30,7 @@ struct PathEvents {
 
     // After so many questions it is made sure that it is our epoll that is asked: another one that
     // a host has put exactly in its place may have nothing to tell.
-    static constexpr std::uint32_t kQuestionsTrusted = 256;
+    static constexpr std::uint32_t kQuestionsTrusted = 1024;
 
     // Whether there are events, or they cannot be asked for. There is no place to write them to, so
     // that whatever a host has made of the descriptor, nothing is taken from it: the kernel answers

@@ -229,6 +229,22 @@ TEST_P(Descriptors, AProcessThatDropsItsPrivilegesGoesOnWriting)
         }
 }
 
+// Inside, the path leads nowhere: the log is made anew there, as when it was removed.
+TEST_P(Descriptors, AProcessThatChangesItsRootLogsInsideIt)
+{
+    fs::create_directory(directory_ / "jail");
+    EXPECT_EQ(inChild([&] {
+                  logFirst();
+                  if (chroot((directory_ / "jail").c_str()) != 0) return 1;
+                  set("maxFiles", "5"); // for a watched path to be asked about
+                  log("two");
+                  return 0;
+              }),
+              0);
+    EXPECT_EQ(directory_.read("jail" + directory_.path() + "/logs/app.log"), "two\n");
+    EXPECT_EQ(content().find("two"), std::string::npos);
+}
+
 TEST_P(Descriptors, AChangeOfTheFormatterEndsTheFileOfTheOldOne)
 {
     get("framed", "test_framed");

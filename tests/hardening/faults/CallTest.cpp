@@ -61,6 +61,7 @@ const Row kRows[] = {
     {"epoll_create1", {EMFILE}, kNothing},
     {"epoll_ctl", {ENOSPC, ENOMEM}, kNothing},
     {"epoll_wait", {EBADF}, kNothing},
+    {"fcntl64", {EMFILE}, kNothing},
 };
 
 class CallFailure : public FaultTest, public ::testing::WithParamInterface<Row> {
