@@ -18,6 +18,12 @@ class Failures {
     void addRead() { add({Kind::kRead, {}, 1}); }
     void addOpen() { add({Kind::kOpen, {}, 1}); }
     void addWrite() { add({Kind::kWrite, {}, 1}); }
+    void add(const Failures &others)
+    {
+        for (int i = 0; i < others.count_; ++i)
+            for (int n = 0; n < others.entries_[i].times; ++n)
+                add(others.entries_[i]);
+    }
 
     void report(const OvxFileHandlerVars &vars) const
     {

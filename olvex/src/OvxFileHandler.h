@@ -39,6 +39,8 @@ struct OvxFileHandlerVars {
     std::int32_t semKey = 31821;
     CxSem sem = -1;
     bool logInternalErrs = true;
+    bool emptyUncopied = true;  // a shared rollover empties the file when its copy failed
+    bool rolloverWaits = false; // it could not be made and has been reported
 };
 
 namespace olvex {

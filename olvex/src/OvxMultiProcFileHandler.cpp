@@ -6,6 +6,7 @@
 
 #include "OvxFileFailures.h"
 #include "OvxHandler.h"
+#include "OvxRolloverLock.h"
 #include "OvxSharedRollover.h"
 #include "util/CxResult.h"
 #include "util/CxSem.h"
@@ -21,11 +22,17 @@ namespace {
 // No size that a file can have: the first look at an opened file finds it changed.
 constexpr std::uint64_t kUnknownSize = UINT64_MAX;
 
+// How often the lock is sought in a new set when the one before was removed.
+constexpr int kMostSets = 20;
+
+// What is written under a set for the first time waits for a rollover that another process may
+// still make under a set that was removed.
 CxResult openSemaphore(OvxFileHandlerVars &vars)
 {
     const CxResult opened = CxSemOpen(&vars.sem, vars.semKey);
     vars.semOpen = ok(opened);
     if (vars.semOpen) useOnce(vars.sem);
+    vars.state.size = kUnknownSize;
     return opened;
 }
 
@@ -45,9 +52,10 @@ bool wasRemoved(CxResult result)
 bool ovxMultiProcFileHandlerLockSem(OvxFileHandlerVars &vars, Failures &failures)
 {
     CxResult locked = CxSemLock(&vars.sem);
-    if (wasRemoved(locked)) {
+    for (int n = 0; wasRemoved(locked) && n < kMostSets; ++n) {
         locked = openSemaphore(vars);
-        if (ok(locked)) locked = CxSemLock(&vars.sem);
+        if (!ok(locked)) break;
+        locked = CxSemLock(&vars.sem);
     }
     failures.add(locked);
     return ok(locked);
@@ -63,14 +71,16 @@ void ovxMultiProcFileHandlerUnlockSem(OvxFileHandlerVars &vars, Failures &failur
 
 // What comes before the record when the file is full, or is shorter than at the last one or newly
 // opened, which is when a rollover that another process did not finish may have left something
-// behind. While a process waits for the semaphore its file may be moved away; that one is not
-// rolled over, the file under the name is not its file.
-[[gnu::cold]] void tendRollovers(OvxFileHandlerVars &vars, Failures &failures)
+// behind. While a process waits its file may be moved away; that one is not rolled over, the file
+// under the name is not its file. Nor does a process roll over whose semaphore was removed: others
+// meet in another one. The lock is kept for the record.
+[[gnu::cold]] void tendRollovers(OvxFileHandlerVars &vars, RolloverLock &lock, Failures &failures)
 {
-    if (lookForLog(vars) != Presence::kThere) return;
+    lock.take(vars.file);
+    if (isRemoved(vars.sem) || lookForLog(vars) != Presence::kThere) return;
     const CxResult measured = measure(vars);
     failures.add(measured);
-    if (!ok(measured)) return;
+    if (!ok(measured)) return lock.forget();
     finishCutRollover(vars, failures);
     if (isLogFull(vars, vars.state.size)) ovxMultiProcFileHandlerDoRollover(vars, failures);
 }
@@ -84,7 +94,9 @@ OVX_ONE_FRAME void writeRecord(OvxFileHandlerVars &vars, const EncodedText &text
     const CxResult measured = measure(vars);
     failures.add(measured);
     if (!ok(measured)) return;
-    if (vars.state.size < before || isLogFull(vars, vars.state.size)) tendRollovers(vars, failures);
+    RolloverLock lock;
+    if (vars.state.size < before || isLogFull(vars, vars.state.size))
+        tendRollovers(vars, lock, failures);
     if (!vars.isOpen) return;
     const CxResult written = appendRecord(&vars.file, text.get(), text.size(), vars.state.size);
     if (ok(written)) {

@@ -110,7 +110,7 @@ TEST_F(SharedLog, AFailedCopyIsReportedAndTheFileEmptiedAllTheSame)
 TEST_F(SharedLog, RollsOverWithoutAPassingFileToo)
 {
     set("maxFileBytes", "4");
-    fs::create_directory(directory_ / "app.log.rollover");
+    fs::create_directory(directory_ / "app.log.ovx-roll");
     log("one");
     log("two");
     EXPECT_EQ(directory_.read("app1.log"), "one\n");

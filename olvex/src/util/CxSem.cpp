@@ -5,9 +5,13 @@
 
 #include "util/CxResult.h"
 
+#include <atomic>
+#include <iterator>
+
 #include <sched.h>
 #include <sys/sem.h>
 #include <time.h>
+#include <unistd.h>
 
 using namespace olvex;
 
@@ -15,7 +19,9 @@ namespace {
 
 constexpr int kRetries = 10;
 constexpr int kSecondsUntilReady = 9;
+constexpr int kSecondsUntilAbandoned = 10;
 constexpr int kTriesWithoutWaiting = 50;
+constexpr int kTriesToOpen = 20; // while sets are removed as they are opened
 constexpr int kMode = 0666;
 
 union SemArgument {
@@ -29,14 +35,20 @@ int operate(CxSem sem, int change, int flags)
     return semop(sem, &operation, 1);
 }
 
+// A set that is not there any more: the system calls it invalid to those who come later.
+CxResult failureOnSet()
+{
+    return failure(errno == EINVAL ? EIDRM : errno);
+}
+
 // Frees a new set. The test for zero that follows finds it not to be zero, which proves that the
 // set can be operated on and leaves its time of last operation alone: for others the set becomes
 // ready with the first lock.
 CxResult prepareNew(CxSem sem)
 {
-    if (semctl(sem, 0, SETVAL, SemArgument{1}) < 0) return failure(errno);
+    if (semctl(sem, 0, SETVAL, SemArgument{1}) < 0) return failureOnSet();
     if (operate(sem, 0, IPC_NOWAIT) == 0 || errno == EAGAIN) return success();
-    return failure(errno);
+    return failureOnSet();
 }
 
 // A set that cannot be made ready goes again: others would wait for it, at each of their events.
@@ -73,21 +85,69 @@ class Rest {
     long long end_;
 };
 
-// Waits until the set was locked or unlocked for the first time, so that its maker is done with it.
-// A set of several semaphores is not one of ours.
+// The sets that were waited for in vain; a set's number is not used again soon.
+std::atomic<CxSem> waitedFor[8] = {-1, -1, -1, -1, -1, -1, -1, -1};
+std::atomic<unsigned> waits = 0;
+
+bool wasWaitedFor(CxSem sem)
+{
+    for (const auto &set : waitedFor)
+        if (set == sem) return true;
+    return false;
+}
+
+CxResult giveUp(CxSem sem)
+{
+    if (!wasWaitedFor(sem)) waitedFor[waits++ % std::size(waitedFor)] = sem;
+    return failure(CX_ETIME);
+}
+
+// Whether this user's set was made so long ago that its maker is not going to use it any more. The
+// times of sets are whole seconds.
+bool isAbandoned(const semid_ds &status)
+{
+    return status.sem_otime == 0 && status.sem_perm.uid == geteuid() &&
+           time(nullptr) - status.sem_ctime > kSecondsUntilAbandoned;
+}
+
+CxResult readStatus(CxSem sem, semid_ds &status)
+{
+    SemArgument argument;
+    argument.status = &status;
+    if (semctl(sem, 0, IPC_STAT, argument) < 0) return failureOnSet();
+    return status.sem_nsems == 1 ? success() : badArgument();
+}
+
+// Makes an abandoned set ready. One that its maker did not get to free is removed, to be made anew:
+// of several processes that come to this at once only the first finds it, none frees a semaphore
+// that another has taken in the meantime. The set is looked at again, since 0 is also what one is
+// that was taken over and locked a moment ago.
+CxResult takeOver(CxSem sem)
+{
+    const bool isFreed = semctl(sem, 0, GETVAL) != 0;
+    semid_ds status = {};
+    const CxResult read = readStatus(sem, status);
+    if (!ok(read) || status.sem_otime != 0) return read;
+    if (isFreed) {
+        useOnce(sem);
+        return success();
+    }
+    semctl(sem, 0, IPC_RMID);
+    return failure(EIDRM);
+}
+
+// Waits until the set was locked or unlocked for the first time, so that its maker is done with it;
+// once in a process for each set. A set of several semaphores is not one of ours.
 CxResult waitUntilReady(CxSem sem)
 {
-    const Rest patience(kSecondsUntilReady);
-    for (;;) {
+    const Rest patience(wasWaitedFor(sem) ? 0 : kSecondsUntilReady);
+    for (;; Rest::step(10)) {
         semid_ds status = {};
-        SemArgument argument;
-        argument.status = &status;
         const bool isLast = patience.isOver();
-        if (semctl(sem, 0, IPC_STAT, argument) < 0) return failure(errno);
-        if (status.sem_nsems != 1) return badArgument();
-        if (status.sem_otime != 0) return success();
-        if (isLast) return failure(CX_ETIME);
-        Rest::step(10);
+        const CxResult read = readStatus(sem, status);
+        if (!ok(read) || status.sem_otime != 0) return read;
+        if (isAbandoned(status)) return takeOver(sem);
+        if (isLast) return giveUp(sem);
     }
 }
 
@@ -95,6 +155,13 @@ CxResult openExisting(CxSem *sem, int32_t key)
 {
     *sem = semget(key, 1, 0);
     return *sem < 0 ? failure(errno) : waitUntilReady(*sem);
+}
+
+CxResult tryToOpen(CxSem *sem, int32_t key)
+{
+    *sem = semget(key, 1, IPC_CREAT | IPC_EXCL | kMode);
+    if (*sem >= 0) return makeReady(*sem);
+    return errno == EEXIST ? openExisting(sem, key) : failure(errno);
 }
 
 bool takeWithoutWaiting(CxSem sem)
@@ -127,14 +194,21 @@ void useOnce(CxSem sem)
     semop(sem, takeAndGive, 2);
 }
 
+bool isRemoved(CxSem sem)
+{
+    return semctl(sem, 0, GETVAL) < 0 && (errno == EIDRM || errno == EINVAL);
+}
+
 } // namespace olvex
 
 CxResult CxSemOpen(CxSem *sem, int32_t key)
 {
     if (!sem) return badArgument();
-    *sem = semget(key, 1, IPC_CREAT | IPC_EXCL | kMode);
-    if (*sem >= 0) return makeReady(*sem);
-    return errno == EEXIST ? openExisting(sem, key) : failure(errno);
+    for (int n = 1;; ++n) {
+        const CxResult opened = tryToOpen(sem, key);
+        const bool wentAway = opened.code == EIDRM || opened.code == ENOENT;
+        if (!wentAway || n == kTriesToOpen) return opened;
+    }
 }
 
 CxResult CxSemLock(CxSem *sem)

@@ -9,4 +9,7 @@ namespace olvex {
 // new set; if its maker ended before that, they would wait for ever.
 void useOnce(CxSem sem);
 
+// Whether the set was removed from the system, so that others may have made another one.
+bool isRemoved(CxSem sem);
+
 } // namespace olvex

@@ -62,7 +62,7 @@ class Scenario {
         std::filesystem::remove_all(directory_ / "logs");
         std::filesystem::remove_all(directory_ / "captured");
         std::filesystem::create_directory(directory_ / "logs");
-        directory_.write("logs/again.log.rollover", "left behind\n");
+        directory_.write("logs/again.log.ovx-roll", "left behind\n");
         reportsMade.clear();
         removeSemaphoreOf(key_);
     }
