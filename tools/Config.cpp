@@ -36,7 +36,8 @@ constexpr const char *kFooter =
 An error is what makes the toolkit give up a file or leave out an object: a mistake in the syntax, a
 class that does not exist, a name that leads nowhere or to an object that cannot serve. A warning is
 what it puts up with: a property without effect, a value that it replaces, a circle of listeners, a
-value that is set again, an object that nothing uses. Each problem is one line,
+value that is set again, an object that nothing uses. An advice names a setting that is worth a
+thought, and never counts. Each problem is one line,
   FILE:LINE:COLUMN: error: WHAT IS WRONG [KIND]
 or with --json one object with the members file, line, column, severity, code and message.
 

@@ -22,6 +22,8 @@
 #include "OvxObject.h"
 #include "OvxPathWatch.h"
 
+inline constexpr std::int32_t kDefaultSemKey = 31821;
+
 struct OvxFileHandlerVars {
     CxFile file = -1;
     bool isOpen = false;
@@ -36,7 +38,7 @@ struct OvxFileHandlerVars {
     std::uint32_t dirPermission = 0771;
     bool appending = true;
     bool semOpen = false;
-    std::int32_t semKey = 31821;
+    std::int32_t semKey = kDefaultSemKey;
     CxSem sem = -1;
     bool logInternalErrs = true;
     bool emptyUncopied = true;  // a shared rollover empties the file when its copy failed

@@ -4,7 +4,10 @@
 
 #include <olvex/Ucv.h>
 
+#include <algorithm>
+#include <charconv>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "messages/Messages.h"
@@ -97,9 +100,35 @@ void changeFileEncoding(OvxObject *handler, OvxFileHandlerVars &vars)
         report(OVX_LEVEL_WARN, Message::kCodeSetNotLoaded, static_cast<const char *>(name.get()));
 }
 
+// A key in hexadecimal, as the system's tools print keys; 0 when the text is not one as a whole.
+std::int32_t hexadecimalKey(const char *value)
+{
+    constexpr char kBlanks[] = " \t\r\n\f\v";
+    std::string_view text = value ? value : "";
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    text = text.substr(0, text.find_last_not_of(kBlanks) + 1);
+    if (!text.starts_with("0x") && !text.starts_with("0X")) return 0;
+    std::uint32_t key = 0;
+    const char *const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data() + 2, end, key, 16);
+    return read.ec == std::errc() && read.ptr == end ? static_cast<std::int32_t>(key) : 0;
+}
+
+// The key 0 would give each process a set of its own, which keeps nobody apart.
 void changeSemKey(OvxObject *handler, OvxFileHandlerVars &vars)
 {
-    vars.semKey = ovxIntlGetObjPropInt(handler, "MPFileSemKey", nullptr);
+    const char *value = peekProperty(handler, "MPFileSemKey");
+    const std::int32_t key = hexadecimalKey(value);
+    vars.semKey = key ? key : ovxIntlGetObjPropInt(handler, "MPFileSemKey", nullptr);
+    if (vars.semKey != 0) return;
+    vars.semKey = kDefaultSemKey;
+    report(OVX_LEVEL_WARN, Message::kBadSemKey, ovxIntlGetObjectName(handler), value ? value : "",
+           vars.semKey);
+}
+
+void changeEmptyUncopied(OvxObject *handler, OvxFileHandlerVars &vars)
+{
+    vars.emptyUncopied = flagProperty(handler, "emptyUncopied");
 }
 
 void changeLogInternalErrs(OvxObject *handler, OvxFileHandlerVars &vars)
@@ -150,6 +179,7 @@ constexpr PropertyChange kChanges[] = {
     {"fileEncoding", changeFileEncoding},
     {"MPFileSemKey", changeSemKey},
     {"logInternalErrs", changeLogInternalErrs, Closes::kNever},
+    {"emptyUncopied", changeEmptyUncopied, Closes::kNever},
 };
 
 bool closesFor(const OvxObject *handler, const PropertyChange &change)

@@ -7,7 +7,7 @@
 
 #include "util/Memory.h"
 
-const char *const ovxmsg[166] = {
+const char *const ovxmsg[167] = {
 #define OVX_MESSAGE(key, name, text) text,
 #define OVX_UNUSED(key, text) text,
 #include "messages/ovxmsg.def"
@@ -31,7 +31,7 @@ constexpr bool everyKeyIsItsIndex()
 {
     for (int index = 0; index < static_cast<int>(std::size(kKeys)); ++index)
         if (kKeys[index] != index) return false;
-    return std::size(kKeys) == 166;
+    return std::size(kKeys) == std::size(ovxmsg);
 }
 static_assert(everyKeyIsItsIndex());
 

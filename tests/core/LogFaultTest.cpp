@@ -153,6 +153,45 @@ TEST_P(LogFault, ADirectoryThatIsRemovedAndALinkThatIsMadeToLeadElsewhere)
     }
 }
 
+// Where it cannot be listed which files there are, those that can be found are moved.
+TEST_P(LogFault, ARolloverInADirectoryThatCannotBeListedTakesNoTime)
+{
+    chmod(directory_.path().c_str(), 0755);
+    for (const char *name : {"logs/app.log", "logs.d/app"}) {
+        const fs::path path = directory_ / name;
+        const auto numbered = [&](int number) {
+            std::string text = path;
+            return text.insert(text.find_last_of('.'), std::to_string(number));
+        };
+        for (const int number : {1, 2, 40, 41})
+            fs::create_directories(fs::path(numbered(number)).parent_path());
+        fs::create_directories(path.parent_path());
+        for (const int number : {1, 40})
+            std::ofstream(numbered(number)) << number;
+        std::ofstream(path) << "full";
+        chmod(path.c_str(), 0666);
+        chmod(path.parent_path().c_str(), 0733);
+        set("fileName", path);
+        set("maxFiles", "1000000");
+        set("maxFileBytes", "1");
+        std::ignore = seteuid(path.extension() == ".log" ? 65534 : getuid());
+        const auto start = std::chrono::steady_clock::now();
+        log("new");
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+        std::ignore = seteuid(getuid());
+        const auto content = [](const std::string &file) {
+            std::string text;
+            std::ifstream(file) >> text;
+            return text;
+        };
+        EXPECT_EQ(content(path), "new");
+        EXPECT_EQ(content(numbered(1)), "full");
+        EXPECT_EQ(content(numbered(2)), "1");
+        EXPECT_EQ(content(numbered(41)), "40");
+        EXPECT_EQ(reports(), Strings{});
+    }
+}
+
 // A program that goes into the background closes all descriptors, and puts others in their place.
 TEST_P(LogFault, AHostThatClosesAllDescriptors)
 {

@@ -5,9 +5,15 @@
 #include "OvxFileHandler.h"
 #include "OvxRolloverPoints.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <functional>
+#include <set>
 #include <sys/ipc.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <tuple>
 
 using namespace olvex::test;
 
@@ -116,6 +122,135 @@ TEST_F(SharedLog, RollsOverWithoutAPassingFileToo)
     EXPECT_EQ(directory_.read("app1.log"), "one\n");
     EXPECT_EQ(directory_.read("app.log"), "two\n");
     EXPECT_EQ(reports(), Strings{});
+}
+
+// Nothing is lost, whatever prevents the copy: the log grows until it can be made.
+TEST_F(SharedLog, IsLeftAsItIsWhileItsCopyCannotBeMadeIfThatIsWanted)
+{
+    const std::string logs = directory_ / "logs";
+    const auto lower = [](rlim_t value) {
+        const rlimit limit = {value, 1024};
+        setrlimit(RLIMIT_NOFILE, &limit);
+    };
+    const struct {
+        const char *what;
+        std::function<void()> hinder;
+        std::function<void()> relieve;
+        std::string reason;
+    } cases[] = {
+        {"directory", [&] { chmod(logs.c_str(), 0555), std::ignore = seteuid(65534); },
+         [&] { std::ignore = seteuid(0), chmod(logs.c_str(), 0777); }, "Permission denied"},
+        {"descriptors",
+         [&] {
+             const int next = dup(0);
+             close(next);
+             lower(static_cast<rlim_t>(next));
+         },
+         [&] { lower(1024); }, "Too many open files"},
+        {"rename", [&] { fs::create_directories(logs + "/app3.log/occupied"); },
+         [&] { fs::remove_all(logs + "/app3.log"); }, "Directory not empty"},
+    };
+    chmod(directory_.path().c_str(), 0755);
+    set("fileName", logs + "/app.log");
+    set("filePermission", "0666");
+    set("maxFileBytes", "4");
+    set("maxFiles", "4");
+    set("emptyUncopied", "false");
+    for (const auto &entry : cases) {
+        fs::remove_all(logs);
+        fs::create_directory(logs);
+        chmod(logs.c_str(), 0777);
+        for (const char *text : {"one", "two", "three"})
+            log(text);
+        chmod((logs + "/app.log").c_str(), 0666);
+        records.clear();
+        const std::string before = directory_.read("logs/app1.log");
+        entry.hinder();
+        log("four");
+        log("five");
+        entry.relieve();
+        EXPECT_EQ(directory_.read("logs/app.log"), "three\nfour\nfive\n") << entry.what;
+        EXPECT_EQ(std::ranges::count(reports(), entry.reason), 1) << entry.what;
+        EXPECT_EQ(reports().size(), 2u) << entry.what;
+        log("six");
+        EXPECT_EQ(directory_.read("logs/app.log"), "six\n") << entry.what;
+        EXPECT_EQ(directory_.read("logs/app1.log"), "three\nfour\nfive\n") << entry.what;
+        EXPECT_EQ(directory_.read("logs/app2.log"), before) << entry.what;
+    }
+}
+
+// A file of the user's with the name that copies once had, and a copy that others left behind.
+TEST_F(SharedLog, TakesNoOtherFileForItsCopyAndOverwritesNone)
+{
+    set("maxFiles", "1");
+    for (const char *name : {"app.log.rollover", "app.log.ovx-roll", "app1.log"})
+        directory_.write(name, name);
+    log("one");
+    EXPECT_EQ(directory_.read("app1.log"), "app1.log");
+    set("maxFiles", "3");
+    log("two");
+    EXPECT_EQ(directory_.read("app.log.rollover"), "app.log.rollover");
+    EXPECT_EQ(directory_.read("app1.log"), "app.log.ovx-roll");
+    EXPECT_EQ(directory_.read("app2.log"), "app1.log");
+    EXPECT_EQ(directory_.read("app.log"), "one\ntwo\n");
+}
+
+TEST_F(SharedLog, AKeyThatKeepsNobodyApartIsReportedAndReplaced)
+{
+    const auto keyOf = [&] {
+        return static_cast<OvxFileHandlerVars *>(handler_->variables)->semKey;
+    };
+    const struct {
+        const char *value;
+        int key;
+    } cases[] = {
+        {"0x7c4d", 0x7c4d},    {" 0XFFFFFFFF ", -1}, {"-5", -5},
+        {"12 monkeys", 12},    {"010", 10},          {"0", 0},
+        {"zero", 0},           {"0x0", 0},           {"0x", 0},
+        {"0x7c4d monkeys", 0}, {"0x1ffffffff", 0},   {"0x-1", 0},
+    };
+    for (const auto &entry : cases) {
+        records.clear();
+        set("MPFileSemKey", entry.value);
+        EXPECT_EQ(keyOf(), entry.key ? entry.key : 31821) << entry.value;
+        const std::string report =
+            std::string("OVXMP0166W Property 'MPFileSemKey' will be ignored for file handler "
+                        "'file', because the value '") +
+            entry.value + "' is not the key of a semaphore. The default key 31821 is used.";
+        EXPECT_EQ(reports(), entry.key ? Strings{} : Strings{report});
+    }
+}
+
+// Writers of a log whose semaphore is removed all the time: what it costs at most is the record
+// that a writer has under way.
+TEST_F(SharedLog, WritersMeetInTheNewSetWhenTheirsIsRemoved)
+{
+    constexpr int kWriters = 4, kRecords = 40000;
+    const LogDirectory memory("/dev/shm");
+    set("maxFiles", "2000");
+    set("maxFileBytes", "2000");
+    set("fileName", memory / "app.log");
+    for (int writer = 0; writer < kWriters; ++writer) {
+        if (fork() != 0) continue;
+        alarm(60);
+        for (int n = 0; n < kRecords; ++n)
+            log(std::to_string(writer) + ' ' + std::to_string(n));
+        _exit(0);
+    }
+    unsigned removals = 0;
+    for (int ended = 0; ended < kWriters; ++removals) {
+        usleep(1000 + removals * 997 % 4000);
+        removeSemaphoreOf(key_);
+        while (waitpid(-1, nullptr, WNOHANG) > 0)
+            ++ended;
+    }
+    const Strings lines = readBack(memory, 2000);
+    const std::set<std::string> different(lines.begin(), lines.end());
+    const auto lost = kWriters * kRecords - static_cast<int>(different.size());
+    std::printf("%d of %d records lost in %u removals, %zu files\n", lost, kWriters * kRecords,
+                removals, memory.names().size());
+    EXPECT_LE(lost, kWriters);
+    EXPECT_EQ(lines.size(), different.size()) << "doubled";
 }
 
 const char *deadlyPoint = "";

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 #include <random>
+#include <set>
 
 #include <malloc.h>
 
@@ -115,7 +116,8 @@ TEST_F(ConfigClasses, HaveExactlyThePropertiesAndDefaultsOfTheLibrary)
             if (property->type != Type::Class) properties.try_emplace(property->name, property);
     // The two file handlers keep each other's settings, and never look at them.
     const auto isKept = [](std::string_view name, std::string_view property) {
-        return (name == "ovx_filehandler" && property == "MPFileSemKey") ||
+        return (name == "ovx_filehandler" &&
+                (property == "MPFileSemKey" || property == "emptyUncopied")) ||
                (name == "ovx_multiproc_filehandler" && property == "appending");
     };
     for (const ClassInfo &info : classes()) {
@@ -260,7 +262,8 @@ Strings problemsIn(const std::string &output)
         std::sscanf(line.c_str() + std::min(line.find(':'), line.size()),
                     ":%d:%d: %7[a-z]: ", &number, &column, kind);
         const std::size_t code = line.rfind('[') + 1;
-        EXPECT_TRUE(column > 0 && (kind == std::string("error") || kind == std::string("warning")));
+        const std::set<std::string> kinds{"error", "warning", "advice"};
+        EXPECT_TRUE(column > 0 && kinds.contains(kind)) << line;
         EXPECT_TRUE(code > 0 && line.back() == ']') << line;
         problems.push_back(std::to_string(number) + ' ' +
                            line.substr(code, line.size() - code - 1));
@@ -364,6 +367,26 @@ TEST(ConfigCommand, TakesValuesAsTheClassesDo)
         EXPECT_EQ(problems, *entry.code ? std::vector{std::string("9 ") + entry.code} : Strings())
             << entry.setting;
     }
+}
+
+TEST(ConfigCommand, AdvisesOnSharedLogs)
+{
+    const std::string log = "log.className=ovx_basiclogger\nlog.listenerNames=file\n"
+                            "file.className=ovx_multiproc_filehandler\n";
+    EXPECT_EQ(check(log), Strings{"3 may-lose"});
+    EXPECT_THAT(check(log + "file.emptyUncopied=true\n"), IsEmpty());
+    EXPECT_THAT(check(log + "file.maxFiles=1\n"), IsEmpty());
+    for (const char *key : {"0", "x", "0x7c4d 1", "0x", "0x0", "0x1ffffffff"})
+        EXPECT_EQ(check(log + "file.maxFiles=1\nfile.MPFileSemKey=" + key), Strings{"5 bad-value"})
+            << key;
+    for (const char *key : {"31821", "-1", "0x7c4d", "0XFFFFFFFF "})
+        EXPECT_THAT(check(log + "file.maxFiles=1\nfile.MPFileSemKey=" + key), IsEmpty()) << key;
+    const FolderAround around;
+    around.put("a", log);
+    const Outcome outcome = run({"config", "check", "--strict", "a"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.out, "a:3:1: advice: a rollover empties the log even when its copy failed; "
+                           "emptyUncopied=false keeps the records [may-lose]\n");
 }
 
 // What serves as a parent alone, inherits, or is of a class of the program's is not flagged.

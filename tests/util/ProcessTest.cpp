@@ -3,9 +3,13 @@
 
 #include "core/Toolkit.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <sys/sem.h>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -111,6 +115,40 @@ TEST_F(Semaphore, IsGivenBackWhenItsHolderEnds)
     // A whole turn leaves nothing to undo either.
     EXPECT_EQ(inChild([this] { return CxSemLock(&sem_).code | CxSemUnlock(&sem_).code; }), 0);
     EXPECT_EQ(value(), 1);
+}
+
+// Opens a set that was made and never used until it can; how long each try took, in seconds.
+std::vector<double> openUnused(int key, int value, CxSem *sem)
+{
+    const int unused = semget(key, 1, IPC_CREAT | 0666);
+    semctl(unused, 0, SETVAL, value);
+    std::vector<double> seconds;
+    for (int code = 62; code == 62 && seconds.size() < 400; usleep(10000)) {
+        const auto start = std::chrono::steady_clock::now();
+        code = CxSemOpen(sem, key).code;
+        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+        seconds.push_back(took.count());
+        EXPECT_TRUE(code == 62 || code == 0) << code;
+    }
+    return seconds;
+}
+
+// Its maker was killed before the semaphore was free, or before it was used.
+TEST_F(Semaphore, IsWaitedForOnceAndTakenOverWhenNobodyUsesIt)
+{
+    CxSem sets[2] = {-1, -1};
+    std::vector<double> seconds[2];
+    std::thread other([&] { seconds[1] = openUnused(key_ + 0x10000, 1, &sets[1]); });
+    seconds[0] = openUnused(key_ + 0x20000, 0, &sets[0]);
+    other.join();
+    for (int n = 0; n < 2; ++n) {
+        ASSERT_GT(seconds[n].size(), 1u);
+        EXPECT_NEAR(seconds[n][0], 9, 0.9);
+        EXPECT_LT(*std::max_element(seconds[n].begin() + 1, seconds[n].end()), 0.5);
+        expectSuccess(CxSemLock(&sets[n]));
+        EXPECT_EQ(semctl(sets[n], 0, GETVAL), 0);
+        semctl(sets[n], 0, IPC_RMID);
+    }
 }
 
 TEST_F(Semaphore, KeepsOthersWaiting)

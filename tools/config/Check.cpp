@@ -28,6 +28,7 @@ class SettingsChecker {
                 checkSetting(*configuration, setting);
             checkClassIsFound(*configuration);
             checkCombinations(*configuration);
+            adviseOnSharedLog(*configuration);
         }
     }
 
@@ -120,6 +121,20 @@ class SettingsChecker {
             warnAt(*bytes, "no-effect", "a file is never rolled over while maxFiles is 1");
         checkPartner(configuration, "zipFileName", "zipCmdPath", "nothing is copied");
         checkPartner(configuration, "zipCmdPath", "zipFileName", "files are copied one by one");
+    }
+
+    // What is described as the default loses records, so it should be meant.
+    void adviseOnSharedLog(const Configuration &configuration)
+    {
+        const Setting *className = configuration.find("className");
+        if (!className || className->pair->value != "ovx_multiproc_filehandler") return;
+        const Found files = model_.inherit(configuration.name, "maxFiles");
+        // NOLINTNEXTLINE(cert-err34-c): what is no number is reported elsewhere
+        const bool isRolled = !files || std::atoi(files.value().c_str()) != 1;
+        if (isRolled && !model_.inherit(configuration.name, "emptyUncopied"))
+            addAt(*className, className->pair->place, Severity::Advice, "may-lose",
+                  "a rollover empties the log even when its copy failed; emptyUncopied=false "
+                  "keeps the records");
     }
 
     void checkPartner(const Configuration &configuration, const char *property, const char *partner,

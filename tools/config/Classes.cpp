@@ -103,10 +103,11 @@ constexpr Property kOwnFile[] = {
 
 constexpr Property kSharedFile[] = {
     {"MPFileSemKey",
-     Type::Integer,
+     Type::Key,
      "31821",
      "Key of the System V semaphore of those that share the log.",
-     {.fallback = "0"}},
+     {.fallback = "31821"}},
+    flag("emptyUncopied", "true", "Whether a rollover empties the log even when its copy failed."),
 };
 
 constexpr Property kBasicFormatter[] = {
@@ -243,7 +244,7 @@ constexpr ClassInfo kClasses[] = {
 constexpr const char *kTypeNames[] = {
     "text",     "class",    "boolean", "switch", "level",  "integer", "integer",
     "fraction", "number",   "mode",    "choice", "choice", "path",    "path",
-    "program",  "code set", "names",   "name",   "name",
+    "program",  "code set", "names",   "name",   "name",   "key",
 };
 
 constexpr const char *kCategoryNames[] = {"object", "logger", "filter", "handler", "formatter"};
@@ -269,6 +270,7 @@ constexpr const char *kValues[] = {
     "filters and handlers",
     "a formatter",
     "a filter",
+    "a 32-bit integer other than 0, also in hexadecimal",
 };
 
 std::string choicesOf(const Property &property)

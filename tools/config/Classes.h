@@ -32,6 +32,7 @@ enum class Type {
     Listeners, // names of filters and handlers
     Formatter, // the name of a formatter
     Filter,    // the name of a filter
+    Key,       // the key of a semaphore
 };
 
 // "integer", "level": what users call the type.

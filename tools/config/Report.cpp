@@ -12,7 +12,8 @@ namespace {
 
 const char *nameOf(Severity severity)
 {
-    return severity == Severity::Error ? "error" : "warning";
+    constexpr const char *kNames[] = {"advice", "warning", "error"};
+    return kNames[static_cast<std::size_t>(severity)];
 }
 
 void appendText(std::string &out, const char *key, std::string_view value)
@@ -68,7 +69,7 @@ std::string placeText(const std::string &path, Place place)
 void Report::makeStrict()
 {
     for (Problem &problem : problems_)
-        problem.severity = Severity::Error;
+        if (problem.severity == Severity::Warning) problem.severity = Severity::Error;
 }
 
 void Report::print(FILE *stream, bool isJson)

@@ -14,7 +14,7 @@ struct Place {
     int column = 1;
 };
 
-enum class Severity { Warning, Error };
+enum class Severity { Advice, Warning, Error };
 
 struct Finding {
     Severity severity;

@@ -100,6 +100,22 @@ Answer checkInteger(const Property &property, const Pair &pair)
     return checkWhole(property, pair, INT32_MIN, INT32_MAX);
 }
 
+// A number in hexadecimal must be the whole text, or its 0 alone is read.
+Answer checkKey(const Property &property, const Pair &pair)
+{
+    const char *value = pair.value.c_str();
+    const char *digits = value + std::strspn(value, " \t\r\n\f\v") + 2;
+    char *end = nullptr;
+    const bool isHexadecimal = strncasecmp(digits - 2, "0x", 2) == 0 && std::isxdigit(*digits);
+    if (isHexadecimal) {
+        errno = 0;
+        const unsigned long long key = std::strtoull(digits, &end, 16);
+        if (key > 0 && key <= UINT32_MAX && isBlankText(end)) return std::nullopt;
+    }
+    if (std::strtoll(value, &end, 10) == 0) return refuse(property, value);
+    return checkInteger(property, pair);
+}
+
 Answer checkLong(const Property &property, const Pair &pair)
 {
     return checkWhole(property, pair, INT64_MIN, INT64_MAX);
@@ -213,7 +229,7 @@ using Check = Answer (*)(const Property &, const Pair &);
 constexpr Check kChecks[] = {
     acceptAll,     acceptAll,    checkBoolean, checkSwitch, checkLevel,  checkInteger, checkLong,
     checkFraction, checkNumber,  checkMode,    checkChoice, checkChoice, checkPath,    checkLogFile,
-    checkProgram,  checkCodeSet, acceptAll,    acceptAll,   acceptAll,
+    checkProgram,  checkCodeSet, acceptAll,    acceptAll,   acceptAll,   checkKey,
 };
 
 } // namespace

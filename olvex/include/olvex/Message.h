@@ -13,7 +13,7 @@ OVX_BEGIN_DECLS
  * The toolkit's own message table: entry 0 is the catalog's name, entry k the default text of
  * message k of its set 1.
  */
-extern OVX_API const char *const ovxmsg[166];
+extern OVX_API const char *const ovxmsg[167];
 
 /**
  * Makes a message; catalog and text are copied, either may be NULL. The message is yours: free it
