@@ -51,11 +51,12 @@ Text passingPath(const OvxFileHandlerVars &vars)
     return nullptr;
 }
 
+// A file for the length of a scope; without a path it is not open and has not failed.
 class OpenFile {
   public:
     OpenFile(const char *path, int flags, std::uint32_t mode)
     {
-        result_ = CxFileOpenMode(&file_, path, flags, mode);
+        if (path) result_ = CxFileOpenMode(&file_, path, flags, mode);
         if (!ok(result_)) file_ = -1;
     }
     ~OpenFile()
@@ -74,7 +75,7 @@ class OpenFile {
 
   private:
     CxFile file_ = -1;
-    CxResult result_;
+    CxResult result_ = success();
 };
 
 // What stands under the passing name.

@@ -225,7 +225,7 @@ TEST_F(SharedLog, AKeyThatKeepsNobodyApartIsReportedAndReplaced)
 // that a writer has under way.
 TEST_F(SharedLog, WritersMeetInTheNewSetWhenTheirsIsRemoved)
 {
-    constexpr int kWriters = 4, kRecords = 40000;
+    constexpr int kWriters = 4, kRecords = 5000;
     const LogDirectory memory("/dev/shm");
     set("maxFiles", "2000");
     set("maxFileBytes", "2000");

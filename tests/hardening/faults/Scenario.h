@@ -158,7 +158,8 @@ class Scenario {
                            "capture.className=ovx_ffdc_filecopy_handler\n"
                            "archive.className=ovx_ffdc_filecopy_handler\n"
                            "archive.zipFileName=all\n"
-                           "archive.triggerRepeatTime=60000\n";
+                           "archive.triggerRepeatTime=60000\n"
+                           "again.emptyUncopied=false\n";
         for (const char *name : {"one", "two", "xml", "trace"})
             addFile(text, name, "ovx_filehandler");
         for (const char *name : {"shared", "again"}) {
