@@ -104,6 +104,7 @@ OVX_ONE_FRAME void writeRecord(OvxFileHandlerVars &vars, const EncodedText &text
         return;
     }
     const CxResult asked = measureAfter(vars, written);
+    if (!ok(asked)) lock.forget();
     failures.add(ok(asked) ? written : asked);
 }
 
