@@ -3,10 +3,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include <iostream>
 #include <optional>
 
 #include "Verbs.h"
+#include "Visible.h"
 
 namespace tools {
 
@@ -19,8 +19,8 @@ inline std::optional<int> readArguments(CLI::App &app, int argc, char **argv)
         return std::nullopt;
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() == 0) return app.exit(error);
-        std::cerr << app.get_name() << ": " << error.what() << "\nTry '" << app.get_name()
-                  << " --help'.\n";
+        complain(app.get_name() + ": " + error.what());
+        complain("Try '" + app.get_name() + " --help'.");
         return kUsage;
     }
 }

@@ -9,9 +9,12 @@
 #include <string_view>
 #include <vector>
 
+#include <unistd.h>
+
 #include "Arguments.h"
 #include "ReplaceFile.h"
 #include "Verbs.h"
+#include "Visible.h"
 #include "catalog/Bytes.h"
 #include "catalog/CatalogFile.h"
 #include "catalog/Check.h"
@@ -54,7 +57,7 @@ struct Options {
 ExitCode printProblems(const std::vector<std::string> &problems)
 {
     for (const std::string &problem : problems)
-        std::fprintf(stderr, "%s\n", problem.c_str());
+        complain(problem);
     return problems.empty() ? kOk : kTrouble;
 }
 
@@ -65,6 +68,11 @@ ExitCode write(const std::string &output, const std::string &contents)
     else
         replaceFile(output, contents);
     return kOk;
+}
+
+bool isForTerminal(const Options &options)
+{
+    return options.output.empty() && ::isatty(STDOUT_FILENO) == 1;
 }
 
 ExitCode compile(const Options &options)
@@ -79,7 +87,8 @@ ExitCode dump(const Options &options)
 {
     const std::string bytes = catalog::readFile(options.source);
     try {
-        return write(options.output, catalog::writeSource(catalog::readCatalog(bytes)));
+        return write(options.output,
+                     catalog::writeSource(catalog::readCatalog(bytes), isForTerminal(options)));
     } catch (const std::runtime_error &error) {
         throw std::runtime_error(options.source + ": " + error.what());
     }
@@ -180,7 +189,7 @@ int runCatalog(int argc, char **argv)
     try {
         return action(options);
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "olvex catalog: %s\n", error.what());
+        complain(std::string("olvex catalog: ") + error.what());
         return kTrouble;
     }
 }

@@ -13,6 +13,7 @@
 #include "Arguments.h"
 #include "ReplaceFile.h"
 #include "Verbs.h"
+#include "Visible.h"
 #include "codeset/CodeSets.h"
 #include "codeset/Image.h"
 #include "codeset/Inspect.h"
@@ -72,8 +73,7 @@ bool tryToMake(const CodeSet &codeSet, const Options &options)
         make(codeSet, options);
         return true;
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "olvex codeset: %.*s is left out: %s\n",
-                     static_cast<int>(codeSet.name.size()), codeSet.name.data(), error.what());
+        complain("olvex codeset: " + std::string(codeSet.name) + " is left out: " + error.what());
         return false;
     }
 }
@@ -95,7 +95,7 @@ int runMake(const Options &options)
     const auto made = std::count_if(codeSets.begin(), codeSets.end(), [&](const CodeSet &codeSet) {
         return tryToMake(codeSet, options);
     });
-    if (!options.quiet) std::printf("%td tables in %s\n", made, options.directory.c_str());
+    if (!options.quiet) std::printf("%td tables in %s\n", made, visible(options.directory).c_str());
     return static_cast<std::size_t>(made) == codeSets.size() ? kOk : kTrouble;
 }
 
@@ -104,12 +104,12 @@ int runMake(const Options &options)
 void listFile(const fs::path &path)
 {
     const codeset::FileInfo info = codeset::inspect(path);
-    const std::string name = path.filename();
+    const std::string name = visible(path.filename().native());
     if (info.isTable)
         std::printf("%-22s %-36s %7zu bytes\n", name.c_str(), codeset::familyText(info.family),
                     info.contents.size());
     else
-        std::printf("%-22s the same as %s\n", name.c_str(), info.name.c_str());
+        std::printf("%-22s the same as %s\n", name.c_str(), visible(info.name).c_str());
 }
 
 int runList(const Options &options)
@@ -143,7 +143,7 @@ int showTable(const std::string &path, const codeset::FileInfo &info)
     uc_ch_t *handle = ucv_cs_new(fs::absolute(path).c_str());
     if (!handle) throw std::runtime_error(path + " is refused by the library");
     std::printf("Code set:   %s\nFamily:     %u, %s\nSize:       %zu bytes\nCharacters: %d\n",
-                info.name.c_str(), info.family, codeset::familyText(info.family),
+                visible(info.name).c_str(), info.family, codeset::familyText(info.family),
                 info.contents.size(), countCharacters(handle));
     ucv_cs_free(handle);
     return kOk;
@@ -154,7 +154,7 @@ int runShow(const Options &options)
     const codeset::FileInfo info = codeset::inspect(options.file);
     if (info.isTable) return showTable(options.file, info);
     if (info.name.empty()) throw std::runtime_error(options.file + " is neither table nor alias");
-    std::printf("Alias of:   %s\n", info.name.c_str());
+    std::printf("Alias of:   %s\n", visible(info.name).c_str());
     return kOk;
 }
 
@@ -212,7 +212,7 @@ int runCodeset(int argc, char **argv)
     try {
         return run(app, options);
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "olvex codeset: %s\n", error.what());
+        complain(std::string("olvex codeset: ") + error.what());
         return kTrouble;
     }
 }

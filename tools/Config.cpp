@@ -17,6 +17,7 @@
 
 #include "Arguments.h"
 #include "Verbs.h"
+#include "Visible.h"
 #include "config/Check.h"
 #include "config/Explain.h"
 #include "config/Names.h"
@@ -176,8 +177,7 @@ ExitCode complainAboutName(const Model &model, const std::string &name)
     NearestName nearest(name);
     for (const Configuration *configuration : model.all())
         nearest.offer(configuration->name);
-    std::fprintf(stderr, "olvex config: nothing is set for '%s'%s\n", name.c_str(),
-                 nearest.hint().c_str());
+    complain("olvex config: nothing is set for '" + name + "'" + nearest.hint());
     return kTrouble;
 }
 
@@ -202,8 +202,7 @@ ExitCode listClasses(const Options &options)
         NearestName nearest(options.name);
         for (const ClassInfo &info : classes())
             nearest.offer(info.name);
-        std::fprintf(stderr, "olvex config: there is no class '%s'%s\n", options.name.c_str(),
-                     nearest.hint().c_str());
+        complain("olvex config: there is no class '" + options.name + "'" + nearest.hint());
         return kTrouble;
     }
     (options.isMarkdown ? printMarkdown : printClasses)(stdout, options.name);

@@ -17,6 +17,7 @@
 #include "LineReader.h"
 #include "Tally.h"
 #include "Verbs.h"
+#include "Visible.h"
 
 namespace tools {
 
@@ -245,7 +246,7 @@ class Run {
     {
         if (name == kStandardInput) return readDescriptor(STDIN_FILENO, "standard input");
         const int descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC);
-        if (descriptor < 0) return complain(name.c_str(), errno);
+        if (descriptor < 0) return failToRead(name, errno);
         const bool whole = readDescriptor(descriptor, name.c_str());
         ::close(descriptor);
         return whole;
@@ -254,17 +255,19 @@ class Run {
     void printStats() const
     {
         const long behind = counts_.lines - counts_.stoppedByLogger - counts_.logged;
-        std::fprintf(stderr,
-                     "olvex log: %ld lines, %ld logged, %ld filtered"
-                     " (%ld by the level of '%s', %ld behind it)\n",
-                     counts_.lines, counts_.logged, counts_.stoppedByLogger + behind,
-                     counts_.stoppedByLogger, options_.logger.c_str(), behind);
+        const std::string counts[] = {std::to_string(counts_.lines), std::to_string(counts_.logged),
+                                      std::to_string(counts_.stoppedByLogger + behind),
+                                      std::to_string(counts_.stoppedByLogger),
+                                      std::to_string(behind)};
+        complain("olvex log: " + counts[0] + " lines, " + counts[1] + " logged, " + counts[2] +
+                 " filtered (" + counts[3] + " by the level of '" + options_.logger + "', " +
+                 counts[4] + " behind it)");
     }
 
   private:
-    static bool complain(const char *name, int error)
+    static bool failToRead(const std::string &name, int error)
     {
-        std::fprintf(stderr, "olvex log: %s: %s\n", name, std::strerror(error));
+        complain("olvex log: " + name + ": " + std::strerror(error));
         return false;
     }
 
@@ -274,7 +277,7 @@ class Run {
         std::string_view line;
         while (!std::ferror(stdout) && reader.next(line))
             logLine(line);
-        return reader.error() == 0 || complain(name, reader.error());
+        return reader.error() == 0 || failToRead(name, reader.error());
     }
 
     void logLine(std::string_view line)
@@ -349,8 +352,7 @@ OvxObject *getLogger(const Options &options)
     else if (OvxIsObjectEnabled(logger) && !OvxLoggerGetFLog(logger))
         problem = "is not a logger";
     if (!problem) return logger;
-    std::fprintf(stderr, "olvex log: '%s' %s; name the logger with --logger\n",
-                 options.logger.c_str(), problem);
+    complain("olvex log: '" + options.logger + "' " + problem + "; name the logger with --logger");
     OvxReleaseObject(logger);
     return nullptr;
 }

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "Verbs.h"
+#include "Visible.h"
 
 namespace {
 
@@ -47,9 +48,10 @@ bool isOneOf(const char *argument, const char *shortForm, const char *longForm)
 int refuse(const char *argument)
 {
     if (argument)
-        std::fprintf(stderr, "olvex: there is no verb '%s'\n\n", argument);
+        tools::complain(std::string("olvex: there is no verb '") + argument + "'");
     else
-        std::fputs("olvex: a verb is missing\n\n", stderr);
+        tools::complain("olvex: a verb is missing");
+    std::fputs("\n", stderr);
     printUsage(stderr);
     return tools::kUsage;
 }
@@ -78,7 +80,7 @@ int run(const Verb &verb, int argc, char **argv)
     } catch (const std::bad_alloc &) {
         std::fprintf(stderr, "olvex %s: memory ran out\n", verb.name);
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "olvex %s: %s\n", verb.name, error.what());
+        tools::complain(std::string("olvex ") + verb.name + ": " + error.what());
     }
     return tools::kTrouble;
 }

@@ -423,7 +423,7 @@ TEST(ConfigCommand, EndsWithItsVerdict)
               "[set-twice]\n"
               "first:2:1: warning: 'a.level' is set again in second:1, and that value counts "
               "[shadowed]\n"
-              "second:1:9: warning: level: there is no level '\"?'; everything passes "
+              "second:1:9: warning: level: there is no level '\"\\x01'; everything passes "
               "[bad-value]\n");
     EXPECT_EQ(outcome.code, 0);
     outcome = run({"config", "check", "--strict", "--json", "second"});

@@ -320,9 +320,24 @@ TEST(ViewTimes, ReadsIsoFormsWithAndWithoutZone)
     EXPECT_EQ(readIsoTime("2008-04-01"), kMillis - kMillis % 1000 - 47109'000);
     EXPECT_EQ(readIsoTime("2008-01-01T00:00"), 1199142000000);
     EXPECT_EQ(readIsoTime("1969-12-31T23:59:59.999Z"), -1);
-    for (const char *text : {"", "2008", "2008-13-01", "2008-04-01T", "2008-04-01T13",
-                             "2008-04-01T13:05x", "2008-04-01T24:00", "2008-04-01T13:05+2"})
+    for (const char *text :
+         {"", "2008", "2008-13-01", "2008-04-01T", "2008-04-01T13", "2008-04-01T13:05x",
+          "2008-04-01T24:00", "2008-04-01T13:05+2", "2008-02-30", "2008-02-31", "2008-04-31",
+          "2007-02-29", "1900-02-29", "2008-04-00", "2008-00-01"})
         EXPECT_FALSE(readIsoTime(text)) << text;
+    EXPECT_EQ(readIsoTime("2000-02-29T00:00Z"), 951782400000);
+    EXPECT_EQ(readIsoTime("0000-02-29T00:00Z"), -62162121600000);
+    EXPECT_FALSE(readStamp("2008-02-30 13:05:09.042+02:00"));
+    EXPECT_FALSE(readShortStamp("08/02/31 13:05:09"));
+    // The record is one, but has no time; where a layout has no year, each day may be.
+    const auto timeAs = [](const char *layout, const char *text) {
+        return readTimeAs(layout, text).value().millis;
+    };
+    EXPECT_FALSE(timeAs("%d.%m.%Y", "30.02.2008 x"));
+    EXPECT_FALSE(timeAs("%d.%m.%Y", "29.02.2007 x"));
+    EXPECT_TRUE(timeAs("%d.%m.%Y", "29.02.2008 x"));
+    EXPECT_TRUE(timeAs("%b %d %H:%M:%S", "Feb 29 13:05:09 x"));
+    EXPECT_FALSE(timeAs("%b %d %H:%M:%S", "Feb 30 13:05:09 x"));
     EXPECT_EQ(writeStamp(-1), "1969-12-31 23:59:59.999+00:00");
     EXPECT_EQ(writeStamp(INT64_MIN), "-292275055-05-16 16:47:04.192+00:00");
     unsetenv("TZ");

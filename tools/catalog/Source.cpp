@@ -2,7 +2,9 @@
 // after a mistake it goes on with the next line.
 #include "catalog/Source.h"
 
+#include "Visible.h"
 #include "catalog/Bytes.h"
+#include "view/Utf8.h"
 
 #include <cstdio>
 #include <cstring>
@@ -241,7 +243,16 @@ class Reader {
 
 // Writing
 
-void writeCharacter(std::string &source, string_view c)
+void writeOctals(std::string &source, string_view bytes)
+{
+    for (const char byte : bytes) {
+        char octal[8];
+        std::snprintf(octal, sizeof octal, "\\%03o", static_cast<unsigned char>(byte));
+        source += octal;
+    }
+}
+
+void writeCharacter(std::string &source, string_view c, bool isForTerminal)
 {
     const std::size_t value = kEscapeValues.find(c[0]);
     if (value != string_view::npos) {
@@ -249,10 +260,9 @@ void writeCharacter(std::string &source, string_view c)
     } else if (c == "\\" || c == "\"") {
         source += '\\';
         source += c;
-    } else if (static_cast<unsigned char>(c[0]) < 0x20 || c[0] == 0x7F) {
-        char octal[8];
-        std::snprintf(octal, sizeof octal, "\\%03o", static_cast<unsigned char>(c[0]));
-        source += octal;
+    } else if (static_cast<unsigned char>(c[0]) < 0x20 || c[0] == 0x7F ||
+               (isForTerminal && !isVisible(view::decode(c)))) {
+        writeOctals(source, c);
     } else {
         source += c;
     }
@@ -277,7 +287,7 @@ Source readSource(const std::string &file, const std::string &codeSet)
     return Reader(file, itsCodeSet.toUtf8(readFile(file)), itsCodeSet).read();
 }
 
-std::string writeSource(const Messages &messages)
+std::string writeSource(const Messages &messages, bool isForTerminal)
 {
     std::string source = "$quote \"\n";
     std::uint32_t set = 0;
@@ -286,7 +296,7 @@ std::string writeSource(const Messages &messages)
         source += std::to_string(key.second) + " \"";
         for (string_view rest = message.text; !rest.empty();) {
             const std::size_t length = utf8Length(rest);
-            writeCharacter(source, rest.substr(0, length));
+            writeCharacter(source, rest.substr(0, length), isForTerminal);
             rest.remove_prefix(length);
         }
         source += "\"\n";

@@ -23,7 +23,8 @@ Source parseSource(const std::string &file, const std::string &text);
 // "file:line:column: text".
 std::string problemAt(const std::string &file, Place place, const std::string &text);
 
-// The messages as a source in UTF-8 that gives the same messages when it is read.
-std::string writeSource(const Messages &messages);
+// The messages as a source in UTF-8 that gives the same messages when it is read. For a
+// terminal, characters that are not visible (Visible.h) are written in octal.
+std::string writeSource(const Messages &messages, bool isForTerminal = false);
 
 } // namespace tools::catalog

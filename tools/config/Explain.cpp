@@ -5,6 +5,7 @@
 #include <set>
 #include <vector>
 
+#include "Visible.h"
 #include "config/Graph.h"
 
 namespace tools::config {
@@ -13,6 +14,7 @@ namespace {
 
 constexpr int kDeepest = 100; // listeners below each other
 
+// As it is printed.
 struct Row {
     std::string name, value, origin;
 };
@@ -68,8 +70,8 @@ class Explainer {
     void add(const Found &found, const char *remark)
     {
         if (!shown_.insert(found.setting->property).second) return;
-        rows_.push_back(
-            {found.setting->property, found.value(), originOf(report_, name_, found) + remark});
+        rows_.push_back({visible(found.setting->property), visible(found.value()),
+                         visible(originOf(report_, name_, found) + remark)});
     }
 
     const Model &model_;
@@ -127,8 +129,8 @@ class Tree {
 
     void print(const std::string &lines, const std::string &name, const char *end)
     {
-        std::fprintf(stream_, "%s%s (%s)%s\n", lines.c_str(), printable(name).c_str(),
-                     printable(remarks(name)).c_str(), end);
+        std::fprintf(stream_, "%s%s (%s)%s\n", lines.c_str(), visible(name).c_str(),
+                     visible(remarks(name)).c_str(), end);
     }
 
     std::string remarks(const std::string &name) const
@@ -166,9 +168,8 @@ void printRows(FILE *stream, const std::vector<Row> &rows)
         value = std::min(std::max(value, row.value.size()), std::size_t{40});
     }
     for (const Row &row : rows)
-        std::fprintf(stream, "  %-*s  %-*s  %s\n", static_cast<int>(name),
-                     printable(row.name).c_str(), static_cast<int>(value),
-                     printable(row.value).c_str(), row.origin.c_str());
+        std::fprintf(stream, "  %-*s  %-*s  %s\n", static_cast<int>(name), row.name.c_str(),
+                     static_cast<int>(value), row.value.c_str(), row.origin.c_str());
 }
 
 } // namespace
@@ -177,8 +178,7 @@ void explain(FILE *stream, const Model &model, const Report &report, const std::
              bool withDefaults, bool isUtf8)
 {
     const ObjectClass object = model.classOf(name);
-    std::fprintf(stream, "%s: %s\n\n", printable(name).c_str(),
-                 printable(classText(object)).c_str());
+    std::fprintf(stream, "%s: %s\n\n", visible(name).c_str(), visible(classText(object)).c_str());
     printRows(stream, Explainer(model, report, name).rows(withDefaults));
     if (object.category == Category::Formatter || referencesOf(model, name).empty()) return;
     std::fputc('\n', stream);

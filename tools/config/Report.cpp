@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "Visible.h"
 #include "view/Writers.h"
 
 namespace tools::config {
@@ -43,8 +44,10 @@ std::string toJson(const std::string &path, const Problem &problem)
 
 std::string toText(const std::string &path, const Problem &problem)
 {
-    return placeText(path, problem.place) + ':' + std::to_string(problem.place.column) + ": " +
-           nameOf(problem.severity) + ": " + printable(problem.text) + " [" + problem.code + "]\n";
+    return visible(placeText(path, problem.place) + ':' + std::to_string(problem.place.column) +
+                   ": " + nameOf(problem.severity) + ": " + problem.text + " [" + problem.code +
+                   "]") +
+           '\n';
 }
 
 auto rank(const Problem &problem)
@@ -53,13 +56,6 @@ auto rank(const Problem &problem)
 }
 
 } // namespace
-
-std::string printable(std::string text)
-{
-    for (char &byte : text)
-        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F) byte = '?';
-    return text;
-}
 
 std::string placeText(const std::string &path, Place place)
 {

@@ -40,7 +40,4 @@ class Report {
 // "file:line", for messages that point to another place.
 std::string placeText(const std::string &path, Place place);
 
-// Without control characters, which are not passed on to a terminal.
-std::string printable(std::string text);
-
 } // namespace tools::config

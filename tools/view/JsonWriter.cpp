@@ -1,6 +1,7 @@
 // Records as JSON lines. The keys are described in docs/view.md.
 #include <charconv>
 
+#include "Visible.h"
 #include "view/Times.h"
 #include "view/Utf8.h"
 #include "view/Writers.h"
@@ -32,18 +33,41 @@ bool standsForItself(unsigned char byte)
     return byte >= 0x20 && byte < 0x7F && byte != '"' && byte != '\\';
 }
 
-void appendEscape(std::string &out, unsigned char byte)
+void appendUnit(std::string &out, unsigned unit)
 {
-    switch (byte) {
+    out += "\\u";
+    for (int shift = 12; shift >= 0; shift -= 4)
+        out += kHex[unit >> shift & 15];
+}
+
+void appendEscape(std::string &out, char32_t character)
+{
+    switch (character) {
     case '"': out += "\\\""; return;
     case '\\': out += "\\\\"; return;
     case '\n': out += "\\n"; return;
     case '\t': out += "\\t"; return;
     default: break;
     }
-    out += "\\u00";
-    out += kHex[byte >> 4];
-    out += kHex[byte & 15];
+    if (character < 0x10000) return appendUnit(out, character);
+    appendUnit(out, 0xD800 + ((character - 0x10000) >> 10)); // a pair of surrogates
+    appendUnit(out, 0xDC00 + (character & 0x3FF));
+}
+
+// Appends the character or stray byte at the front of a text; returns its length.
+std::size_t appendFront(std::string &out, std::string_view text)
+{
+    const std::size_t length = characterLength(text);
+    if (length == 0) {
+        out += kReplacement;
+        return 1;
+    }
+    const char32_t character = decode(text.substr(0, length));
+    if (character < 0x80 || !isVisible(character))
+        appendEscape(out, character);
+    else
+        out += text.substr(0, length);
+    return length;
 }
 
 void appendNumber(std::string &out, std::int64_t number)
@@ -161,14 +185,7 @@ void appendJsonString(std::string &out, std::string_view text)
             ++plain;
         out += text.substr(0, plain);
         text.remove_prefix(plain);
-        if (text.empty()) break;
-        const auto byte = static_cast<unsigned char>(text.front());
-        const std::size_t length = characterLength(text);
-        if (byte < 0x80)
-            appendEscape(out, byte);
-        else
-            out += length > 0 ? text.substr(0, length) : kReplacement;
-        text.remove_prefix(length > 0 ? length : 1);
+        if (!text.empty()) text.remove_prefix(appendFront(out, text));
     }
     out += '"';
 }

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "Visible.h"
+
 namespace tools::view {
 
 namespace {
@@ -26,7 +28,7 @@ void Reports::fileTrouble(const std::string &path, int error)
 {
     clearLine();
     hasTrouble_ = true;
-    std::fprintf(stderr, "olvex view: %s: %s\n", path.c_str(), std::strerror(error));
+    complain("olvex view: " + path + ": " + std::strerror(error));
 }
 
 void Reports::stretch(const std::string &path, std::uint64_t offset, std::uint64_t length,
@@ -34,23 +36,22 @@ void Reports::stretch(const std::string &path, std::uint64_t offset, std::uint64
 {
     clearLine();
     hasTrouble_ = true;
-    std::fprintf(stderr, "olvex view: %s: at byte %" PRIu64 ": %s (%" PRIu64 " bytes)\n",
-                 path.c_str(), offset, what, length);
+    complain("olvex view: " + path + ": at byte " + std::to_string(offset) + ": " + what + " (" +
+             std::to_string(length) + " bytes)");
 }
 
 void Reports::notUtf8(const std::string &path, std::uint64_t offset)
 {
     clearLine();
-    std::fprintf(stderr, "olvex view: %s: at byte %" PRIu64 ": a record that is not in UTF-8\n",
-                 path.c_str(), offset);
+    complain("olvex view: " + path + ": at byte " + std::to_string(offset) +
+             ": a record that is not in UTF-8");
 }
 
 void Reports::gap(const std::string &path)
 {
     clearLine();
     hasTrouble_ = true;
-    std::fprintf(stderr, "olvex view: %s: rolled over too fast; records may be missing\n",
-                 path.c_str());
+    complain("olvex view: " + path + ": rolled over too fast; records may be missing");
 }
 
 void Reports::progress(std::uint64_t bytes)

@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "Visible.h"
 #include "view/Times.h"
 #include "view/Writers.h"
 
@@ -122,7 +123,7 @@ class Summary : public Writer {
         if (rows.empty()) return;
         std::fprintf(stream_, "\n%-10s %-10s %12s\n", "Identifier", "Level", "Records");
         for (const Row &row : rows) {
-            const std::string id = row.id.empty() ? "-" : printable(row.id);
+            const std::string id = row.id.empty() ? "-" : visible(row.id);
             std::fprintf(stream_, "%-10s %-10s %12" PRIu64 "\n", id.c_str(), shownName(row.level),
                          row.count);
         }
@@ -131,14 +132,6 @@ class Summary : public Writer {
     static const char *shownName(Level level)
     {
         return level == Level::kNone ? "-" : nameOf(level).data();
-    }
-
-    static std::string printable(std::string_view id)
-    {
-        std::string text(id);
-        for (char &c : text)
-            if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
-        return text;
     }
 
     FILE *stream_;

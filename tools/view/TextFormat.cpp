@@ -82,17 +82,14 @@ void findId(Record &record, std::string_view separator)
 
 std::size_t readTime(Record &record, const LogOptions &options)
 {
-    std::size_t length = kStampLength;
-    if (beginsWithStamp(record.raw)) {
-        const auto millis = readStamp(record.raw);
-        record.hasTime = millis.has_value();
-        record.millis = millis.value_or(0);
-    } else if (const auto found = readTimeAs(options.timeLayout, record.raw)) {
-        record.hasTime = true;
-        record.millis = found->millis;
-        length = found->length;
-    }
-    record.time = record.raw.substr(0, length);
+    FoundTime time{kStampLength, {}};
+    if (beginsWithStamp(record.raw))
+        time.millis = readStamp(record.raw);
+    else if (const auto found = readTimeAs(options.timeLayout, record.raw))
+        time = *found;
+    record.hasTime = time.millis.has_value();
+    record.millis = time.millis.value_or(0);
+    record.time = record.raw.substr(0, time.length);
     return record.time.size();
 }
 

@@ -1,4 +1,5 @@
 // Records as text.
+#include "Visible.h"
 #include "view/Formats.h"
 #include "view/Times.h"
 #include "view/Writers.h"
@@ -52,15 +53,6 @@ void addLine(std::string &line, const Record &record)
     addWord(line, record.text);
 }
 
-// A log may hold what makes a terminal do things.
-void hideControls(std::string &text)
-{
-    for (char &c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if ((byte < 0x20 && c != '\n' && c != '\t') || byte == 0x7F) c = '?';
-    }
-}
-
 class TextWriter : public Writer {
   public:
     TextWriter(FILE *stream, bool isTerminal) : stream_(stream), isTerminal_(isTerminal) {}
@@ -72,7 +64,7 @@ class TextWriter : public Writer {
             addLine(line_, record);
         else
             line_ = record.format == Format::kTrace ? record.raw.substr(1) : record.raw;
-        if (isTerminal_) hideControls(line_);
+        if (isTerminal_) line_ = visible(line_, LineEnds::kKept);
         line_ += '\n';
         std::fwrite(line_.data(), 1, line_.size(), stream_);
     }

@@ -1,6 +1,7 @@
 // See Times.h.
 #include "view/Times.h"
 
+#include <chrono>
 #include <cstdio>
 #include <ctime>
 
@@ -47,27 +48,30 @@ int twoDigits(const char *text)
     return 10 * (text[0] - '0') + (text[1] - '0');
 }
 
-bool isInCalendar(const Moment &moment)
+std::chrono::year_month_day dateOf(int year, int month, int day)
 {
-    return moment.month >= 1 && moment.month <= 12 && moment.day >= 1 && moment.day <= 31 &&
-           moment.hour < 24 && moment.minute < 60 && moment.second <= 60;
+    return {std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+            std::chrono::day(static_cast<unsigned>(day))};
 }
 
-// Days since 1970 in the Gregorian calendar; years begin in March, so that leap days come last.
-std::int64_t daysOf(const Moment &moment)
+bool isInCalendar(const Moment &moment)
 {
-    const std::int64_t year = moment.year - (moment.month <= 2);
-    const std::int64_t era = year / 400;
-    const std::int64_t yearOfEra = year - era * 400;
-    const int monthFromMarch = (moment.month + 9) % 12;
-    const std::int64_t dayOfYear = (153 * monthFromMarch + 2) / 5 + moment.day - 1;
-    return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 719468;
+    return dateOf(moment.year, moment.month, moment.day).ok() && moment.hour < 24 &&
+           moment.minute < 60 && moment.second <= 60;
 }
 
 std::int64_t secondsOf(const Moment &moment)
 {
-    return daysOf(moment) * kSecondsPerDay + moment.hour * kSecondsPerHour +
-           moment.minute * kSecondsPerMinute + moment.second;
+    const std::chrono::sys_days days = dateOf(moment.year, moment.month, moment.day);
+    return std::int64_t{days.time_since_epoch().count()} * kSecondsPerDay +
+           moment.hour * kSecondsPerHour + moment.minute * kSecondsPerMinute + moment.second;
+}
+
+// What strptime(3) lets through. A layout may have no year: then any day of a leap year is one.
+bool isInCalendar(const std::tm &parts, int yearWhenNone)
+{
+    const int year = parts.tm_year == yearWhenNone ? 2000 : parts.tm_year + 1900;
+    return dateOf(year, parts.tm_mon + 1, parts.tm_mday).ok();
 }
 
 // Local time; the rules of the zone are asked for once a minute of records only.
@@ -92,7 +96,7 @@ std::int64_t localSecondsOf(const Moment &moment)
     return lastAnswer + moment.second;
 }
 
-Moment dateOf(const char *text)
+Moment readDate(const char *text)
 {
     Moment moment;
     moment.year = 100 * twoDigits(text) + twoDigits(text + 2);
@@ -180,7 +184,7 @@ bool beginsWithStamp(std::string_view text)
 std::optional<std::int64_t> readStamp(std::string_view text)
 {
     const char *stamp = text.data();
-    Moment moment = dateOf(stamp);
+    Moment moment = readDate(stamp);
     readClock(stamp + 11, moment);
     if (!isInCalendar(moment)) return std::nullopt;
     const std::int64_t zone =
@@ -212,23 +216,27 @@ std::optional<FoundTime> readTimeAs(const std::string &layout, std::string_view 
     char head[kLongest + 1] = {};
     text.substr(0, text.find('\n')).copy(head, kLongest);
     std::tm parts{};
-    parts.tm_year = 70;
+    constexpr int kNoYear = 70;
+    parts.tm_year = kNoYear;
     parts.tm_mday = 1;
     parts.tm_isdst = -1;
     constexpr long kNoZone = 1L << 30;
     parts.tm_gmtoff = kNoZone;
     const char *end = ::strptime(head, layout.c_str(), &parts);
     if (!end || end == head) return std::nullopt;
+    FoundTime found{static_cast<std::size_t>(end - head), {}};
+    if (!isInCalendar(parts, kNoYear)) return found;
     const long zone = parts.tm_gmtoff;
     const std::int64_t seconds = zone == kNoZone ? std::mktime(&parts) : ::timegm(&parts) - zone;
-    return FoundTime{static_cast<std::size_t>(end - head), seconds * kMillisPerSecond};
+    found.millis = seconds * kMillisPerSecond;
+    return found;
 }
 
 std::optional<std::int64_t> readIsoTime(std::string_view text)
 {
     Rest rest(text);
     if (!rest.take("dddd-dd-dd")) return std::nullopt;
-    Moment moment = dateOf(rest.taken());
+    Moment moment = readDate(rest.taken());
     if (!takeClock(rest, moment) || !isInCalendar(moment)) return std::nullopt;
     const bool isLocal = rest.isEmpty();
     std::int64_t zone = 0;

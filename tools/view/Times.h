@@ -28,7 +28,7 @@ std::optional<std::int64_t> readShortStamp(std::string_view text);
 // time is local, without a date the day is the first of 1970.
 struct FoundTime {
     std::size_t length = 0;
-    std::int64_t millis = 0;
+    std::optional<std::int64_t> millis; // nothing for a date that no calendar has
 };
 std::optional<FoundTime> readTimeAs(const std::string &layout, std::string_view text);
 

@@ -65,6 +65,16 @@ std::size_t characterLength(std::string_view text)
     return length;
 }
 
+char32_t decode(std::string_view character)
+{
+    const auto lead = static_cast<unsigned char>(character[0]);
+    if (character.size() == 1) return lead;
+    char32_t value = lead & (0x7Fu >> character.size());
+    for (const char following : character.substr(1))
+        value = value << 6 | (static_cast<unsigned char>(following) & 0x3F);
+    return value;
+}
+
 bool isUtf8(std::string_view text)
 {
     for (;;) {

@@ -18,7 +18,7 @@ class Writer {
 
 // Writers write to a stream that is borrowed.
 
-// Records as they stand, XML as lines. `isTerminal`: control characters are not passed on.
+// Records as they stand, XML as lines. `isTerminal`: they are made visible (Visible.h).
 std::unique_ptr<Writer> makeTextWriter(FILE *stream, bool isTerminal);
 
 // One JSON object a line.
@@ -27,7 +27,8 @@ std::unique_ptr<Writer> makeJsonWriter(FILE *stream);
 // Counts by identifier and level, at the end.
 std::unique_ptr<Writer> makeSummary(FILE *stream, bool asJson);
 
-// Appends a text as a JSON string. Bytes that are not UTF-8 become U+FFFD, one each.
+// Appends a text as a JSON string. Bytes that are not UTF-8 become U+FFFD, one each;
+// characters that are not visible (Visible.h) are escaped.
 void appendJsonString(std::string &out, std::string_view text);
 
 } // namespace tools::view
