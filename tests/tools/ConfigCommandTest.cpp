@@ -12,7 +12,9 @@
 #include "Command.h"
 #include "OvxObject.h"
 #include "config/Check.h"
+#include "config/Explain.h"
 #include "config/Model.h"
+#include "core/Growth.h"
 #include "core/Toolkit.h"
 
 using namespace tools_test;
@@ -452,6 +454,35 @@ TEST(ConfigCommand, EndsWithLongChainsToo)
     around.put("long", text + dots + "level=INFO\n");
     EXPECT_EQ(problemsIn(run({"config", "check", "long"}).out), Strings{"40000 wrong-category"});
     EXPECT_EQ(run({"config", "explain", "long", "l0"}).code, 0);
+}
+
+// Properties that are new, set again, unknown and names that lead nowhere; and circles.
+TEST(ConfigScale, ObjectsMayHaveManyPropertiesAndNames)
+{
+    olvex::test::expectLinear(1000, [](int count) {
+        std::string text = "app.className=ovx_basiclogger\napp.listenerNames=";
+        for (int i = 0; i < count; ++i)
+            text += "listener" + std::to_string(i) + ' ';
+        text += '\n';
+        for (int i = 0; i < count; ++i) {
+            const std::string number = std::to_string(i), next = std::to_string(i + 1);
+            text += "app.property" + number + "=1\napp.property" + number + "=2\n";
+            text += "l" + number + ".className=ovx_levelfilter\nl" + number +
+                    ".listenerNames=l0 l" + next + '\n';
+        }
+        const Scan scan = scanProperties(text);
+        Report report;
+        report.addFile("file");
+        Model model({});
+        model.add(0, scan, report);
+        model.finish();
+        checkSettings(model, report);
+        checkReferences(model, report);
+        FILE *nowhere = std::fopen("/dev/null", "we");
+        explain(nowhere, model, report, "app", false, true);
+        report.print(nowhere, false);
+        std::fclose(nowhere);
+    });
 }
 
 // Explaining

@@ -69,8 +69,8 @@ bool isKnown(const Configuration &configuration, std::string_view property)
 
 const Setting *Configuration::find(std::string_view property) const
 {
-    const auto found = std::ranges::find(settings, property, &Setting::property);
-    return found == settings.end() ? nullptr : &*found;
+    const auto found = places.find(property);
+    return found == places.end() ? nullptr : &settings[found->second];
 }
 
 void Model::add(std::size_t file, const Scan &scan, Report &report)
@@ -94,18 +94,21 @@ void Model::addPair(std::size_t file, const Pair &pair, Report &report)
 void Model::store(const std::string &name, Setting setting, Report &report)
 {
     Configuration &configuration = fetch(name);
-    const Setting *known = configuration.find(setting.property);
-    if (!known) {
+    const std::string_view property =
+        std::string_view(setting.pair->key).substr(setting.pair->key.rfind('.') + 1);
+    const auto [place, isNew] =
+        configuration.places.try_emplace(property, configuration.settings.size());
+    if (isNew) {
         configuration.settings.push_back(std::move(setting));
         return;
     }
-    const bool isSameFile = known->file == setting.file;
-    report.add(problemAt(*known, Severity::Warning, isSameFile ? "set-twice" : "shadowed",
-                         "'" + known->pair->key + "' is set again in " +
+    Setting &known = configuration.settings[place->second];
+    const bool isSameFile = known.file == setting.file;
+    report.add(problemAt(known, Severity::Warning, isSameFile ? "set-twice" : "shadowed",
+                         "'" + known.pair->key + "' is set again in " +
                              placeText(report.pathOf(setting.file), setting.pair->place) +
                              ", and that value counts"));
-    configuration.settings[static_cast<std::size_t>(known - configuration.settings.data())] =
-        std::move(setting);
+    known = std::move(setting);
 }
 
 Configuration &Model::fetch(const std::string &name)

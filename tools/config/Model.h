@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "config/Classes.h"
@@ -28,6 +29,9 @@ struct Configuration {
     // library does not look there for its class.
     bool isLate = false;
     std::uint32_t usedBy = 0; // a bit for each class of the objects here and below
+
+    // Where each property is in `settings`; the names lie in the keys of pairs.
+    std::unordered_map<std::string_view, std::size_t> places = {};
 
     const Setting *find(std::string_view property) const;
 };

@@ -1,5 +1,6 @@
 // See Check.h: names of other objects.
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include "config/Check.h"
@@ -10,7 +11,9 @@ namespace tools::config {
 
 namespace {
 
-constexpr std::size_t kMostCandidates = 2000; // among which a similar name is looked for
+constexpr std::size_t kMostComparisons =
+    1'000'000;                         // of names that lead nowhere with those there are
+constexpr std::size_t kMostSteps = 20; // of a circle that are named
 
 std::string quote(std::string_view text)
 {
@@ -76,14 +79,16 @@ class TargetChecker : Collector {
         return isHandler || category == Category::Filter;
     }
 
-    std::string describeMissing(const std::string &name) const
+    std::string describeMissing(const std::string &name)
     {
         if (name.empty()) return "the name is empty";
         if (model_.find(name)) return "the object " + quote(name) + " has no class";
         NearestName nearest(name);
-        if (model_.all().size() <= kMostCandidates)
+        if (model_.all().size() <= comparisonsLeft_) {
+            comparisonsLeft_ -= model_.all().size();
             for (const Configuration *configuration : model_.all())
                 nearest.offer(configuration->name);
+        }
         return "there is no object " + quote(name) + nearest.hint();
     }
 
@@ -95,6 +100,8 @@ class TargetChecker : Collector {
         return quote(reference.target) + " is a " + nameOf(target.category) + " (" + target.name +
                "), not " + wanted;
     }
+
+    std::size_t comparisonsLeft_ = kMostComparisons;
 };
 
 // Walks along the listeners, without recursion, and reports each step back onto the path.
@@ -130,7 +137,7 @@ class CircleFinder : Collector {
     void enter(const std::string &name)
     {
         if (!seen_.insert(name).second) return;
-        onPath_.insert(name);
+        onPath_.try_emplace(name, path_.size());
         path_.push_back({name, listenersOf(model_, name)});
     }
 
@@ -152,17 +159,19 @@ class CircleFinder : Collector {
     std::string describe(const Reference &reference) const
     {
         std::string text = "events come back to " + quote(reference.target) + ": ";
-        auto step = std::ranges::find(path_, reference.target, &Step::name);
-        for (; step != path_.end(); ++step)
-            text += step->name + " -> ";
-        text += reference.target;
+        const std::size_t first = onPath_.at(reference.target);
+        const std::size_t last = path_.size() - 1;
+        for (std::size_t step = first; step < last && step < first + kMostSteps; ++step)
+            text += path_[step].name + " -> ";
+        if (last > first + kMostSteps) text += "... -> ";
+        text += path_[last].name + " -> " + reference.target;
         if (reference.found.owner->name != path_.back().name)
             text += "; " + quote(path_.back().name) + " inherits its listeners";
         return text;
     }
 
     std::set<std::string> seen_;
-    std::set<std::string> onPath_;
+    std::map<std::string, std::size_t> onPath_; // with the place there
     std::vector<Step> path_;
 };
 
