@@ -2,6 +2,7 @@
 #include "Visible.h"
 
 #include <algorithm>
+#include <cctype>
 #include <clocale>
 #include <cstdio>
 #include <iterator>
@@ -28,19 +29,31 @@ constexpr Range kInvisible[] = {
 };
 static_assert(std::ranges::is_sorted(kInvisible, {}, &Range::first));
 
-// The locale is the environment's, whatever the program has set for itself. Plain ASCII is what a
-// locale that is not set says; there the terminal is taken to show UTF-8, as nearly all do.
-bool terminalTakesUtf8()
-{
-    static const bool takes = [] {
-        const locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
-        if (!locale) return true;
+// What the environment's locale, whatever the program has set for itself, says about the terminal.
+// Plain ASCII is what a locale that is not set says; such a terminal is taken to show UTF-8, as
+// nearly all do.
+struct Terminal {
+    locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
+    bool takesUtf8 = true;
+
+    Terminal()
+    {
+        if (!locale) return;
         const std::string_view codeSet = nl_langinfo_l(CODESET, locale);
-        const bool isFit = codeSet == "UTF-8" || codeSet == "ANSI_X3.4-1968";
-        freelocale(locale);
-        return isFit;
-    }();
-    return takes;
+        takesUtf8 = codeSet == "UTF-8" || codeSet == "ANSI_X3.4-1968";
+    }
+
+    // Whether a byte that is no UTF-8 is a character there. Those below 0xA0 are controls to some.
+    bool shows(unsigned char byte) const
+    {
+        return !takesUtf8 && byte >= 0xA0 && isprint_l(byte, locale) != 0;
+    }
+};
+
+const Terminal &terminal()
+{
+    static const Terminal it; // its locale is kept until the end
+    return it;
 }
 
 void spell(std::string &out, const char *format, unsigned value)
@@ -64,9 +77,12 @@ std::size_t append(std::string &out, std::string_view text, LineEnds lineEnds)
 {
     const std::size_t length = view::characterLength(text);
     const char32_t character = length > 0 ? view::decode(text.substr(0, length)) : 0;
+    const auto first = static_cast<unsigned char>(text.front());
     const bool isKept = lineEnds == LineEnds::kKept && (character == '\n' || character == '\t');
-    if (length == 0)
-        spell(out, "\\x%02x", static_cast<unsigned char>(text.front()));
+    if (length == 0 && terminal().shows(first))
+        out += text.front();
+    else if (length == 0)
+        spell(out, "\\x%02x", first);
     else if (isKept || isVisible(character))
         out += text.substr(0, length);
     else if (character < 0x80)
@@ -80,7 +96,7 @@ std::size_t append(std::string &out, std::string_view text, LineEnds lineEnds)
 
 bool isVisible(char32_t character)
 {
-    if (character >= 0x80 && !terminalTakesUtf8()) return false;
+    if (character >= 0x80 && !terminal().takesUtf8) return false;
     const auto *above = std::ranges::upper_bound(kInvisible, character, {}, &Range::first);
     return above == std::begin(kInvisible) || character > std::prev(above)->last;
 }

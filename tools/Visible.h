@@ -18,7 +18,7 @@ enum class LineEnds { kSpelled, kKept };
 
 // A text with what is not visible spelled out: \n, \t and \r; \x1b for a byte that is a control or
 // no UTF-8; \u202e or \U000e0001 for other characters. `kKept` keeps line ends and tabs, for texts
-// of several lines.
+// of several lines. Letters in a locale's own code set of one byte stay as they are.
 std::string visible(std::string_view text, LineEnds lineEnds = LineEnds::kSpelled);
 
 // Prints a line on standard error, made visible.

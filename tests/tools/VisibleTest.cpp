@@ -129,4 +129,24 @@ TEST(Visible, HoldsForAllThatTheCommandPrints)
     EXPECT_THAT(run({"catalog", "dump", catalog}).out, HasSubstr("1 \"a\xC2\x9B\u202E\"\n"));
 }
 
+// There the second byte of a character of UTF-8 can be a control; letters of the code set show.
+TEST(Visible, HoldsWhereATerminalDoesNotTakeUtf8)
+{
+    const Folder folder;
+    const std::string make =
+        "localedef -c -i ru_RU -f KOI8-R '" + (folder / "ru_RU.KOI8-R") + "' >/dev/null 2>&1";
+    if (std::system(make.c_str()) != 0) GTEST_SKIP() << "no locale can be made here";
+    setenv("LOCPATH", folder.path().c_str(), 1);
+    setenv("LC_ALL", "ru_RU.KOI8-R", 1);
+    EXPECT_THAT(run({"\xC3\x9B"
+                     "31m \xD4\xC5 \x9B"})
+                    .err,
+                HasSubstr("'\\u00db31m \xD4\xC5 \\x9b'"));
+    const std::string log = folder.put("a.log", "2008-04-01 13:05:09.042+02:00 \xC3\x9B\n");
+    EXPECT_THAT(runOnTerminal({"view", log}).out, HasSubstr("+02:00 \\u00db\n"));
+    EXPECT_THAT(run({"view", "--json", log}).out, HasSubstr("\"text\":\"\\u00db\""));
+    unsetenv("LC_ALL");
+    unsetenv("LOCPATH");
+}
+
 } // namespace
