@@ -7,16 +7,33 @@
 
 namespace olvex {
 
+// How many deliveries run inside each other. Beyond the most, an event goes on without taking more
+// of the stack: see deliverDeep.
+inline unsigned nestedDeliveries = 0;
+inline constexpr unsigned kMostNested = 8;
+
+inline bool mayDeliver(const OvxObject *listener)
+{
+    return !listener->running && (isFilter(listener) || isHandler(listener)) &&
+           listener->cls->slots.process;
+}
+
+// Hands the event to a listener that may have it, and on along the chains behind that one, at the
+// same depth of the stack however long they are.
+void deliverDeep(OvxObject *listener, OvxEvent *event);
+
 // Hands the event to one listener, unless it is at work already: an event that comes back to an
 // object in a circle, or a report of its own failure, ends here.
 OVX_ONE_FRAME void deliver(OvxObject *listener, OvxEvent *event)
 {
-    if (listener->running || !(isFilter(listener) || isHandler(listener))) return;
-    const OvxFProcess process = listener->cls->slots.process;
-    if (!process) return;
+    if (!mayDeliver(listener)) return;
+    if (nestedDeliveries >= kMostNested) [[unlikely]]
+        return deliverDeep(listener, event);
     const ObjectRef reference = ObjectRef::to(listener);
     const Running running(listener);
-    process(listener, event);
+    ++nestedDeliveries;
+    listener->cls->slots.process(listener, event);
+    --nestedDeliveries;
 }
 
 // False when there are no listeners.

@@ -152,6 +152,39 @@ void tearDown(OvxObject *object)
     object->dying = false;
 }
 
+// Ending an object releases its listeners, which may end too. Beyond so many inside each other the
+// rest waits for the outermost one, so that a long chain does not need a deep stack.
+constexpr unsigned kMostNestedEnds = 8;
+unsigned nestedEnds = 0;
+OvxObject *postponed = nullptr;
+
+bool endsWithRelease(const OvxObject *object)
+{
+    return object->cls && !object->dying && object->references == (object->registered ? 2u : 1u);
+}
+
+// The reference stays counted meanwhile, so nobody else's release can end the object.
+void postponeRelease(OvxObject *object)
+{
+    object->nextPostponed = std::exchange(postponed, object);
+}
+
+void tearDownInTurn(OvxObject *object)
+{
+    ++nestedEnds;
+    tearDown(object);
+    --nestedEnds;
+}
+
+void releasePostponed()
+{
+    if (nestedEnds > 0) return;
+    ++nestedEnds;
+    while (postponed)
+        ovxIntlReleaseObject(std::exchange(postponed, postponed->nextPostponed));
+    --nestedEnds;
+}
+
 void freeShell(OvxObject *object)
 {
     BaxMemoryFree(object->name);
@@ -190,10 +223,13 @@ OvxObject *ovxIntlAcquireObject(OvxObject *object)
 void ovxIntlReleaseObject(OvxObject *object)
 {
     if (!object || object->references == 0) return;
+    const bool ends = endsWithRelease(object);
+    if (ends && nestedEnds >= kMostNestedEnds) return postponeRelease(object);
     --object->references;
     if (object->dying) return;
-    if (object->cls && object->references == (object->registered ? 1u : 0u)) tearDown(object);
+    if (ends) tearDownInTurn(object);
     if (!object->cls && object->references == 0) freeShell(object);
+    if (ends) releasePostponed();
 }
 
 const char *ovxIntlGetObjectName(const OvxObject *object)

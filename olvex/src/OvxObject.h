@@ -55,6 +55,7 @@ struct OvxObject {
     StringToStringMap *properties;
     void *variables;
     OvxObject *nextInTearDown; // links all objects while the toolkit closes
+    OvxObject *nextPostponed;  // links those that are to be released when another one has ended
 
     static constexpr std::int64_t kShut = INT64_MAX;
 };

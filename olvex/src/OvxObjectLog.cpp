@@ -5,6 +5,13 @@
 #include <olvex/Message.h>
 #include <olvex/Props.h>
 
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "OvxFileCopyHandler.h"
+#include "OvxFileHandler.h"
 #include "OvxStrTok.h"
 #include "messages/Messages.h"
 #include "util/Locked.h"
@@ -24,6 +31,68 @@ void reportNoListeners(const OvxObject *logger)
     reportingNoListeners = true;
     report(OVX_LEVEL_ERROR, Message::kNoListeners, ovxIntlGetObjectName(logger));
     reportingNoListeners = false;
+}
+
+// Functions of handlers whose last act is to pass the event on.
+constexpr OvxFProcess kPassOnLast[] = {
+    OvxConsoleHandlerFProcess,       OvxStderrHandlerFProcess,   OvxFileHandlerFProcess,
+    OvxMultiProcFileHandlerFProcess, OvxFileCopyHandlerFProcess,
+};
+
+// Whether nothing of the object's class runs any more behind its passing an event on. Of a class of
+// a host's own that cannot be known, unless it has the basic functions.
+bool passesOnLast(const OvxObject *object)
+{
+    const ClassSlots &slots = object->cls->slots;
+    if (slots.process == OvxBasicFilterFProcess) return slots.log == OvxBasicObjectFLog;
+    return std::find(std::begin(kPassOnLast), std::end(kPassOnLast), slots.process) !=
+           std::end(kPassOnLast);
+}
+
+// The object whose passing on is noted here instead of being done, as it is the last act.
+OvxObject *passingOnLast = nullptr;
+
+// An object on the way of an event through deep chains, and how far its listeners have had it.
+struct Descent {
+    Descent(OvxObject *object, Descent *deliveringTo)
+        : above(deliveringTo), reference(ObjectRef::to(object)), running(object)
+    {}
+
+    // Calls the class's function; whether the listeners are to have the event then.
+    bool process(OvxEvent *event)
+    {
+        OvxObject *object = reference.get();
+        const bool isLast = passesOnLast(object);
+        OvxObject *const before = std::exchange(passingOnLast, isLast ? object : nullptr);
+        object->cls->slots.process(object, event);
+        const bool passesOn = isLast && !passingOnLast;
+        passingOnLast = before;
+        return passesOn;
+    }
+
+    Descent *above;
+    ObjectRef reference;
+    Running running;
+    std::optional<ListenerGroup::Walk> listeners;
+};
+
+// Goes down to the object; the descent that is the deepest one then. Without memory for another one
+// the object's listeners are served on the stack.
+Descent *descend(Descent *above, OvxObject *object, OvxEvent *event)
+{
+    auto *descent = Memory().make<Descent>(object, above);
+    if (!descent) {
+        const ObjectRef reference = ObjectRef::to(object);
+        const Running running(object);
+        object->cls->slots.process(object, event);
+        return above;
+    }
+    if (descent->process(event)) {
+        descent->listeners.emplace(descent->reference.get()->listeners);
+        return descent;
+    }
+    Memory().destroy(descent);
+    return above;
 }
 
 // The class's description, made when it has none.
@@ -111,6 +180,22 @@ constexpr PropertyChange kChanges[] = {
 
 } // namespace
 
+namespace olvex {
+
+[[gnu::cold, gnu::noinline]] void deliverDeep(OvxObject *listener, OvxEvent *event)
+{
+    Descent *deepest = descend(nullptr, listener, event);
+    while (deepest) {
+        const ListenerGroupNode *node = deepest->listeners->next();
+        if (!node)
+            Memory().destroy(std::exchange(deepest, deepest->above));
+        else if (mayDeliver(node->element()))
+            deepest = descend(deepest, node->element(), event);
+    }
+}
+
+} // namespace olvex
+
 void OvxBasicObjectFCfgChange(OvxObject *object, const char *name)
 {
     if (!object || !object->cls || !name) return;
@@ -121,6 +206,10 @@ void OvxBasicObjectFCfgChange(OvxObject *object, const char *name)
 OVX_HOT void OvxBasicObjectFLog(OvxObject *object, OvxEvent *event)
 {
     if (!object || !object->cls || !object->enabled) return;
+    if (object == passingOnLast) [[unlikely]] {
+        passingOnLast = nullptr;
+        return;
+    }
     if (!passToListeners(object, event) && isLogger(object)) reportNoListeners(object);
 }
 

@@ -24,9 +24,10 @@ using namespace olvex;
 
 namespace {
 
-// Hosts may have small stacks.
-constexpr std::size_t kCopyBlock = 8192;
-constexpr std::size_t kCompareBlock = 4096;
+// What files are copied and compared in, off the stack, which may be small in a host. The API mutex
+// is held.
+char block[8192];
+constexpr std::size_t kHalfBlock = sizeof block / 2;
 
 // The passing file's name is the log's with this behind it.
 constexpr char kPassing[] = ".ovx-roll";
@@ -89,10 +90,10 @@ enum class Left {
 // Compares a copy with the active file.
 Left compare(CxFile active, CxFile copy)
 {
-    char ours[kCompareBlock];
-    char theirs[kCompareBlock];
+    char *const ours = block;
+    char *const theirs = block + kHalfBlock;
     for (off_t at = 0;;) {
-        const ssize_t count = pread(copy, theirs, sizeof theirs, at);
+        const ssize_t count = pread(copy, theirs, kHalfBlock, at);
         if (count == 0) return Left::kBeginning;
         if (count < 0) return Left::kForeign;
         const auto size = static_cast<std::size_t>(count);
@@ -162,7 +163,6 @@ class Shift {
 // noted. How many bytes, or -1.
 std::int64_t copyOn(OvxFileHandlerVars &vars, CxFile *backup, Failures &failures)
 {
-    char block[kCopyBlock];
     for (std::int64_t copied = 0;;) {
         std::int64_t count = 0;
         if (!ok(CxFileRead(&vars.file, block, sizeof block, &count))) return failures.addRead(), -1;

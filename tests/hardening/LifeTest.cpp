@@ -2,6 +2,7 @@
 // closed, over forks, and where only OvxEmergencyWrite may be called.
 #include "core/LogDirectory.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -145,6 +146,8 @@ class Emergency : public OpenToolkit {
     const std::string file_ = directory_ / "emergency";
 };
 
+using EmergencyThreads = Emergency;
+
 TEST_F(Emergency, TextsGoToStandardErrorAndTheFile)
 {
     CaptureStderr();
@@ -190,15 +193,67 @@ TEST_F(Emergency, AHostsOwnFileIsNeverWritten)
     EXPECT_EQ(inChild([&] {
                   OvxSetEmergencyFile(file_.c_str());
                   closefrom(3);
-                  for (int i = 0; i < 20; ++i)
-                      open((directory_ / "own").c_str(), O_WRONLY | O_CREAT, 0600);
+                  int last = 0;
+                  for (int i = 0; i < 600; ++i)
+                      last = open((directory_ / "own").c_str(), O_WRONLY | O_CREAT, 0600);
                   OvxEmergencyWrite("lost\n");
                   OvxSetEmergencyFile(nullptr);
-                  return write(22, "own", 3) == 3 ? 0 : 1;
+                  return last == 602 && write(512, "own", 3) == 3 ? 0 : 1;
               }),
               0);
     EXPECT_EQ(directory_.read("emergency"), "");
     EXPECT_EQ(directory_.read("own"), "own");
+}
+
+// One thread names files in turn, others write, and a host opens files of its own meanwhile. Every
+// text is in one of the two files, whole, and none is in the host's.
+TEST_F(EmergencyThreads, NamingAFileAndWritingAtOnce)
+{
+    constexpr int kWriters = 3, kTexts = 3000;
+    const std::string files[] = {directory_ / "one", directory_ / "two"};
+    OvxSetEmergencyFile(files[0].c_str());
+    std::atomic<int> writing{kWriters};
+    std::vector<std::thread> threads;
+    CaptureStderr();
+    for (int i = 0; i < kWriters; ++i)
+        threads.emplace_back([&] {
+            for (int n = 0; n < kTexts; ++n)
+                OvxEmergencyWrite("0123456789abcdef\n");
+            --writing;
+        });
+    std::vector<int> own;
+    for (int turn = 1; writing > 0; ++turn) {
+        OvxSetEmergencyFile(files[turn % 2].c_str());
+        const int opened = open((directory_ / "own").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+        own.push_back(
+            fcntl(opened, F_DUPFD_CLOEXEC, 512)); // the lowest number: often the old file's
+        close(opened);
+        if (own.size() < 4) continue;
+        close(own.front());
+        own.erase(own.begin());
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    for (const int each : own)
+        close(each);
+    GetCapturedStderr();
+    EXPECT_EQ(directory_.read("own"), "");
+    const std::string all = directory_.read("one") + directory_.read("two");
+    EXPECT_EQ(all.size(), std::size_t{17} * kWriters * kTexts);
+    EXPECT_EQ(std::count(all.begin(), all.end(), '\n'), kWriters * kTexts);
+}
+
+TEST_F(Emergency, LeavesNoDescriptorOpen)
+{
+    const auto opened = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    };
+    const auto before = opened();
+    for (int i = 0; i < 40; ++i)
+        EXPECT_TRUE(OvxSetEmergencyFile(file_.c_str()));
+    EXPECT_EQ(opened(), before + 1);
+    OvxSetEmergencyFile(nullptr);
+    EXPECT_EQ(opened(), before);
 }
 
 } // namespace

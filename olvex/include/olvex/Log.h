@@ -86,8 +86,8 @@ OVX_API void OvxLogTextVA(OvxObject *logger, const char *text, va_list parameter
  * Names the file (a path) that OvxEmergencyWrite() writes to, besides standard error, and opens it
  * for appending, with mode 0600 if it is made. It stays open until another call, also when the
  * toolkit closes; NULL or "" names none any more. True when a file is open for it. A failure is
- * reported, and leaves none. Set it up at start: a text written while another thread is in this
- * call may miss the file. Call it with NULL before the library is unloaded.
+ * reported, and leaves none. A text written while another thread is in this call goes into the
+ * old file or the new one. Call it with NULL before the library is unloaded.
  */
 OVX_API bool OvxSetEmergencyFile(const char *path);
 

@@ -91,8 +91,7 @@ bool CatalogPath::append(string_view text)
 bool CatalogPath::fill(string_view directory, string_view pattern, string_view name,
                        string_view locale)
 {
-    length_ = 0;
-    text_[0] = '\0';
+    clear();
     bool fits = append(directory);
     while (fits && !pattern.empty()) {
         const bool expanded = isExpanded(pattern);

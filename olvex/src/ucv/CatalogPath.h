@@ -41,6 +41,7 @@ class CatalogPath {
     bool fill(std::string_view directory, std::string_view pattern, std::string_view name,
               std::string_view locale);
 
+    void clear() { text_[length_ = 0] = '\0'; }
     const char *text() const { return text_; }
     bool operator==(const CatalogPath &other) const
     {

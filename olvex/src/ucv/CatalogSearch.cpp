@@ -31,21 +31,24 @@ bool isFound(const char *path)
     return isCached(path) || stat(path, &status) == 0;
 }
 
-// What one search is for, and the path of its last candidate.
+// The last candidates of the search that runs. Paths are too long for a small stack.
+CatalogPath candidate, candidateBefore;
+
+// What one search is for.
 struct Search {
     const char *name;
     CatalogLocales locales;
-    CatalogPath path = {};
 
-    // Whether a template leads to a file for one of the locales, which is `path` then. A path that
+    // Whether a template leads to a file for one of the locales, the candidate then. A path that
     // is the same for two locales is looked up once.
     bool findElement(string_view directory, string_view pattern)
     {
-        CatalogPath last;
+        candidateBefore.clear();
         for (const string_view locale : locales) {
-            if (!path.fill(directory, pattern, name, locale) || path == last) continue;
-            if (isFound(path.text())) return true;
-            last = path;
+            if (!candidate.fill(directory, pattern, name, locale) || candidate == candidateBefore)
+                continue;
+            if (isFound(candidate.text())) return true;
+            candidateBefore = candidate;
         }
         return false;
     }
@@ -180,7 +183,7 @@ ucv_cat_t *searchCatalog(const char *name, int flags, const char *locale, Borrow
     }
     Search search = {name, CatalogLocales(flags, locale)};
     if (search.findAlong(searchPath()) || search.findInstalled())
-        return openCached(search.path.text(), flags, borrower);
+        return openCached(candidate.text(), flags, borrower);
     return nullptr;
 }
 

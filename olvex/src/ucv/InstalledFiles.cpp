@@ -24,12 +24,13 @@ void findDirectory()
 {
     Dl_info library = {};
     if (dladdr(&once, &library) == 0 || !library.dli_fname) return;
-    char path[PATH_MAX];
-    if (!realpath(library.dli_fname, path)) return;
-    *std::strrchr(path, '/') = '\0'; // realpath() always gives one
-    if (std::strlen(path) + sizeof kFromLibrary > sizeof directory) return;
-    std::strcpy(directory, path);
-    std::strcat(directory, kFromLibrary);
+    if (!realpath(library.dli_fname, directory)) *directory = '\0';
+    char *const end = std::strrchr(directory, '/');
+    if (!end) return;
+    if (sizeof kFromLibrary > sizeof directory - static_cast<std::size_t>(end - directory))
+        *directory = '\0';
+    else
+        std::memcpy(end, kFromLibrary, sizeof kFromLibrary);
 }
 
 } // namespace

@@ -10,11 +10,11 @@
 #include "ucv/InstalledFiles.h"
 #include "util/CxProcess.h"
 #include "util/CxResult.h"
+#include "util/Memory.h"
 
 #include <cctype>
 #include <climits>
 #include <clocale>
-#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <langinfo.h>
@@ -27,7 +27,6 @@ namespace {
 constexpr std::size_t kPathSize = 256;
 constexpr std::size_t kDirectorySize = 255;
 constexpr char kInstalledSuffix[] = "/codeset/";
-constexpr std::size_t kInstalledPathSize = PATH_MAX + sizeof kInstalledSuffix + kTableNameSize;
 constexpr int kMostFilesFollowed = 5;
 constexpr std::int64_t kLargestTable = 16 << 20;
 constexpr std::size_t kAliasSize = 32;
@@ -40,7 +39,8 @@ bool hasSeparator(const char *name)
 
 class OpenFile {
   public:
-    explicit OpenFile(const char *path) { CxFileOpen(&file_, path, O_RDONLY | O_NONBLOCK); }
+    // Paths may be longer than those of the portability layer.
+    explicit OpenFile(const char *path) : file_(open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {}
     ~OpenFile()
     {
         if (file_ >= 0) CxFileClose(&file_);
@@ -68,7 +68,7 @@ class OpenFile {
     }
 
   private:
-    CxFile file_ = -1;
+    CxFile file_;
 };
 
 TableImage *readImage(const char *path)
@@ -108,16 +108,42 @@ bool readAlias(const TableImage &image, char (&name)[kTableNameSize])
     return *name && !hasSeparator(name);
 }
 
-// The table of that name in one directory, aliases followed; `pathSize` bounds directory and name.
-TableImage *loadFrom(const char *directory, const char *name, std::size_t pathSize)
+// The path of a file in one directory; null when it does not fit into `pathSize`, or memory ran
+// out.
+Text joinPath(std::initializer_list<const char *> parts, std::size_t pathSize)
 {
+    std::size_t size = 1;
+    for (const char *part : parts)
+        size += std::strlen(part);
+    Text path(size <= pathSize ? static_cast<char *>(BaxMemoryMalloc(size)) : nullptr);
+    if (!path) return nullptr;
+    char *end = path.get();
+    for (const char *part : parts)
+        end = stpcpy(end, part);
+    return path;
+}
+
+void turnBackslashes(char *path)
+{
+    while ((path = std::strchr(path, '\\')))
+        *path = '/';
+}
+
+enum class PathRules { kPortable, kSystem }; // of at most 255 bytes, with either separator; or any
+
+// The table of that name in one directory, aliases followed.
+TableImage *loadFrom(const char *directory, const char *subdirectory, const char *name,
+                     PathRules rules)
+{
+    const bool isPortable = rules == PathRules::kPortable;
     char current[kTableNameSize];
     const char *at = name; // a path may be longer than a name
     for (int files = 0; files < kMostFilesFollowed; ++files, at = current) {
-        char path[kInstalledPathSize];
-        const int length = std::snprintf(path, pathSize, "%s%s", directory, at);
-        if (length < 0 || static_cast<std::size_t>(length) >= pathSize) return nullptr;
-        TableImage *image = readImage(path);
+        const Text path =
+            joinPath({directory, subdirectory, at}, isPortable ? kPathSize : PATH_MAX);
+        if (!path) return nullptr;
+        if (isPortable) turnBackslashes(path.get());
+        TableImage *image = readImage(path.get());
         if (!image || isTable(*image)) return image;
         const bool isAlias = readAlias(*image, current);
         releaseTable(image);
@@ -128,11 +154,9 @@ TableImage *loadFrom(const char *directory, const char *name, std::size_t pathSi
 
 TableImage *loadInstalled(const char *name)
 {
-    char directory[kInstalledPathSize];
     const char *installed = installedDirectory();
     if (!*installed || hasSeparator(name)) return nullptr;
-    std::snprintf(directory, sizeof directory, "%s%s", installed, kInstalledSuffix);
-    return loadFrom(directory, name, sizeof directory);
+    return loadFrom(installed, kInstalledSuffix, name, PathRules::kSystem);
 }
 
 struct Place {
@@ -148,12 +172,15 @@ constexpr Place kPlaces[] = {
     {nullptr, ""},
 };
 
-bool makeDirectory(const Place &place, char (&directory)[kDirectorySize])
+// The directory that a place's variable names, "" for the place that has none; null when it is not
+// set or too long.
+const char *directoryOf(const Place &place)
 {
-    const char *base = place.variable ? cxTrustedEnv(place.variable) : "";
-    if (!base || (place.variable && !*base)) return false;
-    const int length = std::snprintf(directory, sizeof directory, "%s%s", base, place.suffix);
-    return length >= 0 && static_cast<std::size_t>(length) + 1 < sizeof directory;
+    if (!place.variable) return "";
+    const char *base = cxTrustedEnv(place.variable);
+    if (!base || !*base) return nullptr;
+    const std::size_t length = std::strlen(base) + std::strlen(place.suffix);
+    return length + 1 < kDirectorySize ? base : nullptr;
 }
 
 // The current directory is not, in a process with raised privileges.
@@ -222,9 +249,10 @@ bool makeTableName(const char *name, char (&tableName)[kTableNameSize])
 TableImage *loadTable(const char *name)
 {
     for (const Place &place : kPlaces) {
-        char directory[kDirectorySize];
-        if (!isTrusted(place, name) || !makeDirectory(place, directory)) continue;
-        if (TableImage *table = loadFrom(directory, name, kPathSize)) return table;
+        const char *directory = isTrusted(place, name) ? directoryOf(place) : nullptr;
+        if (!directory) continue;
+        if (TableImage *table = loadFrom(directory, place.suffix, name, PathRules::kPortable))
+            return table;
     }
     return loadInstalled(name);
 }
