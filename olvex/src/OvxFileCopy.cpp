@@ -13,19 +13,18 @@
 #include "util/CxResult.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 using namespace olvex;
 
 namespace {
 
-constexpr std::size_t kBlock = 8192;
+// Off the stack, which may be small in a host. The API mutex is held.
+char block[8192];
+
 constexpr std::size_t kTargetLimit = 255; // bytes of its path that a copy must stay below
 
-// Of a file that grows while it is copied no more is taken than it had, but files whose size the
-// system does not tell, as those below /proc, come whole.
-constexpr std::int64_t kLeastLimit = 1 << 20;
-
-constexpr int kNeverWait = O_NONBLOCK | O_NOCTTY;
+constexpr int kNeverWait = O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
 
 constexpr char kSafePunctuation[] = "_ \"'%+,-./:=@\\~";
 
@@ -37,11 +36,6 @@ bool isSafe(char c)
 void reportMissing(const char *file, const char *handlerName)
 {
     report(OVX_LEVEL_WARN, Message::kCopySourceMissing, file, handlerName);
-}
-
-void reportNotCopied(const char *target, const char *handlerName)
-{
-    report(OVX_LEVEL_WARN, Message::kNotCopied, handlerName, target);
 }
 
 // An open regular file, closed with its scope.
@@ -63,12 +57,12 @@ class RegularFile {
     std::int64_t size() const { return static_cast<std::int64_t>(state_.size); }
 
     // The bytes read, 0 at the end, -1 on failure.
-    std::int64_t read(char *block, std::size_t size)
+    std::int64_t read(char *bytes, std::size_t size)
     {
         std::int64_t count = -1;
-        return ok(CxFileRead(&file_, block, size, &count)) ? count : -1;
+        return ok(CxFileRead(&file_, bytes, size, &count)) ? count : -1;
     }
-    bool write(const char *block, std::size_t size) { return ok(writeAll(&file_, block, size)); }
+    bool write(const char *bytes, std::size_t size) { return ok(writeAll(&file_, bytes, size)); }
     bool finish()
     {
         const bool flushed = ok(CxFileFlush(&file_));
@@ -81,32 +75,42 @@ class RegularFile {
     bool isOpen_ = false;
 };
 
-enum class Outcome { kCopied, kSourceFailed, kTargetFailed };
+enum class Outcome { kCopied, kSourceFailed, kTargetFailed, kCut };
 
-Outcome copyBlocks(RegularFile &source, RegularFile &target)
+// Copies at most so many bytes, and counts down what is left of them. Whole blocks are read, since
+// there are files that give nothing else.
+Outcome copyBlocks(RegularFile &source, RegularFile &target, std::int64_t &most)
 {
-    char block[kBlock];
-    std::int64_t rest = std::max(source.size(), kLeastLimit);
-    while (rest > 0) {
-        const auto wanted = std::min(static_cast<std::uint64_t>(rest), std::uint64_t{kBlock});
-        const std::int64_t count = source.read(block, static_cast<std::size_t>(wanted));
+    for (;;) {
+        const std::int64_t count = source.read(block, sizeof block);
         if (count < 0) return Outcome::kSourceFailed;
-        if (count == 0) break;
-        if (!target.write(block, static_cast<std::size_t>(count))) return Outcome::kTargetFailed;
-        rest -= count;
+        if (count == 0) return Outcome::kCopied;
+        const std::int64_t taken = std::min(count, most);
+        if (!target.write(block, static_cast<std::size_t>(taken))) return Outcome::kTargetFailed;
+        most -= taken;
+        if (taken < count) return Outcome::kCut;
     }
-    return Outcome::kCopied;
 }
 
-// A file that stands there already is written over from its beginning, and keeps what is behind. A
-// link there is not followed.
-Outcome copyFile(const char *from, const char *to)
+// A file of unknown size goes to its end, or as far as the quota. Of one that grows while it is
+// copied no more is taken than it had.
+Outcome copyContent(RegularFile &source, RegularFile &target, std::int64_t &quota)
+{
+    if (source.size() == 0) return copyBlocks(source, target, quota);
+    std::int64_t size = source.size();
+    const Outcome outcome = copyBlocks(source, target, size);
+    return outcome == Outcome::kCut ? Outcome::kCopied : outcome;
+}
+
+// A file that stands there already is written over from its beginning, and keeps what is behind.
+// Links are followed on neither side.
+Outcome copyFile(const char *from, const char *to, std::int64_t &quota)
 {
     RegularFile source(from, O_RDONLY);
     if (!source.isOpen()) return Outcome::kSourceFailed;
-    RegularFile target(to, O_CREAT | O_RDWR | O_NOFOLLOW);
+    RegularFile target(to, O_CREAT | O_RDWR);
     if (!target.isOpen()) return Outcome::kTargetFailed;
-    const Outcome outcome = copyBlocks(source, target);
+    const Outcome outcome = copyContent(source, target, quota);
     const bool finished = target.finish();
     return outcome == Outcome::kCopied && !finished ? Outcome::kTargetFailed : outcome;
 }
@@ -124,6 +128,22 @@ Text joinPath(const char *dir, const char *name)
 }
 
 } // namespace
+
+namespace olvex {
+
+bool isKeptOut(const char *path)
+{
+    struct stat status = {};
+    return path && lstat(path, &status) == 0 && !S_ISREG(status.st_mode) &&
+           !S_ISDIR(status.st_mode);
+}
+
+void reportNotCopied(const char *path, const char *handlerName)
+{
+    report(OVX_LEVEL_WARN, Message::kNotCopied, handlerName, path);
+}
+
+} // namespace olvex
 
 bool ovxFileExists(const char *path)
 {
@@ -150,24 +170,31 @@ bool ovxFCHValidateFilesToCopy(const char *files, const char *handlerName)
     return isAnyThere;
 }
 
-void ovxFCHDoFileCopy(const char *file, const char *dir, const char *handlerName)
+void ovxFCHDoFileCopy(const char *file, const char *dir, const char *handlerName,
+                      std::int64_t &quota)
 {
     if (!file || !dir) return;
     const Text source = nativePath(file);
     const char *name = source ? lastNameOf(source.get()) : "";
     if (!*name) return reportMissing(file, handlerName);
+    if (isKeptOut(source.get())) return reportNotCopied(source.get(), handlerName);
     const Text target = joinPath(dir, name);
     if (!target) return;
     const Outcome outcome = BaxStringLen(target.get()) < kTargetLimit
-                                ? copyFile(source.get(), target.get())
+                                ? copyFile(source.get(), target.get(), quota)
                                 : Outcome::kTargetFailed;
-    if (outcome == Outcome::kSourceFailed) reportMissing(source.get(), handlerName);
-    if (outcome == Outcome::kTargetFailed) reportNotCopied(target.get(), handlerName);
+    if (outcome == Outcome::kCopied) return;
+    if (outcome == Outcome::kSourceFailed)
+        reportMissing(source.get(), handlerName);
+    else
+        reportNotCopied(target.get(), handlerName);
 }
 
 // A directory that could not be made shows here: no copy succeeds.
-void ovxFileCopyHandlerCopyToDir(const char *files, const char *dir, const char *handlerName)
+void ovxFileCopyHandlerCopyToDir(const char *files, const char *dir, const char *handlerName,
+                                 std::int64_t quota)
 {
     if (!ovxFCHValidateFilesToCopy(files, handlerName)) return;
-    forEachListedFile(files, [&](const char *file) { ovxFCHDoFileCopy(file, dir, handlerName); });
+    forEachListedFile(files,
+                      [&](const char *file) { ovxFCHDoFileCopy(file, dir, handlerName, quota); });
 }

@@ -4,6 +4,8 @@
 
 #include <olvex/Misc.h>
 
+#include <algorithm>
+
 #include "OvxFFDCSpace.h"
 #include "OvxFileCopy.h"
 #include "messages/Messages.h"
@@ -44,6 +46,7 @@ Text withZipExtension(const char *name)
 struct Work {
     int files = 0;
     std::int64_t bytes = 0;
+    bool hasUnknown = false; // files that say that they are empty, of which not all are
 };
 
 // A file whose size cannot be had counts as nothing.
@@ -54,10 +57,22 @@ Work measure(const char *files)
         ++work.files;
         const Text native = nativePath(file);
         std::int64_t size = 0;
-        if (!ok(CxFileNameGetSize(native.get(), &size))) return;
+        if (isKeptOut(native.get()) || !ok(CxFileNameGetSize(native.get(), &size))) return;
+        if (size == 0) work.hasUnknown = true;
         if (__builtin_add_overflow(work.bytes, size, &work.bytes)) work.bytes = INT64_MAX;
     });
     return work;
+}
+
+// What files of unknown size may take besides the others. Of a quota that is ignored they may take
+// the whole, since something must be their end.
+std::int64_t quotaFor(const OvxObject *handler, const Work &work)
+{
+    const OvxFFDCHandlerVars *vars = ffdcVarsOf(handler);
+    if (!work.hasUnknown || !vars) return 0;
+    if (vars->quotaPolicy == QuotaPolicy::kIgnore) return vars->maxDiskSpace;
+    const std::int64_t free = vars->maxDiskSpace - ovxCountFFDCSpaceUsed(vars->baseDir.get());
+    return std::max(free - work.bytes, std::int64_t{0});
 }
 
 // The settings are copied first: what is reported on the way can come to code that changes them.
@@ -75,7 +90,7 @@ void act(OvxObject *handler, OvxEvent *event)
         ovxFileCopyHandlerCopyToZip(zipCmdPath.get(), files.get(), work.files, dir.get(),
                                     zipFile.get(), name);
     else
-        ovxFileCopyHandlerCopyToDir(files.get(), dir.get(), name);
+        ovxFileCopyHandlerCopyToDir(files.get(), dir.get(), name, quotaFor(handler, work));
 }
 
 struct PropertyChange {

@@ -54,7 +54,8 @@ bool waitForEnd(std::int32_t pid, std::int64_t longest)
     for (std::int64_t pause = 1; ok(result) && !status.finished;
          pause = std::min(pause * 2, kLongestPause)) {
         if (millisecondsNow() >= deadline) {
-            kill(pid, SIGKILL);
+            kill(-pid, SIGKILL); // with what it has started
+            kill(pid, SIGKILL);  // had it no group of its own yet
             reportFailure(CxProcessWaitFor(&pid, &status, true));
             return false;
         }
@@ -107,20 +108,25 @@ void addPath(Arguments &arguments, const char *path)
     arguments.add(named.get());
 }
 
-void addFile(Arguments &arguments, const char *file)
+// What is not captured is not given to the program either: it might wait for ever.
+void addFile(Arguments &arguments, const char *file, const char *handlerName)
 {
     const Text native = nativePath(file);
-    if (ovxFileExists(native.get())) addPath(arguments, native.get());
+    if (isKeptOut(native.get()))
+        reportNotCopied(native.get(), handlerName);
+    else if (ovxFileExists(native.get()))
+        addPath(arguments, native.get());
 }
 
-bool runZip(const char *zipCmdPath, const char *files, int fileCount, const char *zipPath)
+bool runZip(const char *zipCmdPath, const char *files, int fileCount, const char *zipPath,
+            const char *handlerName)
 {
     constexpr int kOtherArguments = 4;
     Arguments arguments(fileCount + kOtherArguments);
     for (const char *text : {" ", "-q", "-j"})
         arguments.add(text);
     addPath(arguments, zipPath);
-    forEachListedFile(files, [&](const char *file) { addFile(arguments, file); });
+    forEachListedFile(files, [&](const char *file) { addFile(arguments, file, handlerName); });
     if (!arguments.get()) return false;
     return runProgram(zipCmdPath, arguments.get(), kLongestZipRun);
 }
@@ -149,7 +155,7 @@ void ovxFileCopyHandlerCopyToZip(const char *zipCmdPath, const char *files, int 
     const char *const parts[] = {dir, zipFile};
     const Text zipPath(OvxStrACat(2, parts, "/"));
     const bool ended = !ovxFCHValidateFilesToCopy(files, handlerName) ||
-                       runZip(zipCmdPath, files, fileCount, zipPath.get());
+                       runZip(zipCmdPath, files, fileCount, zipPath.get(), handlerName);
     if (ended && ovxFileExists(zipPath.get())) return;
     if (ovxFileExists(zipCmdPath))
         report(OVX_LEVEL_ERROR, Message::kZipNotCreated, zipPath.get());

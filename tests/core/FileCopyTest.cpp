@@ -2,9 +2,11 @@
 // its way.
 #include "Ffdc.h"
 
+#include "OvxFFDCSpace.h"
 #include "OvxFileCopy.h"
 
 #include <chrono>
+#include <csignal>
 #include <functional>
 
 using namespace olvex::test;
@@ -75,17 +77,42 @@ TEST_F(FileCopy, CopiesRegularFilesOnlyAndNeverWaits)
 {
     folder.write("a.log", "text");
     mkfifo((folder / "pipe").c_str(), 0600);
-    copy((folder / "pipe") + " /dev/zero " + base + " " + base + "/ " + (folder / "a.log"));
-    EXPECT_EQ(reports(), (Strings{missing(folder / "pipe"), missing("/dev/zero"), missing(base),
-                                  missing(base + "/")}));
+    std::filesystem::create_symlink(folder / "a.log", folder / "link");
+    const std::string odd = (folder / "pipe") + " /dev/zero " + (folder / "link") + " ";
+    copy(odd + base + " " + base + "/ " + (folder / "a.log"));
+    const Strings notOnes = {notCopied(folder / "pipe"), notCopied("/dev/zero"),
+                             notCopied(folder / "link")};
+    Strings expected = notOnes;
+    expected.insert(expected.end(), {missing(base), missing(base + "/")});
+    EXPECT_EQ(reports(), expected);
     EXPECT_EQ(kept(), Names{"2008.04.01/a.log"});
+    records.clear();
+    useZip(script("zip", "shift 3; echo \"$@\" >" + (folder / "seen") + "; touch " + base +
+                             "/2008.04.01/dump.zip\n"));
+    copy(odd + (folder / "a.log"));
+    EXPECT_EQ(folder.read("seen"), (folder / "a.log") + "\n");
+    EXPECT_EQ(reports(), notOnes);
 }
 
-TEST_F(FileCopy, EndsOnFilesWithoutAnEnd)
+// The files below /proc say that they are empty.
+TEST_F(FileCopy, CopiesFilesOfUnknownSizeToTheirEndWithinTheQuota)
 {
-    copy("/proc/self/status /proc/self/pagemap"); // both say that they are empty
+    constexpr std::size_t kQuota = 3u << 20, kFirst = 2u << 20;
+    put("2008.03.01/old", 1000, 1);
+    OvxSetObjProp(copier, "maxDiskSpace", std::to_string(kQuota).c_str());
+    folder.write("a.log", std::string(kFirst, 'x'));
+    copy("/proc/self/status " + (folder / "a.log") + " /proc/self/pagemap"); // one without an end
     EXPECT_NE(copied("status").find("VmSize"), std::string::npos);
-    EXPECT_EQ(copied("pagemap").size(), 1u << 20);
+    EXPECT_EQ(reports(), Strings{notCopied(base + "/2008.04.01//pagemap")});
+    EXPECT_EQ(static_cast<std::size_t>(ovxCountFFDCSpaceUsed(base.c_str())), kQuota);
+    OvxSetObjProp(copier, "quotaPolicy", "QUOTA_IGNORE");
+    records.clear();
+    copy("/proc/self/pagemap");
+    EXPECT_EQ(copied("pagemap").size(), kQuota);
+    EXPECT_EQ(reports(), Strings{notCopied(base + "/2008.04.01//pagemap")});
+    OvxSetObjProp(copier, "maxDiskSpace", std::to_string(INT64_MAX).c_str());
+    copy("/proc/self/smaps"); // whole, and with what it had when it was opened
+    EXPECT_EQ(reports().size(), 1u);
 }
 
 TEST_F(FileCopy, DoesNotWriteThroughWhatIsNoFile)
@@ -219,14 +246,20 @@ TEST_F(FileCopy, SaysWhenThereIsNoArchiveInTheEnd)
     EXPECT_EQ(reports().back().substr(0, 10), "OVXFF0065E");
 }
 
-TEST(ProgramRun, EndsProgramsThatHang)
+TEST(ProgramRun, EndsProgramsThatHangWithWhatTheyStarted)
 {
-    char name[] = "sleep";
-    char seconds[] = "60";
-    char *const arguments[] = {name, seconds, nullptr};
+    LogDirectory folder;
+    char name[] = "sh", option[] = "-c";
+    std::string script = "sleep 60 & echo $! >" + (folder / "child") + "; wait";
+    char *const arguments[] = {name, option, script.data(), nullptr};
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_FALSE(olvex::runProgram("/bin/sleep", arguments, 100));
+    EXPECT_FALSE(olvex::runProgram("/bin/sh", arguments, 300));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
+    const pid_t child = std::stoi(folder.read("child"));
+    std::ifstream state("/proc/" + std::to_string(child) + "/stat"); // gone, or dead
+    const std::string line((std::istreambuf_iterator<char>(state)), {});
+    EXPECT_TRUE(line.empty() || line.find(") Z") != std::string::npos) << line;
+    kill(child, SIGKILL);
 }
 
 } // namespace

@@ -107,7 +107,10 @@ CxResult CxProcessCreate(int32_t *pid, const char *path, char *const *argv)
 
 CxResult cxProcessCreateAlone(int32_t *pid, const char *path, char *const *argv)
 {
-    return createProcess(pid, path, argv, [] { closefrom(STDERR_FILENO + 1); });
+    return createProcess(pid, path, argv, [] {
+        setpgid(0, 0);
+        closefrom(STDERR_FILENO + 1);
+    });
 }
 
 CxResult CxProcessWaitFor(int32_t *pid, CxProcessStatus *status, bool wait)
