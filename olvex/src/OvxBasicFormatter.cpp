@@ -13,6 +13,7 @@
 #include "OvxI18Msg.h"
 #include "OvxProps.h"
 #include "util/CxStringBuff.h"
+#include "util/EnvironmentWatch.h"
 #include "util/EventPath.h"
 #include "util/Memory.h"
 #include "util/OvxStringToStringMap.h"
@@ -28,6 +29,10 @@ namespace {
 constexpr std::int64_t kMillisecondsPerSecond = 1000;
 constexpr std::size_t kDateSize = 128;
 
+// Two zones may have the same offset and differ in their summers only, which the system's variables
+// do not tell.
+EnvironmentWatch zoneWatch("TZ=");
+
 // The timestamp last printed. Most events share their second with the one before, so that only the
 // milliseconds are new; another time zone makes all of it new.
 struct Timestamp {
@@ -41,7 +46,8 @@ struct Timestamp {
 
     bool isOf(std::time_t wanted) const
     {
-        return valid && second == wanted && zone == ::timezone && daylight == ::daylight;
+        return valid && second == wanted && zone == ::timezone && daylight == ::daylight &&
+               zoneWatch.isUnchanged();
     }
 } lastTimestamp = {};
 
@@ -70,6 +76,8 @@ int printRest(char *place, std::size_t room, const std::tm &local)
 
 [[gnu::cold]] void printSecond(Timestamp &stamp, std::time_t second)
 {
+    // Within its second a change is not accepted yet: the host may be about to call tzset().
+    if (stamp.second != second && !zoneWatch.isUnchanged()) zoneWatch.take();
     std::tm local = {};
     localtime_r(&second, &local);
     stamp.second = second;
@@ -79,7 +87,7 @@ int printRest(char *place, std::size_t room, const std::tm &local)
     const int rest = printRest(stamp.text + date, sizeof stamp.text - date, local);
     stamp.millisecondsAt = static_cast<std::uint8_t>(date);
     stamp.length = static_cast<std::uint8_t>(date + static_cast<std::size_t>(rest));
-    stamp.valid = true;
+    stamp.valid = zoneWatch.isUnchanged();
 }
 
 void putMilliseconds(char *place, int milliseconds)
@@ -209,6 +217,11 @@ void replace(char *&text, const OvxObject *formatter, const char *name)
 } // namespace
 
 namespace olvex {
+
+void discardTimestamp()
+{
+    zoneWatch.forget();
+}
 
 bool appendDate(const OvxObject *formatter, std::int64_t milliseconds, CxStringBuff *buffer)
 {

@@ -13,4 +13,7 @@ bool appendBasicFormat(OvxObject *formatter, OvxEvent *event, CxStringBuff *buff
 // Appends a time in milliseconds since 1970 as the formatter's timestamp.
 bool appendDate(const OvxObject *formatter, std::int64_t milliseconds, CxStringBuff *buffer);
 
+// Frees what the timestamps keep, between events.
+void discardTimestamp();
+
 } // namespace olvex

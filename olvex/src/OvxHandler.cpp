@@ -93,6 +93,7 @@ void discardEventText()
 {
     CxStringBuffDiscard(&shared.text);
     discardXmlText();
+    discardTimestamp();
 }
 
 } // namespace olvex

@@ -41,6 +41,12 @@ TEST_F(Format, TimestampsCarryTheZone)
         setZone(entry.zone);
         EXPECT_EQ(take(OvxBasicFormatterFormatDate(formatter, entry.time)), entry.text);
     }
+    // Zones that differ in their summers only, twice each within one second.
+    for (int i = 0; i < 4; ++i) {
+        setZone(i % 2 ? "CET-1CEST,M3.5.0,M10.5.0/3" : "CET-1CEST,M9.5.0,M10.5.0/3");
+        EXPECT_EQ(take(OvxBasicFormatterFormatDate(formatter, kSummer)),
+                  i % 2 ? "2008-04-01 13:05:09.042+02:00" : "2008-04-01 12:05:09.042+01:00");
+    }
     setZone("UTC0");
     formatter = get("own", "ovx_basicformatter");
     OvxSetObjProp(formatter, "dateTimeFormat", "");

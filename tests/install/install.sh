@@ -87,11 +87,17 @@ says 'OVX0051E O gerenciador' pt_PT
 says 'OVX0051E 日志管理器' zh_CN.GB18030
 says '^eigene Meldung: missing\.properties' de_AT NLSPATH="$work/own/%L/%N.cat"
 
-# Text in another code set, whose table is found in the moved tree without UCVDIR.
-koi8=$(printf 'Журнал\n' | env -u UCVDIR -u BINDIR UCV_CODESET=KOI8-R "$prefix/bin/olvex" log |
-    od -An -tx1 | tr -d ' \n')
-[[ $koi8 == *20f6d5d2cec1cc0a ]] || fail "no KOI8-R bytes were written but: $koi8"
-echo "ok: KOI8-R bytes are written"
+# Text in another code set, whose table is found in the moved tree without UCVDIR, however long its
+# path is.
+deep=$work/$(printf 'd%.0s' {1..200})/$(printf 'e%.0s' {1..200})
+mkdir -p "$deep"
+cp -a "$prefix/." "$deep"
+for place in "$prefix" "$deep"; do
+    koi8=$(printf 'Журнал\n' | env -u UCVDIR -u BINDIR UCV_CODESET=KOI8-R "$place/bin/olvex" log |
+        od -An -tx1 | tr -d ' \n')
+    [[ $koi8 == *20f6d5d2cec1cc0a ]] || fail "no KOI8-R bytes were written but: $koi8"
+    echo "ok: KOI8-R bytes are written"
+done
 
 cmake -S "$here/consumer" -B "$work/cmake" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
     -DSAMPLES="$samples" \

@@ -94,6 +94,22 @@ TEST_F(Tables, AreFoundByAnyOfTheirNames)
     ucv_cs_free(handle);
 }
 
+// Directory and name have at most 255 bytes.
+TEST_F(Tables, AreFoundUnderPathsOf255Bytes)
+{
+    const std::string file = "/codeset/X1";
+    for (const std::size_t length : {255u, 256u}) {
+        std::string base = directory_ / std::string(100, 'd');
+        base += "/" + std::string(length - file.size() - base.size() - 1, 'e');
+        fs::create_directories(base + "/codeset");
+        std::ofstream(base + file, std::ios::binary) << table("X1", 1);
+        ucv_set_dir(base.c_str());
+        uc_ch_t *handle = ucv_cs_new("x1");
+        EXPECT_EQ(handle != nullptr, length == 255) << length;
+        ucv_cs_free(handle);
+    }
+}
+
 // There "i" and "I" are two letters, in whatever case.
 TEST_F(Tables, AndWordsAreKnownInATurkishLocale)
 {

@@ -3,10 +3,10 @@
 
 #include <olvex/Ucv.h>
 
-#include "ucv/CatalogEnvironment.h"
 #include "ucv/CatalogPath.h"
 #include "ucv/InstalledFiles.h"
 #include "util/CxProcess.h"
+#include "util/EnvironmentWatch.h"
 #include "util/Memory.h"
 
 #include <cstdio>
@@ -124,7 +124,7 @@ constexpr std::int64_t kRemembered = 80'000'000;
 Finding findings[kFindings] = {};
 std::size_t nextFinding = 0;
 unsigned long findingsGeneration = 0;
-CatalogEnvironment findingsEnvironment;
+EnvironmentWatch findingsEnvironment("NLSPATH=", "LANG=");
 
 std::int64_t coarseNow()
 {

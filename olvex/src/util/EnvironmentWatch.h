@@ -1,20 +1,25 @@
-// Whether the environment still says the same about catalogs, at the cost of a few comparisons. No
-// locks: getenv has none either.
+// Whether the environment still says the same about one or two variables, at the cost of a few
+// comparisons. No locks: getenv has none either.
 #pragma once
 
 #include <cstddef>
 #include <string_view>
 
-namespace olvex::ucv {
+namespace olvex {
 
-// NLSPATH and LANG as they were when last asked for. Whatever setenv, putenv, unsetenv and clearenv
+// The variables as they were when last asked for. Whatever setenv, putenv, unsetenv and clearenv
 // do to them is noticed. A host that writes into the array `environ` itself may escape notice.
-class CatalogEnvironment {
+class EnvironmentWatch {
   public:
-    // False when one of the two may have changed, or nothing can be told.
+    // Names with their "=", in static memory; an empty one for none.
+    constexpr explicit EnvironmentWatch(std::string_view first, std::string_view second = {})
+        : names_{first, second}
+    {}
+
+    // False when one of them may have changed, or nothing can be told.
     bool isUnchanged() const;
 
-    // Takes both anew.
+    // Takes them anew.
     void take();
 
     // Frees the copies; everything may have changed then.
@@ -36,8 +41,8 @@ class CatalogEnvironment {
     char **start_ = nullptr;
     std::size_t count_ = 0;
     const char *last_ = nullptr;
-    Variable searchPath_ = {};
-    Variable language_ = {};
+    std::string_view names_[2];
+    Variable variables_[2] = {};
 };
 
-} // namespace olvex::ucv
+} // namespace olvex

@@ -1,18 +1,20 @@
-// See CatalogEnvironment.h.
-#include "ucv/CatalogEnvironment.h"
+// See EnvironmentWatch.h.
+#include "util/EnvironmentWatch.h"
+
+#include <iterator>
 
 #include "util/Memory.h"
 
 #include <unistd.h>
 
-namespace olvex::ucv {
+namespace olvex {
 
-inline bool CatalogEnvironment::Variable::isUnchanged() const
+inline bool EnvironmentWatch::Variable::isUnchanged() const
 {
     return !place || (*place == string && copy && std::strcmp(string, copy) == 0);
 }
 
-void CatalogEnvironment::Variable::take(std::string_view assignment)
+void EnvironmentWatch::Variable::take(std::string_view assignment)
 {
     for (char **each = environ; *each; ++each) {
         if (std::strncmp(*each, assignment.data(), assignment.size()) != 0) continue;
@@ -21,7 +23,7 @@ void CatalogEnvironment::Variable::take(std::string_view assignment)
     }
 }
 
-void CatalogEnvironment::Variable::forget()
+void EnvironmentWatch::Variable::forget()
 {
     BaxMemoryFree(copy);
     *this = {};
@@ -29,30 +31,30 @@ void CatalogEnvironment::Variable::forget()
 
 // A new value moves the variable's pointer; a new variable lengthens the array or, when another one
 // was removed before, is its last.
-bool CatalogEnvironment::isUnchanged() const
+bool EnvironmentWatch::isUnchanged() const
 {
     return start_ && environ == start_ && !start_[count_] &&
-           (count_ == 0 || start_[count_ - 1] == last_) && searchPath_.isUnchanged() &&
-           language_.isUnchanged();
+           (count_ == 0 || start_[count_ - 1] == last_) && variables_[0].isUnchanged() &&
+           variables_[1].isUnchanged();
 }
 
-void CatalogEnvironment::take()
+void EnvironmentWatch::take()
 {
     forget();
     if (!environ) return;
-    searchPath_.take("NLSPATH=");
-    language_.take("LANG=");
+    for (std::size_t i = 0; i < std::size(variables_); ++i)
+        if (!names_[i].empty()) variables_[i].take(names_[i]);
     start_ = environ;
     while (start_[count_])
         last_ = start_[count_++];
 }
 
-void CatalogEnvironment::forget()
+void EnvironmentWatch::forget()
 {
-    searchPath_.forget();
-    language_.forget();
+    for (Variable &variable : variables_)
+        variable.forget();
     start_ = nullptr;
     count_ = 0;
 }
 
-} // namespace olvex::ucv
+} // namespace olvex
