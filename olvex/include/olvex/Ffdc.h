@@ -76,8 +76,9 @@ OVX_API void OvxFFDCTriggerHandlerSetSecondWarning(OvxObject *handler, double fr
 OVX_API char *OvxFileCopyHandlerGetFiles(OvxObject *handler);
 /**
  * Sets the files to copy (copied): paths separated by blanks; double quotes keep the blanks in a
- * path. NULL is ignored. Property "filesToCopy". Only regular files are copied, and of a file that
- * grows meanwhile what it had at first, or 1 MiB if that is more.
+ * path. NULL is ignored. Property "filesToCopy". Only regular files are captured, no links, and of a
+ * file that grows meanwhile what it had at first. A file without a size, as below /proc, is copied
+ * as far as the quota goes; a cut is reported.
  */
 OVX_API void OvxFileCopyHandlerSetFiles(OvxObject *handler, const char *files);
 
@@ -95,7 +96,7 @@ OVX_API char *OvxFileCopyHandlerGetZipCmdPath(OvxObject *handler);
  * Sets the path of the zip program (copied), which must exist and have none but harmless characters
  * in its name; else that is reported and nothing changes. NULL is ignored. Property "zipCmdPath".
  * It is called as zip -q -j ARCHIVE FILE... with the standard three descriptors, and the logging
- * call waits for it; it is killed when it has not ended after five minutes.
+ * call waits for it; it is killed, with what it started, when it has not ended after five minutes.
  */
 OVX_API void OvxFileCopyHandlerSetZipCmdPath(OvxObject *handler, const char *path);
 
