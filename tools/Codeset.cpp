@@ -26,8 +26,8 @@ namespace fs = std::filesystem;
 using codeset::CodeSet;
 
 constexpr const char *kFooter =
-    R"(Tables are made from what the platform's iconv says. A table is a file with the name of
-its code set, an alias a file with another name that holds the table's. The library looks for them
+    R"(Tables are made from what the platform's iconv says, corrected where the published code page
+says something else. A table is a file with the name of its code set, an alias a file with another name that holds the table's. The library looks for them
 in $UCVDIR/codeset, $UCVDIR, $BINDIR/../generic/codeset, the current directory, and where olvex is
 installed. Characters that a table cannot hold (beyond U+FFFF, or several for one code) are left
 unmapped and counted.

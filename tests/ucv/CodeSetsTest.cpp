@@ -1,5 +1,6 @@
-// Every shipped code set against the platform's own conversion: each code that it can decode and
-// each character of the Basic Multilingual Plane, in both directions, as UTF-8 and as UCS-2.
+// Every shipped code set against the platform's own conversion, corrected by the published code
+// pages: each code that it can decode and each character of the Basic Multilingual Plane, in both
+// directions, as UTF-8 and as UCS-2.
 #include <olvex/olvex.h>
 
 #include <gtest/gtest.h>
@@ -38,6 +39,34 @@ constexpr CodeSet kCodeSets[] = {
 #include <codesets.def>
 #undef CODESET
 };
+
+// A code of one byte of which the published code page says something else than the platform.
+struct Published {
+    std::string_view codeSet;
+    unsigned char code;
+    char16_t value; // 0xFFFF: nothing
+};
+
+constexpr Published kPublished[] = {
+#define PUBLISHED(name, code, value, reason) {name, code, value},
+#include <published.def>
+#undef PUBLISHED
+};
+
+const Published *publishedOf(const CodeSet &codeSet, const Bytes &code)
+{
+    for (const Published &row : kPublished)
+        if (row.codeSet == codeSet.name && code == Bytes(1, static_cast<char>(row.code)))
+            return &row;
+    return nullptr;
+}
+
+const Published *publishedOf(const CodeSet &codeSet, char16_t value)
+{
+    for (const Published &row : kPublished)
+        if (row.codeSet == codeSet.name && row.value == value && value != 0xFFFF) return &row;
+    return nullptr;
+}
 
 // Where a table means to differ from the platform.
 struct Difference {
@@ -137,6 +166,11 @@ class Comparison {
     // A code that the platform may or may not know; true when it does.
     bool decode(const Bytes &code)
     {
+        if (const Published *row = publishedOf(codeSet_, code)) {
+            expectDecoded(code, row->value == 0xFFFF ? U'?' : row->value);
+            ++decoded_;
+            return true;
+        }
         Bytes points;
         if (!decoder_.convert(code, points)) return false;
         char32_t value = 0;
@@ -157,7 +191,13 @@ class Comparison {
     {
         const char unit[] = {static_cast<char>(value & 0xFF), static_cast<char>(value >> 8)};
         Bytes code;
-        const bool known = encoder_.convert(Bytes(unit, 2), code) && fits(code, value);
+        bool known = encoder_.convert(Bytes(unit, 2), code) && fits(code, value);
+        known = known && !publishedOf(codeSet_, code);
+        if (const Published *row = publishedOf(codeSet_, value); row && !known) {
+            code = Bytes(1, static_cast<char>(row->code));
+            known = true;
+        }
+        if (value < 0x80 && known && !isReadAs(code, value)) return; // see AsciiStaysOrIsCounted
         if (const Difference *difference = differenceOf(codeSet_, &Difference::value, value))
             code = difference->code;
         else if (!known)
@@ -182,6 +222,14 @@ class Comparison {
             codeSet_.family == kAsciiSingleByte || codeSet_.family == kEbcdicSingleByte;
         if (oneByte && code.size() != 1) return false;
         return !isEbcdic(codeSet_) || code != "\x3F" || value == 0x1A;
+    }
+
+    bool isReadAs(const Bytes &code, char32_t value)
+    {
+        if (const Published *row = publishedOf(codeSet_, code)) return row->value == value;
+        Bytes points;
+        return decoder_.convert(code, points) &&
+               points == Bytes(reinterpret_cast<const char *>(&value), sizeof value);
     }
 
     void expectDecoded(const Bytes &code, char32_t value)
@@ -302,6 +350,69 @@ TEST_F(CodeSets, OfTwoBytesAgreeWithThePlatform)
 TEST_F(CodeSets, OfManyBytesAgreeWithThePlatform)
 {
     compareFamilies({kAsciiMultiByte, kGb18030});
+}
+
+// No ASCII character turns into another one unnoticed: it comes back, or is substituted and
+// counted. What shifts cannot come back.
+TEST_F(CodeSets, AsciiStaysOrIsCounted)
+{
+    for (const CodeSet &codeSet : kCodeSets) {
+        uc_ch_t *handle = ucv_cs_new(codeSet.name);
+        ASSERT_NE(handle, nullptr) << codeSet.name;
+        for (char16_t value = 1; value < 0x80; ++value) {
+            if (hasShifts(codeSet) && (value == 0x0E || value == 0x0F)) continue;
+            char code[8];
+            char16_t back[8] = {};
+            const int size = ucv_from_ucs2(handle, &value, 1, code, sizeof code);
+            if (ucv_check_subs(handle) != 0) continue;
+            EXPECT_EQ(ucv_to_ucs2(handle, code, size, back, 8), 1);
+            EXPECT_EQ(back[0], value) << codeSet.name;
+        }
+        ucv_cs_free(handle);
+    }
+}
+
+// Codes as the published pages have them, of which the platform says something else.
+TEST_F(CodeSets, HoldWhatTheCodePagesSay)
+{
+    const struct {
+        const char *name;
+        const char *codes; // in hexadecimal
+        const char *text;
+    } cases[] = {
+        {"IBM278", "71e0", "\\\u00c9"},
+        {"IBM285", "a1", "\u00af"},
+        {"IBM420", "45", "\u200b"},
+        {"IBM424", "788fb3bc", "\u2017\u00b1\u2022\u203e"},
+        {"IBM870", "b0", "\u02d9"},
+        {"IBM871", "4ac0", "\u00de\u00fe"},
+        {"IBM875", "6a74dd", "|\u00a0\u0387"},
+        {"IBM874", "fcfdfeffe8", "\u00a2\u00ac\u00a6\u00a0\u0e48"},
+        {"IBM939", "e0a1b2a0", "\\~\u00a5\u203e"},
+        {"IBM1371", "e05ba1", "\\$~"},
+    };
+    for (const auto &[name, codes, text] : cases) {
+        uc_ch_t *handle = ucv_cs_new(name);
+        ASSERT_NE(handle, nullptr) << name;
+        char target[32], hex[64] = "";
+        const int size = ucv_from_utf8(handle, text, -1, target, sizeof target);
+        for (int i = 0; i < size && target[i]; ++i)
+            snprintf(hex + 2 * i, 3, "%02x", static_cast<unsigned char>(target[i]));
+        EXPECT_STREQ(hex, codes) << name;
+        EXPECT_EQ(ucv_check_subs(handle), 0) << name;
+        char back[32] = "";
+        ucv_to_utf8(handle, target, -1, back, sizeof back);
+        EXPECT_STREQ(back, text) << name;
+        ucv_cs_free(handle);
+    }
+}
+
+// A name is no other name of a code set that differs from what it stands for.
+TEST_F(CodeSets, LackNamesWhoseCodesNoTableHas)
+{
+    for (const char *name : {"IBM932", "IBM-943", "943", "IBM950", "IBM964", "CP51932", "IBM970",
+                             "IBM1383", "CP1386", "IBM33722"})
+        EXPECT_EQ(ucv_cs_new(name), nullptr) << name;
 }
 
 TEST_F(CodeSets, HaveTheirOtherNames)

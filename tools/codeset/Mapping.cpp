@@ -219,6 +219,64 @@ void keepPrivateValues(Mapping &mapping)
     std::sort(mapping.values.begin(), mapping.values.end());
 }
 
+// A code of one byte whose value the published code page says.
+struct Published {
+    std::string_view codeSet;
+    unsigned char code;
+    char16_t value; // kNoValue: there is nothing
+};
+
+constexpr Published kPublished[] = {
+#define PUBLISHED(name, code, value, reason) {name, code, value},
+#include <published.def>
+#undef PUBLISHED
+};
+
+std::string codeOf(const Published &row)
+{
+    return std::string(1, static_cast<char>(row.code));
+}
+
+void correctValue(const Published &row, Mapping &mapping)
+{
+    const std::string code = codeOf(row);
+    std::erase_if(mapping.values, [&](const auto &entry) { return entry.first == code; });
+    mapping.lengths[row.code] = row.value != kNoValue;
+    if (row.value == kNoValue) return;
+    mapping.values.emplace_back(code, row.value);
+    if (mapping.codes[row.value].empty()) mapping.codes[row.value] = code;
+}
+
+// All wrong codes are taken away first, since rows may exchange two of them.
+void correctAsPublished(const CodeSet &codeSet, Mapping &mapping)
+{
+    std::vector<Published> rows;
+    for (const Published &row : kPublished)
+        if (row.codeSet == codeSet.name) rows.push_back(row);
+    for (const Published &row : rows)
+        std::replace(mapping.codes.begin(), mapping.codes.end(), codeOf(row), std::string());
+    for (const Published &row : rows)
+        correctValue(row, mapping);
+    std::sort(mapping.values.begin(), mapping.values.end());
+}
+
+// Where the platform writes an ASCII character as a code that it reads as another character, that
+// character gets the code of one byte that is read as it, or none. Shift bytes are no codes.
+void keepAsciiApart(Mapping &mapping)
+{
+    std::array<std::string, 128> readAs;
+    for (const auto &[code, value] : mapping.values)
+        if (code.size() == 1 && value < readAs.size() && readAs[value].empty())
+            readAs[value] = code;
+    const auto isReadAs = [&](const std::string &code, char16_t value) {
+        return std::binary_search(mapping.values.begin(), mapping.values.end(),
+                                  std::pair(code, value));
+    };
+    for (char16_t value = 0; value < readAs.size(); ++value)
+        if (std::string &code = mapping.codes[value]; !code.empty() && !isReadAs(code, value))
+            code = readAs[value];
+}
+
 } // namespace
 
 Mapping readMapping(const CodeSet &codeSet)
@@ -227,6 +285,8 @@ Mapping readMapping(const CodeSet &codeSet)
     Reader(codeSet, mapping).read();
     readCodes(codeSet, mapping);
     if (codeSet.family == kGb18030) keepPrivateValues(mapping);
+    correctAsPublished(codeSet, mapping);
+    keepAsciiApart(mapping);
     return mapping;
 }
 
