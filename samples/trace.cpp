@@ -7,9 +7,7 @@
  */
 #include <olvex/Config.h>
 #include <olvex/Memory.h>
-#include <olvex/trace/OlvLogWrapper.h>
-#include <olvex/trace/Trace.h>
-#include <olvex/trace/base/ErrorManager.h>
+#include <olvex/trace.h>
 
 #include <cstdio>
 #include <cstring>

@@ -3,6 +3,8 @@
 // is made from the public headers when the build is configured.
 #include "Toolkit.h"
 
+#include <olvex/trace_c.h>
+
 #include <cstring>
 #include <string_view>
 #include <type_traits>
@@ -17,6 +19,7 @@ constexpr std::string_view kLeftOut[] = {
     "OvxVaAllocEvent", // a list must at least end
     "OvxConsoleHandlerFAllocVars",
     "OvxMsgIdFilterGetStringList", // a list of no words
+    "ovx_createWrapper",           // opens the toolkit
 };
 
 // Calls whose result is another than the neutral one.
@@ -47,14 +50,15 @@ bool isIn(const std::string_view (&names)[Size], std::string_view name)
 // Makers of things take no arguments, or all of them may be missing.
 bool isLeftOut(std::string_view name)
 {
-    return isIn(kLeftOut, name) || name.starts_with("OvxAlloc") || name.starts_with("ovxIntlAlloc");
+    return isIn(kLeftOut, name) || name.starts_with("OvxAlloc") ||
+           name.starts_with("ovxIntlAlloc") || name.starts_with("ovx_getOlvLog");
 }
 
 // The services below the toolkit have results of their own.
 bool hasOtherResult(std::string_view name)
 {
     return isIn(kOtherResult, name) || name.starts_with("Bax") || name.starts_with("Cx") ||
-           name.starts_with("ucv_");
+           name.starts_with("ucv_") || name.starts_with("ovx_");
 }
 
 template <class Result>

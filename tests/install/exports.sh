@@ -17,7 +17,7 @@ fail() {
 # Functions: the compiler lists every prototype with the place of its declaration. Variables stand in
 # the headers as "extern OVX_API".
 declared() {
-    printf '#include <olvex/olvex.h>\n#include <olvex/class.h>\n' >"$work/all.c"
+    printf '#include <olvex/olvex.h>\n#include <olvex/class.h>\n#include <olvex/trace.h>\n' >"$work/all.c"
     "$cc" -std=c11 -I"$include" -fsyntax-only -aux-info "$work/prototypes" "$work/all.c"
     grep -F "/* $include/olvex/" "$work/prototypes" | grep -v ' static ' |
         sed -E 's/^\/\*[^*]*\*\/ //; s/\(\*([A-Za-z0-9_]+) \(/\1 (/; s/^([^(]*[^A-Za-z0-9_(])?([A-Za-z0-9_]+) \(.*$/\2/'

@@ -1,7 +1,8 @@
 // The plain trace functions and the wrapper objects: levels, records, texts.
 #include "TraceToolkit.h"
 
-#include <olvex/trace/OlvexWrapper.h>
+#include <olvex/trace.h>
+#include <olvex/trace_c.h>
 
 using namespace olvex::test;
 
@@ -139,6 +140,74 @@ TEST_F(TraceFunctions, EachComponentHasItsHandleAndItsWrapperObject)
     }
     testing::internal::GetCapturedStderr();
     OlvexWrapper::cleanupInstances();
+}
+
+// The names for C act on the same handles.
+TEST_F(TraceFunctions, AreThereForC)
+{
+    start();
+    ovx_OlvLogWrapper *(*const handles[])() = {
+        ovx_getOlvLogHw, ovx_getOlvLogSw,     ovx_getOlvLogCom, ovx_getOlvLogXse,
+        ovx_getOlvLogFs, ovx_getOlvLogPlugin, ovx_getOlvLogUse, ovx_getOlvLogNet};
+    testing::internal::CaptureStderr(); // not each has a logger
+    for (int component = 0; component < 8; ++component) {
+        const void *handle = createWrapper(component);
+        EXPECT_EQ(handles[component](), handle);
+        EXPECT_EQ(ovx_createWrapper(component), handle);
+    }
+    testing::internal::GetCapturedStderr();
+    ovx_OlvLogWrapper *hardware = ovx_getOlvLogHw();
+    ovx_traceMIN(hardware, 1, "f.c", "m", "%s %d", "min", 1);
+    ovx_traceMID(hardware, 2, "f.c", "m", "%s %d", "mid", 2);
+    ovx_traceMAX(hardware, 3, "f.c", "m", "%s %d", "max", 3);
+    ovx_traceEntry(hardware, 4, "f.c", "a<b>", "%s", "in");
+    ovx_traceExit(hardware, 5, "f.c", "m", "%s", "out");
+    ovx_traceMAX(ovx_getOlvLogSw(), 6, "f.c", "m", "%d", 6);
+    ovx_traceMIN(nullptr, 7, "f.c", "m", "%d", 7);
+    EXPECT_EQ(traced, (Traced{{3000, "f.c", 1, "m", "min 1"},
+                              {2000, "f.c", 2, "m", "mid 2"},
+                              {1000, "f.c", 3, "m", "max 3"},
+                              {1000, "f.c", 4, "Entry a&lt;b&gt;", "in"},
+                              {1000, "f.c", 5, "Exit m", "out"}}));
+    EXPECT_EQ(ovx_getTrcLevel(ovx_getOlvLogSw()), 2);
+    EXPECT_EQ(ovx_istraceActive(ovx_getOlvLogSw(), 2), 1);
+    char text[] = " a\\b\1 ";
+    EXPECT_EQ(ovx_replaceInvalidXMLChars('?', text), 1);
+    EXPECT_STREQ(ovx_trim(ovx_convertSlashes(text)), "a/b?");
+    EXPECT_EQ(take(ovx_createMethodName("Exit ", "<")), "Exit &lt;");
+    EXPECT_EQ(take(ovx_escapeXmlString("'")), "&apos;");
+    EXPECT_STREQ(ovx_initializeWrapper("x\\y"), "x/y");
+    EXPECT_EQ(ovx_isWriteBlocked(nullptr, "/proc/nowhere"),
+              isWriteBlocked(nullptr, "/proc/nowhere"));
+}
+
+// A dump that is longer than a record ends with a whole line and its mark; one that cannot begin
+// any more is left out, one that is complete is left alone.
+TEST_F(TraceFunctions, DumpsThatAreCutEndWithTheirMark)
+{
+    start();
+    OlvexTracer tracer(Tracer::COMPONENT_HARDWARE);
+    const std::string data(5000, 'd');
+    const auto send = [&](std::size_t before, unsigned size, const std::string &behind) {
+        traced.clear();
+        Trace trace(tracer, "");
+        trace << std::string(before, 'b').c_str();
+        trace.hex(data.data(), size) << behind.c_str() << Trace::end;
+        return traced.empty() ? std::string() : traced[0].text;
+    };
+    for (std::size_t before = 0; before < 960; ++before) {
+        const std::string text = send(before, 5000, "");
+        ASSERT_LE(text.size(), 1023u);
+        ASSERT_GT(text.size(), 1023u - 80u) << before;
+        ASSERT_TRUE(text.ends_with("\n-END DATA-")) << before << text;
+        ASSERT_EQ(text.find("-END DATA-", before), text.size() - 10);
+    }
+    for (const std::size_t before : {990u, 1000u, 1015u, 1022u})
+        EXPECT_EQ(send(before, 5000, ""), std::string(before, 'b'));
+    EXPECT_EQ(send(1023, 5000, ""), std::string(1023, 'b'));
+    const std::string complete = send(0, 16, "");
+    EXPECT_EQ(send(0, 16, std::string(2000, 'x')),
+              complete + std::string(1023 - complete.size(), 'x'));
 }
 
 TEST_F(TraceFunctions, AnUnreadableFileLeavesHandlesInactive)
