@@ -123,7 +123,7 @@ mkdir -p "$work/compilers"
 printf '#!/bin/sh\nexec %s %s "$@"\n' "$cc" "${CFLAGS:-}" >"$work/compilers/cc"
 printf '#!/bin/sh\nexec %s %s "$@"\n' "$cxx" "${CXXFLAGS:-}" >"$work/compilers/c++"
 chmod +x "$work"/compilers/*
-for page in getting-started recipes extending; do
+for page in getting-started recipes extending tracing; do
     [[ ! -e $here/../../docs/$page.md ]] ||
         PATH=$work/compilers:$prefix/bin:$PATH bash "$here/start.sh" "$here/../../docs/$page.md" "$work/$page" || fail "$page.md"
 done
