@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# All static checks, one after the other; fails when one of them does. Run through `./dev lint`.
+# All static checks, one after the other; fails when one of them does. Run through `./dev lint`. With
+# --fresh, clang-tidy reads again what was clean and has not changed since.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 build=build/lint
+jobs=${OLVEX_JOBS:-$(nproc)}
 failed=()
 
 check() {
@@ -19,21 +21,24 @@ check_format() { sources '*.h' '*.hpp' '*.c' '*.cpp' | xargs clang-format --dry-
 check_scripts() { sources dev .ci/run '*.sh' | xargs shellcheck; }
 
 check_cppcheck() {
-    cppcheck --quiet --error-exitcode=1 --inline-suppr --std=c++20 -j 2 \
+    cppcheck --quiet --error-exitcode=1 --inline-suppr --std=c++20 -j "$jobs" \
         --enable=warning,performance,portability --suppressions-list=tools/lint/cppcheck.txt \
         --project="$build/compile_commands.json" --file-filter='olvex/src/*' \
         --file-filter='src/common/*' --file-filter='tools/*'
 }
 
+# The sources that are compiled; those that have not changed since they were clean are left out.
 check_tidy() {
-    run-clang-tidy -quiet -j 2 -p "$build" -extra-arg=-fno-color-diagnostics \
-        "^$PWD/(olvex/src|src/common|tools|samples)/" >"$build/tidy.log" 2>&1 && return
-    sed -i 's/\x1b\[[0-9;]*m//g' "$build/tidy.log" # it colours whatever it is told
-    grep -E ' (warning|error|note): ' "$build/tidy.log" | sort -u || tail "$build/tidy.log"
-    return 1
+    local version
+    version=$(clang-tidy --version | sed -n 's/.*version //p')
+    mkdir -p "$build/clean"
+    sed -nE "s|^ *\"file\": \"$PWD/(.*)\".*|\1|p" "$build/compile_commands.json" | sort -u |
+        grep -E '^(olvex/src|src/common|tools|samples|tests)/' |
+        xargs -P "$jobs" -n 1 tools/lint/tidy.sh "$build" "$version"
 }
 
-cmake --preset debug -B "$build" >/dev/null
+if [[ ${1:-} == --fresh ]]; then rm -rf "$build/clean"; fi
+cmake --preset debug -B "$build" -DOLVEX_BUILD_BENCH=OFF >/dev/null
 check "Format, by clang-format" check_format
 check "Layers of includes" tools/lint/layers.sh
 check "Public headers: alone as C11 and C++17, documented" tools/lint/headers.sh

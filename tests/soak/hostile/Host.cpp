@@ -313,7 +313,7 @@ class HostileHost {
     {
         if (random_() % 4 != 0) return;
         removeSemaphores();
-        semget(round_.semaphoreKey, 1, IPC_CREAT | IPC_EXCL | 0666);
+        (void)semget(round_.semaphoreKey, 1, IPC_CREAT | IPC_EXCL | 0666);
     }
 
     void giveBack()

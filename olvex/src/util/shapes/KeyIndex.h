@@ -68,11 +68,10 @@ class KeyIndex {
         while (length-- > 0) {
             hash.takeBack(name[length]);
             if (name[length] != separator) continue;
-            if (Node *node = find(hash.value(), [&](const Node *other) {
-                    const char *key = other->key();
-                    return std::strncmp(key, name, length) == 0 && !key[length];
-                }))
-                return node;
+            const auto isBeginning = [&](const Node *node) {
+                return beginsAs(name, length, *node);
+            };
+            if (Node *node = find(hash.value(), isBeginning)) return node;
         }
         return nullptr;
     }
@@ -109,6 +108,13 @@ class KeyIndex {
         Node *node;
         std::uint32_t hash;
     };
+
+    // Whether a node's key is the first `length` bytes of a name.
+    static bool beginsAs(const char *name, std::size_t length, const Node &node)
+    {
+        const char *key = node.key();
+        return std::strncmp(key, name, length) == 0 && !key[length];
+    }
 
     template <class IsSame>
     Node *find(std::uint32_t hash, IsSame isSame) const
