@@ -12,7 +12,13 @@
 
 OVX_BEGIN_DECLS
 
-/** An argument's value: a 64-bit integer or a pointer in the first bytes, or a long double. */
+/**
+ * An argument's value: a 64-bit integer or a pointer in the first bytes, as the machine keeps them,
+ * or a floating-point number, for "%f" and "%Lf" alike, as an extended value in the first ten: a
+ * significand of 64 bits of which the highest stands before the point, then 15 bits of exponent,
+ * biased by 16383, below the sign; lowest byte first on every processor. On x86 that is a `long
+ * double`.
+ */
 typedef struct CxPrintfValue {
     unsigned char bytes[12]; /**< not aligned */
 } CxPrintfValue;

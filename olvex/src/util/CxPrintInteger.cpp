@@ -95,7 +95,7 @@ bool printInteger(const Directive &directive, CxStringBuff *buffer)
 {
     const char conversion = directive.item.conversion;
     if (!canServe(conversion, directive.slot.type)) return false;
-    const auto value = slotAs<std::uint64_t>(directive.slot);
+    const std::uint64_t value = integerOf(directive.slot);
     if (directive.precision == 0 && value == 0) return true;
     if (conversion == 'd') return printSigned(directive, static_cast<std::int64_t>(value), buffer);
     const bool isPointer = conversion == 'p';

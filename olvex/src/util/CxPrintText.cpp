@@ -50,10 +50,10 @@ bool printNarrow(const Directive &directive, CxStringBuff *buffer)
     const CxPrintfArg &slot = directive.slot;
     if (directive.item.conversion == 'c') {
         if (!holdsInteger(slot.type)) return false;
-        const char byte = static_cast<char>(slot.value.bytes[0]);
+        const char byte = static_cast<char>(integerOf(slot));
         return appendPadded(directive, buffer, &byte, 1);
     }
-    const char *text = slot.type == kString ? slotAs<const char *>(slot) : nullptr;
+    const char *text = slot.type == kString ? pointerOf<const char *>(slot) : nullptr;
     if (!text) return false;
     const std::size_t size = directive.precision < 0
                                  ? std::strlen(text)
@@ -71,9 +71,9 @@ bool printWide(const Directive &directive, CxStringBuff *buffer, uc_ch_t *codeSe
     if (isChar) {
         char character[8];
         ucv_wctomb(codeSet, nullptr, 0);
-        const int size = ucv_wctomb(codeSet, character, slotAs<char16_t>(slot));
+        const int size = ucv_wctomb(codeSet, character, static_cast<char16_t>(integerOf(slot)));
         converted = size >= 0 && appendBytes(&text, character, static_cast<std::size_t>(size));
-    } else if (const auto *units = slotAs<const char16_t *>(slot)) {
+    } else if (const auto *units = pointerOf<const char16_t *>(slot)) {
         converted = convertWide(units, directive.precision, codeSet, &text);
     }
     const bool written =

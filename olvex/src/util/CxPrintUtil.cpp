@@ -35,7 +35,7 @@ bool gather(CxPrintfArg &slot, va_list &list)
         return true;
     case kUintMax: setSlot(slot, type, std::uint64_t{va_arg(list, std::uintmax_t)}); return true;
     case kDouble: setDouble(slot, static_cast<long double>(va_arg(list, double))); return true;
-    case kLongDouble: setSlot(slot, type, va_arg(list, long double), kExtendedSize); return true;
+    case kLongDouble: setFloating(slot, type, va_arg(list, long double)); return true;
     case kSignedSize: setInt(slot, type, va_arg(list, ssize_t)); return true;
     case kSize: setSlot(slot, type, std::uint64_t{va_arg(list, std::size_t)}); return true;
     case kPtrDiff: setInt(slot, type, va_arg(list, std::ptrdiff_t)); return true;
@@ -87,7 +87,7 @@ bool takeSize(const CxPrintfArgs &arguments, std::int32_t index, std::int32_t &s
 {
     if (index < 0) return true;
     if (index >= arguments.count || !holdsInteger(arguments.items[index].type)) return false;
-    size = slotAs<std::int32_t>(arguments.items[index]);
+    size = static_cast<std::int32_t>(integerOf(arguments.items[index]));
     return true;
 }
 

@@ -4,6 +4,8 @@
 
 #include <olvex/Printf.h>
 
+#include "util/CxPrintExtended.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -63,40 +65,50 @@ enum FormatFlag : std::uint32_t {
     kFlagGroup = 0x20,
 };
 
-// An extended value takes the first ten bytes of its slot; what lies beyond is padding.
-inline constexpr std::size_t kExtendedSize = sizeof(long double) < 10 ? sizeof(long double) : 10;
-
 template <class Value>
-void setSlot(CxPrintfArg &slot, ArgType type, const Value &value, std::size_t size = sizeof(Value))
+void setSlot(CxPrintfArg &slot, ArgType type, const Value &value)
 {
+    static_assert(sizeof value <= sizeof slot.value.bytes);
     slot.type = type;
-    std::memcpy(slot.value.bytes, &value, size);
+    std::memcpy(slot.value.bytes, &value, sizeof value);
 }
 
 inline void setInt(CxPrintfArg &slot, ArgType type, std::int64_t value)
 {
     setSlot(slot, type, value);
 }
+inline void setFloating(CxPrintfArg &slot, ArgType type, long double value)
+{
+    slot.type = type;
+    storeExtended(slot.value, value);
+}
 inline void setDouble(CxPrintfArg &slot, long double value)
 {
-    setSlot(slot, kDouble, value, kExtendedSize);
+    setFloating(slot, kDouble, value);
 }
 inline void setString(CxPrintfArg &slot, const char *value)
 {
     setSlot(slot, kString, value);
 }
 
-template <class Value>
-Value slotAs(const CxPrintfArg &slot, std::size_t size = sizeof(Value))
+// What a slot's first bytes hold: an integer of 64 bits, of which narrower ones are the low part,
+// or a pointer.
+inline std::uint64_t integerOf(const CxPrintfArg &slot)
 {
-    Value value{};
-    std::memcpy(&value, slot.value.bytes, size);
+    std::uint64_t value;
+    std::memcpy(&value, slot.value.bytes, sizeof value);
     return value;
 }
-
+template <class Pointer>
+Pointer pointerOf(const CxPrintfArg &slot)
+{
+    Pointer value;
+    std::memcpy(&value, slot.value.bytes, sizeof value);
+    return value;
+}
 inline long double extendedOf(const CxPrintfArg &slot)
 {
-    return slotAs<long double>(slot, kExtendedSize);
+    return loadExtended(slot.value);
 }
 
 // The kinds of value that a slot may hold.
