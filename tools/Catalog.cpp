@@ -141,51 +141,51 @@ ExitCode builtIn(const Options &options)
 
 using Action = ExitCode (*)(const Options &);
 
-void describe(CLI::App &app, Options &options, Action &chosen)
+void describe(Arguments &app, Options &options, Action &chosen)
 {
     app.footer(kFooter);
-    app.require_subcommand(1);
+    app.requirePart();
 
-    CLI::App *command = addCommand(app, "compile", "Make a catalog of a source", chosen, compile);
-    command->add_option("SOURCE", options.source, "The source")->required();
-    command->add_option("-o,--output", options.output, "The catalog to write")->required();
-    command->add_option("--codeset", options.codeSet, "The source's code set; UTF-8 if not given");
+    Arguments command = addCommand(app, "compile", "Make a catalog of a source", chosen, compile);
+    command.option("SOURCE", options.source, "The source").required();
+    command.option("-o,--output", options.output, "The catalog to write").required();
+    command.option("--codeset", options.codeSet, "The source's code set; UTF-8 if not given");
 
     command = addCommand(app, "dump", "Print a catalog as a source in UTF-8", chosen, dump);
-    command->add_option("CATALOG", options.source, "The catalog")->required();
-    command->add_option("-o,--output", options.output, "Write this file instead of printing");
+    command.option("CATALOG", options.source, "The catalog").required();
+    command.option("-o,--output", options.output, "Write this file instead of printing");
 
     command =
         addCommand(app, "check", "Compare translations with the source they are of", chosen, check);
-    command->add_option("BASE", options.source, "The source that was translated")->required();
-    command->add_option("TRANSLATION", options.translations, "Its translations")->required();
-    command->add_option("--codeset", options.codeSet, "The sources' code set");
-    command->add_flag("--allow-same", options.allowSame, "Accept texts that are those of the base");
+    command.option("BASE", options.source, "The source that was translated").required();
+    command.option("TRANSLATION", options.translations, "Its translations").required();
+    command.option("--codeset", options.codeSet, "The sources' code set");
+    command.flag("--allow-same", options.allowSame, "Accept texts that are those of the base");
 
     command =
         addCommand(app, "header", "Make a C and C++ header of typed calls for a source's messages",
                    chosen, header);
-    command->add_option("SOURCE", options.source, "The source")->required();
-    command->add_option("-o,--output", options.output, "The header to write")->required();
-    command->add_option("--codeset", options.codeSet, "The source's code set; UTF-8 if not given");
-    command->add_option("--prefix", options.prefix,
-                        "What names begin with; the source's name in capitals if not given");
+    command.option("SOURCE", options.source, "The source").required();
+    command.option("-o,--output", options.output, "The header to write").required();
+    command.option("--codeset", options.codeSet, "The source's code set; UTF-8 if not given");
+    command.option("--prefix", options.prefix,
+                   "What names begin with; the source's name in capitals if not given");
 
     command = addCommand(app, "builtin", "Print the messages of olvex itself as a source", chosen,
                          builtIn);
-    command->add_option("-o,--output", options.output, "Write this file instead of printing");
+    command.option("-o,--output", options.output, "Write this file instead of printing");
 }
 
 } // namespace
 
 int runCatalog(int argc, char **argv)
 {
-    CLI::App app{"Makes message catalogs, prints them, and compares translations.",
-                 "olvex catalog"};
+    Arguments app("Makes message catalogs, prints them, and compares translations.",
+                  "olvex catalog");
     Options options;
     Action action = nullptr;
     describe(app, options, action);
-    if (const auto code = readArguments(app, argc, argv)) return *code;
+    if (const auto code = app.read(argc, argv)) return *code;
     try {
         return action(options);
     } catch (const std::exception &error) {

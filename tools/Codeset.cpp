@@ -166,39 +166,36 @@ std::string checkName(const std::string &name)
     return "there is no code set '" + name + "' to make; --all makes every one that there is";
 }
 
-CLI::App *describeMake(CLI::App &app, Options &options)
+void describeMake(Arguments &app, Options &options)
 {
-    CLI::App *verb = app.add_subcommand("make", "Make tables and their aliases");
-    auto *names = verb->add_option("NAME", options.names, "Code sets, by any of their names")
-                      ->check(CLI::Validator(checkName, ""));
-    auto *all = verb->add_flag("--all", options.all, "Every known code set")->excludes(names);
-    verb->add_option("-o,--output", options.directory, "Where the files go")
-        ->type_name("DIR")
-        ->required();
-    verb->add_flag("-q,--quiet", options.quiet, "Say only what goes wrong");
-    verb->callback([names, all] {
-        if (names->count() + all->count() == 0) throw CLI::RequiredError("a NAME, or --all,");
+    Arguments verb = app.part("make", "Make tables and their aliases");
+    const Argument names =
+        verb.option("NAME", options.names, "Code sets, by any of their names").check(checkName);
+    const Argument all = verb.flag("--all", options.all, "Every known code set").excludes(names);
+    verb.option("-o,--output", options.directory, "Where the files go").typeName("DIR").required();
+    verb.flag("-q,--quiet", options.quiet, "Say only what goes wrong");
+    verb.whenChosen([names, all] {
+        if (names.count() + all.count() == 0) refuseWithout("a NAME, or --all,");
     });
-    return verb;
 }
 
-int run(CLI::App &app, const Options &options)
+int run(const Arguments &app, const Options &options)
 {
-    if (app.got_subcommand("make")) return runMake(options);
-    return app.got_subcommand("list") ? runList(options) : runShow(options);
+    if (app.isChosen("make")) return runMake(options);
+    return app.isChosen("list") ? runList(options) : runShow(options);
 }
 
-void describe(CLI::App &app, Options &options)
+void describe(Arguments &app, Options &options)
 {
     app.footer(kFooter);
-    app.require_subcommand(1);
+    app.requirePart();
     describeMake(app, options);
-    app.add_subcommand("list", "Tell what the files of a directory are")
-        ->add_option("DIR", options.directory, "A directory of tables")
-        ->required();
-    app.add_subcommand("show", "Tell what a table holds")
-        ->add_option("FILE", options.file, "A table or an alias")
-        ->required();
+    app.part("list", "Tell what the files of a directory are")
+        .option("DIR", options.directory, "A directory of tables")
+        .required();
+    app.part("show", "Tell what a table holds")
+        .option("FILE", options.file, "A table or an alias")
+        .required();
 }
 
 } // namespace
@@ -206,9 +203,9 @@ void describe(CLI::App &app, Options &options)
 int runCodeset(int argc, char **argv)
 {
     Options options;
-    CLI::App app("Makes and shows tables of code sets", "olvex codeset");
+    Arguments app("Makes and shows tables of code sets", "olvex codeset");
     describe(app, options);
-    if (const auto code = readArguments(app, argc, argv)) return *code;
+    if (const auto code = app.read(argc, argv)) return *code;
     try {
         return run(app, options);
     } catch (const std::exception &error) {

@@ -223,52 +223,50 @@ std::string checkHostClass(const std::string &text)
     return "'" + text + "' is not NAME, NAME=logger, NAME=filter, NAME=handler or NAME=formatter";
 }
 
-void addFileOptions(CLI::App *command, Options &options)
+void addFileOptions(Arguments &command, Options &options)
 {
-    command
-        ->add_option("--class", options.hostClasses,
-                     "A class that the program registers; repeatable")
-        ->type_name("NAME[=CATEGORY]")
-        ->allow_extra_args(false)
-        ->check(checkHostClass);
+    command.option("--class", options.hostClasses, "A class that the program registers; repeatable")
+        .typeName("NAME[=CATEGORY]")
+        .oneValueEach()
+        .check(checkHostClass);
 }
 
-void describe(CLI::App &app, Options &options, Action &chosen)
+void describe(Arguments &app, Options &options, Action &chosen)
 {
     app.footer(kFooter);
-    app.require_subcommand(1);
+    app.requirePart();
 
-    CLI::App *command =
+    Arguments command =
         addCommand(app, "check", "Report what is wrong in properties files", chosen, check);
-    command->add_option("FILE", options.files, "The files")->required()->type_name("");
-    command->add_flag("--strict", options.isStrict, "Take warnings for errors");
-    command->add_flag("--json", options.isJson, "Print a JSON object for each problem");
+    command.option("FILE", options.files, "The files").required().typeName("");
+    command.flag("--strict", options.isStrict, "Take warnings for errors");
+    command.flag("--json", options.isJson, "Print a JSON object for each problem");
     addFileOptions(command, options);
 
     command = addCommand(app, "explain", "Show what an object gets, and who listens to it", chosen,
                          explainObject);
-    command->add_option("FILE... NAME", options.files, "The files, and the name of the object")
-        ->required()
-        ->expected(2, CLI::detail::expected_max_vector_size)
-        ->type_name("");
-    command->add_flag("--all", options.withDefaults, "Show defaults as well");
+    command.option("FILE... NAME", options.files, "The files, and the name of the object")
+        .required()
+        .atLeast(2)
+        .typeName("");
+    command.flag("--all", options.withDefaults, "Show defaults as well");
     addFileOptions(command, options);
 
     command =
         addCommand(app, "classes", "List the classes and their properties", chosen, listClasses);
-    command->add_option("CLASS", options.name, "Only this class")->type_name("");
-    command->add_flag("--markdown", options.isMarkdown, "Print the sections of a document");
+    command.option("CLASS", options.name, "Only this class").typeName("");
+    command.flag("--markdown", options.isMarkdown, "Print the sections of a document");
 }
 
 } // namespace
 
 int runConfig(int argc, char **argv)
 {
-    CLI::App app{"Checks properties files, explains them, lists the classes.", "olvex config"};
+    Arguments app("Checks properties files, explains them, lists the classes.", "olvex config");
     Options options;
     Action action = nullptr;
     describe(app, options, action);
-    if (const auto code = readArguments(app, argc, argv)) return *code;
+    if (const auto code = app.read(argc, argv)) return *code;
     std::setlocale(LC_ALL, "");
     return action(options);
 }

@@ -110,31 +110,29 @@ std::string checkLine(const std::string &text)
     return readNumber(text, number) ? std::string() : "'" + text + "' is not a number";
 }
 
-void describe(CLI::App &app, Options &options)
+void describe(Arguments &app, Options &options)
 {
     app.footer(kFooter);
-    app.add_option("--config", options.config, "Properties file that says where records go")
-        ->type_name("FILE");
-    app.add_option("--logger", options.logger, "Name of the logger")
-        ->type_name("NAME")
-        ->capture_default_str();
-    app.add_option("--level", options.levelText, "Level of the events, by name or number")
-        ->type_name("LEVEL")
-        ->capture_default_str()
-        ->check(checkLevel);
-    app.add_option("--file", options.file, "Source file that the events name")->type_name("NAME");
-    app.add_option("--function", options.function, "Source function that the events name")
-        ->type_name("NAME");
-    app.add_option("--line", options.line, "Source line that the events name")
-        ->type_name("NUMBER")
-        ->check(checkLine);
-    app.add_option("--prop", options.properties, "Property of the events; repeatable")
-        ->type_name("NAME=VALUE")
-        ->check(checkProperty)
-        ->allow_extra_args(false);
-    app.add_flag("--stats", options.stats, "Say at the end how many lines were logged");
-    app.add_option("INPUT", options.inputs, "Files to read; - and none are standard input")
-        ->type_name("");
+    app.option("--config", options.config, "Properties file that says where records go")
+        .typeName("FILE");
+    app.option("--logger", options.logger, "Name of the logger").typeName("NAME").showDefault();
+    app.option("--level", options.levelText, "Level of the events, by name or number")
+        .typeName("LEVEL")
+        .showDefault()
+        .check(checkLevel);
+    app.option("--file", options.file, "Source file that the events name").typeName("NAME");
+    app.option("--function", options.function, "Source function that the events name")
+        .typeName("NAME");
+    app.option("--line", options.line, "Source line that the events name")
+        .typeName("NUMBER")
+        .check(checkLine);
+    app.option("--prop", options.properties, "Property of the events; repeatable")
+        .typeName("NAME=VALUE")
+        .check(checkProperty)
+        .oneValueEach();
+    app.flag("--stats", options.stats, "Say at the end how many lines were logged");
+    app.option("INPUT", options.inputs, "Files to read; - and none are standard input")
+        .typeName("");
 }
 
 // Events
@@ -376,9 +374,9 @@ int logInputs(const Options &options)
 int runLog(int argc, char **argv)
 {
     Options options;
-    CLI::App app("Logs each line of its input as one event.", "olvex log");
+    Arguments app("Logs each line of its input as one event.", "olvex log");
     describe(app, options);
-    if (const auto code = readArguments(app, argc, argv)) return *code;
+    if (const auto code = app.read(argc, argv)) return *code;
     if (EventMaker::countOf(options) > kMostProperties) {
         std::fprintf(stderr, "olvex log: an event takes at most %zu properties\n", kMostProperties);
         return kUsage;

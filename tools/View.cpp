@@ -138,24 +138,24 @@ std::string checkFields(const std::string &text)
     return wrong.empty() ? std::string() : "there is no field '" + wrong + "'";
 }
 
-void addList(CLI::App &app, const char *name, std::vector<std::string> &values, const char *help,
+void addList(Arguments &app, const char *name, std::vector<std::string> &values, const char *help,
              const char *type)
 {
-    app.add_option(name, values, help)->type_name(type)->allow_extra_args(false);
+    app.option(name, values, help).typeName(type).oneValueEach();
 }
 
-void describeFilter(CLI::App &app, Options &options)
+void describeFilter(Arguments &app, Options &options)
 {
     Filter &filter = options.filter;
-    app.add_option("--since", options.since, "Records from this time on")
-        ->type_name("TIME")
-        ->check(checkTime);
-    app.add_option("--until", options.until, "Records before this time")
-        ->type_name("TIME")
-        ->check(checkTime);
-    app.add_option("--level", options.level, "Records of at least this level")
-        ->type_name("LEVEL")
-        ->check(checkLevel);
+    app.option("--since", options.since, "Records from this time on")
+        .typeName("TIME")
+        .check(checkTime);
+    app.option("--until", options.until, "Records before this time")
+        .typeName("TIME")
+        .check(checkTime);
+    app.option("--level", options.level, "Records of at least this level")
+        .typeName("LEVEL")
+        .check(checkLevel);
     addList(app, "--id", filter.ids, "Records with such an identifier; repeatable", "PATTERN");
     addList(app, "--component", filter.components, "Records of such a component; repeatable",
             "PATTERN");
@@ -163,27 +163,26 @@ void describeFilter(CLI::App &app, Options &options)
     addList(app, "--text", filter.texts, "Records whose text holds this; repeatable", "TEXT");
 }
 
-void describe(CLI::App &app, Options &options)
+void describe(Arguments &app, Options &options)
 {
     app.footer(kFooter);
     describeFilter(app, options);
-    app.add_flag("-f,--follow", options.follow, "Go on with what is written, until interrupted");
-    app.add_flag("--json", options.json, "Write JSON, one record a line");
-    app.add_flag("--summary", options.summary, "Count by identifier and level");
-    app.add_flag("--only", options.only, "Read the named files without their numbered ones");
-    app.add_option("--format", options.formats, "Look for this format only; repeatable")
-        ->type_name("FORMAT")
-        ->allow_extra_args(false)
-        ->check(CLI::IsMember({"text", "xml", "trace", "console"}));
-    app.add_option("--fields", options.fields, "Properties that text lines have; \"\" for none")
-        ->type_name("NAMES")
-        ->check(checkFields);
-    app.add_option("--separator", options.log.separator, "Separator of text lines")
-        ->type_name("TEXT");
-    app.add_option("--time-format", options.log.timeLayout,
-                   "Layout of the time of text lines, as for strptime")
-        ->type_name("LAYOUT");
-    app.add_option("LOG", options.logs, "Logs to read")->type_name("")->required();
+    app.flag("-f,--follow", options.follow, "Go on with what is written, until interrupted");
+    app.flag("--json", options.json, "Write JSON, one record a line");
+    app.flag("--summary", options.summary, "Count by identifier and level");
+    app.flag("--only", options.only, "Read the named files without their numbered ones");
+    app.option("--format", options.formats, "Look for this format only; repeatable")
+        .typeName("FORMAT")
+        .oneValueEach()
+        .oneOf({"text", "xml", "trace", "console"});
+    app.option("--fields", options.fields, "Properties that text lines have; \"\" for none")
+        .typeName("NAMES")
+        .check(checkFields);
+    app.option("--separator", options.log.separator, "Separator of text lines").typeName("TEXT");
+    app.option("--time-format", options.log.timeLayout,
+               "Layout of the time of text lines, as for strptime")
+        .typeName("LAYOUT");
+    app.option("LOG", options.logs, "Logs to read").typeName("").required();
 }
 
 void readFormats(Options &options)
@@ -194,7 +193,7 @@ void readFormats(Options &options)
                                            nameOf(static_cast<Format>(i))) != options.formats.end();
 }
 
-void interpret(const CLI::App &app, Options &options)
+void interpret(const Arguments &app, Options &options)
 {
     if (!options.since.empty()) options.filter.since = readIsoTime(options.since);
     if (!options.until.empty()) options.filter.until = readIsoTime(options.until);
@@ -344,9 +343,9 @@ int runView(int argc, char **argv)
 {
     std::setlocale(LC_ALL, "");
     Options options;
-    CLI::App app("Shows, searches and counts the records of logs.", "olvex view");
+    Arguments app("Shows, searches and counts the records of logs.", "olvex view");
     describe(app, options);
-    if (const auto code = readArguments(app, argc, argv)) return *code;
+    if (const auto code = app.read(argc, argv)) return *code;
     interpret(app, options);
 
     std::signal(SIGPIPE, SIG_IGN); // a reader that has gone shows as an error of standard output
