@@ -69,15 +69,18 @@ TEST_F(Life, NothingIsLoggedOnceTheToolkitIsClosed)
     EXPECT_EQ(content(), "open\n");
 }
 
+[[noreturn]] void goOnAndOn()
+{
+    for (;;)
+        say("on and on");
+}
+
 TEST_F(Life, TheProcessEndsWhileThreadsLog)
 {
     for (int round = 0; round < 10; ++round) {
         EXPECT_EQ(inChild([]() -> int {
                       for (int i = 0; i < 4; ++i)
-                          std::thread([] {
-                              for (;;)
-                                  say("on and on");
-                          }).detach();
+                          std::thread(goOnAndOn).detach();
                       usleep(5000);
                       exit(0);
                   }),
