@@ -105,7 +105,9 @@ void listFile(const fs::path &path)
 {
     const codeset::FileInfo info = codeset::inspect(path);
     const std::string name = visible(path.filename().native());
-    if (info.isTable)
+    if (info.isForeign)
+        std::printf("%-22s %s\n", name.c_str(), "for machines of the other byte order");
+    else if (info.isTable)
         std::printf("%-22s %-36s %7zu bytes\n", name.c_str(), codeset::familyText(info.family),
                     info.contents.size());
     else
@@ -152,6 +154,12 @@ int showTable(const std::string &path, const codeset::FileInfo &info)
 int runShow(const Options &options)
 {
     const codeset::FileInfo info = codeset::inspect(options.file);
+    if (info.isForeign)
+        throw std::runtime_error(
+            options.file +
+            " is a table for machines of the other byte order; make it anew on a "
+            "machine of this kind with 'olvex codeset make " +
+            info.name + " -o DIR'");
     if (info.isTable) return showTable(options.file, info);
     if (info.name.empty()) throw std::runtime_error(options.file + " is neither table nor alias");
     std::printf("Alias of:   %s\n", visible(info.name).c_str());

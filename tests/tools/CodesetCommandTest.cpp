@@ -1,5 +1,6 @@
 // `olvex codeset` as a user runs it.
 
+#include "core/Localedef.h"
 #include "tools/Command.h"
 
 namespace {
@@ -49,11 +50,24 @@ TEST_F(CodesetCommand, ExplainsMistakes)
     EXPECT_FALSE(blocked.err.empty());
 }
 
+// Tables are in the byte order of the machine that made them.
+TEST_F(CodesetCommand, RefusesATableOfTheOtherByteOrder)
+{
+    std::string table = directory_.read(OLVEX_TABLES "/codeset/KOI8R");
+    std::reverse(table.begin(), table.begin() + 4); // where the mapping data begins
+    directory_.put("KOI8R", table);
+    const Outcome shown = run({"codeset", "show", at("KOI8R")});
+    EXPECT_EQ(shown.code, 1);
+    EXPECT_NE(shown.err.find("other byte order"), std::string::npos) << shown.err;
+    EXPECT_EQ(run({"codeset", "list", directory_.path()}).out,
+              "KOI8R                  for machines of the other byte order\n");
+}
+
 // In a locale of another code set the library finds the tables.
 TEST_F(CodesetCommand, DecidesWhatOtherVerbsWrite)
 {
-    const std::string make =
-        "localedef -c -i ru_RU -f KOI8-R '" + at("ru_RU.KOI8-R") + "' >/dev/null 2>&1";
+    const std::string make = olvex::test::localedef() + "-i ru_RU -f KOI8-R '" +
+                             at("ru_RU.KOI8-R") + "' >/dev/null 2>&1";
     if (std::system(make.c_str()) != 0) GTEST_SKIP() << "no locale can be made here";
     setenv("UCVDIR", OLVEX_TABLES, 1);
     setenv("LOCPATH", directory_.path().c_str(), 1);

@@ -2,6 +2,7 @@
 
 #include <clocale>
 
+#include "core/Localedef.h"
 #include "core/LogDirectory.h"
 #include "ucv/Handle.h"
 
@@ -113,8 +114,8 @@ TEST_F(Tables, AreFoundUnderPathsOf255Bytes)
 // There "i" and "I" are two letters, in whatever case.
 TEST_F(Tables, AndWordsAreKnownInATurkishLocale)
 {
-    const std::string command =
-        "localedef -c -i tr_TR -f UTF-8 '" + (directory_ / "tr_TR") + "' >/dev/null 2>&1";
+    const std::string command = olvex::test::localedef() + "-i tr_TR -f UTF-8 '" +
+                                (directory_ / "tr_TR") + "' >/dev/null 2>&1";
     [[maybe_unused]] const int warned = std::system(command.c_str());
     setenv("LOCPATH", directory_.path().c_str(), 1);
     ASSERT_STREQ(std::setlocale(LC_CTYPE, "tr_TR"), "tr_TR");

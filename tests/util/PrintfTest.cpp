@@ -1,6 +1,7 @@
 // The formatted-output engine: against the system's printf where both must agree, and by itself
 // where it goes its own way.
 
+#include "core/Localedef.h"
 #include "core/LogDirectory.h"
 
 #include <clocale>
@@ -246,19 +247,23 @@ TEST(Printf, WideTextIsCutAndPaddedByItsBytes)
     ucv_cs_free(utf8);
 }
 
-// A locale of its own, whose groups are of three digits and then of two.
+// A locale of its own, whose groups are of three digits and then of two unless a test says
+// otherwise.
 class PrintfLocale : public testing::Test {
   protected:
-    void SetUp() override
+    void SetUp() override { use("xx_XX", "3;2"); }
+
+    void use(const std::string &name, const std::string &grouping)
     {
-        folder_.write("source", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\n"
-                                "grouping 3;2\nEND LC_NUMERIC\n");
-        const std::string command = "localedef -c -i '" + folder_ / "source" + "' -f UTF-8 '" +
-                                    folder_ / "xx_XX" + "' >/dev/null 2>&1";
+        folder_.write("source", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping " +
+                                    grouping + "\nEND LC_NUMERIC\n");
+        const std::string command = olvex::test::localedef() + "-i '" + folder_ / "source" +
+                                    "' -f UTF-8 '" + folder_ / name + "' >/dev/null 2>&1";
         [[maybe_unused]] const int warned = std::system(command.c_str());
         setenv("LOCPATH", (folder_ / "").c_str(), 1);
-        ASSERT_STREQ(std::setlocale(LC_NUMERIC, "xx_XX"), "xx_XX");
+        ASSERT_STREQ(std::setlocale(LC_NUMERIC, name.c_str()), name.c_str());
     }
+
     void TearDown() override
     {
         std::setlocale(LC_NUMERIC, "C");
@@ -282,6 +287,13 @@ TEST_F(PrintfLocale, GroupsDigitsAndKnowsTheDecimalPoint)
     EXPECT_EQ(print("%'.1f", 999999.96), "10.00.000,0");
     // No number is too long to be grouped.
     EXPECT_EQ(print("%'.0Lf", 1e4000L).size(), 4001u + 1 + (4001 - 3 - 1) / 2);
+}
+
+// The end of grouping is a byte that is no size, whether or not plain char has a sign.
+TEST_F(PrintfLocale, GroupsOnlyAsFarAsTheLocaleSays)
+{
+    ASSERT_NO_FATAL_FAILURE(use("yy_YY", "3;-1"));
+    EXPECT_EQ(print("%'d|%'.0f", 1234567890, 1e12), "1234567.890|1000000000.000");
 }
 
 } // namespace

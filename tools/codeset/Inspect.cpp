@@ -35,6 +35,15 @@ unsigned number16(const std::string &contents, std::size_t at)
     return value;
 }
 
+// Whether the mapping data, which comes after the header, begins within the file only when the
+// number that says where is read backwards.
+bool hasOtherOrder(const std::string &contents)
+{
+    std::uint32_t offset = 0;
+    std::memcpy(&offset, contents.data() + kMappingOffsetAt, sizeof offset);
+    return offset > contents.size() && __builtin_bswap32(offset) <= contents.size();
+}
+
 // The printable characters of an alias file, which are few.
 std::string aliasTarget(const std::string &contents)
 {
@@ -58,6 +67,7 @@ FileInfo inspect(const std::string &path)
     }
     info.name.assign(info.contents.data() + kNameAt,
                      strnlen(info.contents.data() + kNameAt, kNameSize - 1));
+    info.isForeign = hasOtherOrder(info.contents);
     const bool isEbcdic = number16(info.contents, kEbcdicMarkAt) == kEbcdicMark;
     info.family = isEbcdic ? unsigned{kEbcdicSingleByte} : number16(info.contents, kFamilyAt);
     return info;

@@ -8,7 +8,8 @@ namespace codeset {
 // The header of a table file, or where an alias file leads.
 struct FileInfo {
     bool isTable = false;
-    std::string name; // of the code set; of an alias, its target
+    bool isForeign = false; // a table in the byte order of other machines
+    std::string name;       // of the code set; of an alias, its target
     unsigned family = 0;
     std::string contents;
 };

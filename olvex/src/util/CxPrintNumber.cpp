@@ -21,8 +21,8 @@ class GroupSizes {
     // The size of the next group, `left` digits when they all belong to it.
     std::int64_t next(std::int64_t left)
     {
-        const char size = *at_;
-        if (size <= 0 || size == CHAR_MAX) return left;
+        const auto size = static_cast<signed char>(*at_); // whether or not plain char has a sign
+        if (size <= 0 || size == SCHAR_MAX) return left;
         if (at_[1] != '\0') ++at_;
         return std::min<std::int64_t>(size, left);
     }
