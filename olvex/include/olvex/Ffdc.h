@@ -76,9 +76,9 @@ OVX_API void OvxFFDCTriggerHandlerSetSecondWarning(OvxObject *handler, double fr
 OVX_API char *OvxFileCopyHandlerGetFiles(OvxObject *handler);
 /**
  * Sets the files to copy (copied): paths separated by blanks; double quotes keep the blanks in a
- * path. NULL is ignored. Property "filesToCopy". Only regular files are captured, no links, and of a
- * file that grows meanwhile what it had at first. A file without a size, as below /proc, is copied
- * as far as the quota goes; a cut is reported.
+ * path. NULL is ignored. Property "filesToCopy". Only regular files are captured, no links, and of
+ * a file that grows meanwhile what it had at first. A file without a size, as below /proc, is
+ * copied as far as the quota goes; a cut is reported.
  */
 OVX_API void OvxFileCopyHandlerSetFiles(OvxObject *handler, const char *files);
 
