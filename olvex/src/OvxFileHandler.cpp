@@ -10,6 +10,7 @@
 #include "OvxHandler.h"
 #include "OvxOlderFiles.h"
 #include "messages/Messages.h"
+#include "ucv/WholeText.h"
 #include "util/CxResult.h"
 #include "util/CxStringBuff.h"
 #include "util/Descriptors.h"
@@ -249,10 +250,9 @@ void EncodedText::encode(uc_ch_t *codeSet)
 {
     CxStringBuff &buffer = encoding;
     CxStringBuffRestart(&buffer);
-    if (!appendBytes(&buffer, text_, size_) || CxStringBuffChangeFromUTF8(codeSet, &buffer) == 0)
-        return;
+    if (!ucv::appendEncoded(codeSet, text_, size_, &buffer)) return;
     text_ = buffer.str;
-    size_ = BaxStringLen(buffer.str);
+    size_ = buffer.length;
 }
 
 void EncodedText::trimBuffer()

@@ -35,20 +35,36 @@ namespace {
 // Longer formats are parsed each time.
 constexpr std::size_t kLongestKept = 2000;
 
-// Puts a parameter's value into an argument slot; an unknown type leaves the slot as it is.
-void fillSlot(CxPrintfArg &slot, const OvxParm &parm)
+// Puts a parameter's value into an argument slot; false for one of an unknown type.
+bool fillSlot(CxPrintfArg &slot, const OvxParm &parm)
 {
     switch (parm.type) {
-    case OVX_PARM_BOOL: return setInt(slot, kInt, parm.value.boolean);
-    case OVX_PARM_INT: return setInt(slot, kInt, parm.value.integer);
-    case OVX_PARM_LONG: return setInt(slot, kLong, parm.value.longInteger);
-    case OVX_PARM_FLOAT: return setDouble(slot, static_cast<long double>(parm.value.floating));
+    case OVX_PARM_BOOL: setInt(slot, kInt, parm.value.boolean); return true;
+    case OVX_PARM_INT: setInt(slot, kInt, parm.value.integer); return true;
+    case OVX_PARM_LONG: setInt(slot, kLong, parm.value.longInteger); return true;
+    case OVX_PARM_FLOAT:
+        setDouble(slot, static_cast<long double>(parm.value.floating));
+        return true;
     case OVX_PARM_DOUBLE:
-        return setDouble(slot, static_cast<long double>(parm.value.doubleFloating));
-    case OVX_PARM_CHAR: return setInt(slot, kUnsignedChar, parm.value.character);
-    case OVX_PARM_STRING: return setString(slot, parm.value.string);
-    default: return;
+        setDouble(slot, static_cast<long double>(parm.value.doubleFloating));
+        return true;
+    case OVX_PARM_CHAR: setInt(slot, kUnsignedChar, parm.value.character); return true;
+    case OVX_PARM_STRING: setString(slot, parm.value.string); return true;
+    default: return false;
     }
+}
+
+// An argument slot as the parser makes it: a type of the last item that names it, and no value.
+[[gnu::cold]] CxPrintfArg parsedSlot(const CxPrintfFmts &formats, std::int32_t index)
+{
+    CxPrintfArg slot = {};
+    for (std::int32_t i = 0; i < formats.count; ++i) {
+        const CxPrintfFmt &item = formats.items[i];
+        if (item.kind != 0) continue;
+        if (item.from.argIndex == index) slot.type = item.to.argType;
+        if (item.widthArg == index || item.precisionArg == index) slot.type = kInt;
+    }
+    return slot;
 }
 
 // "%s" or "%d" without anything else but a position and, for "%d", a length.
@@ -88,7 +104,7 @@ struct FormatPlan::Step {
         kind = !isPlain(item) ? kEngine : item.conversion == 's' ? kString : kInteger;
     }
 
-    // False for a parameter that cannot serve.
+    // False for a parameter that cannot be appended as it is found.
     bool putInto(Appender &line, Parms &parms) const
     {
         if (kind == kText) return line.put(text);
@@ -127,12 +143,10 @@ OVX_HOT void FormatPlan::print(CxStringBuff *buffer, Parms parms)
 {
     if (!steps_ || static_cast<std::size_t>(arguments_.count) > parms.size()) return;
     filled_ = false;
+    budget_ = {};
     Appender text(buffer);
     for (const Step *step = steps_; step != steps_ + formats_.count; ++step) {
-        if (step->kind != Step::kEngine) {
-            if (!step->putInto(text, parms)) return;
-            continue;
-        }
+        if (step->kind != Step::kEngine && step->putInto(text, parms)) continue;
         text.suspend();
         const bool printed = printWithEngine(buffer, *step, parms);
         text.resume();
@@ -143,13 +157,15 @@ OVX_HOT void FormatPlan::print(CxStringBuff *buffer, Parms parms)
 bool FormatPlan::printWithEngine(CxStringBuff *buffer, const Step &step, Parms &parms)
 {
     if (!filled_) fillSlots(parms);
-    return cxPrintfEmit(nullptr, buffer, formats_.items[&step - steps_], arguments_);
+    return cxPrintfEmit(nullptr, buffer, formats_.items[&step - steps_], arguments_, budget_);
 }
 
 void FormatPlan::fillSlots(Parms &parms)
 {
-    for (std::int32_t i = 0; i < arguments_.count; ++i)
-        fillSlot(arguments_.items[i], parms.at(static_cast<std::size_t>(i)));
+    for (std::int32_t i = 0; i < arguments_.count; ++i) {
+        CxPrintfArg &slot = arguments_.items[i];
+        if (!fillSlot(slot, parms.at(static_cast<std::size_t>(i)))) slot = parsedSlot(formats_, i);
+    }
     filled_ = true;
 }
 

@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <span>
 
+#include "util/CxPrintUtil.h"
+
 namespace olvex {
 
 // Parameters to print, in a row or in a list. A list is walked, quickly when they are asked for in
@@ -58,6 +60,7 @@ class FormatPlan {
     CxPrintfFmts formats_ = {};
     CxPrintfArgs arguments_ = {};
     Step *steps_ = nullptr;
+    FillBudget budget_ = {}; // of the print that is under way
     bool usesEngine_ = false;
     bool filled_ = false;
 };

@@ -6,6 +6,7 @@
 
 #include "messages/Messages.h"
 #include "ucv/CatalogSearch.h"
+#include "ucv/WholeText.h"
 #include "util/EventPath.h"
 #include "util/Locked.h"
 #include "util/OvxParmList.h"
@@ -217,7 +218,7 @@ int ovxI18PrintUTF8AsLocal(FILE *stream, const char *utf8)
 {
     if (!stream || !utf8) return -1;
     char local[4096];
-    const int size = ucv_from_utf8(nullptr, utf8, -1, local, sizeof local);
+    const int size = ucv::encodeText(nullptr, utf8, -1, local, sizeof local);
     const auto length = static_cast<std::size_t>(size > 0 ? size - 1 : 0);
     return std::fwrite(local, 1, length, stream) == length ? static_cast<int>(length) : -1;
 }

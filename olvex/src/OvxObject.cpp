@@ -147,7 +147,10 @@ void tearDown(OvxObject *object)
     callFreeVars(object);
     ovxFreeObjectLinks(object);
     freeFormatterParts(object);
+    // Whatever ran meanwhile may have set properties again, a logger's level among them.
+    ovxIntlFreeStringToStringMap(std::exchange(object->properties, nullptr));
     object->enabled = false;
+    adjustGate(object);
     object->cls = nullptr;
     object->dying = false;
 }

@@ -5,10 +5,21 @@
 
 using namespace olvex;
 
+namespace {
+
+bool isKnown(int type)
+{
+    return type >= OVX_PARM_BOOL && type <= OVX_PARM_STRING;
+}
+
+} // namespace
+
+// What an unknown type's value would mean is not known either, so it is not copied.
 OvxParm *OvxCopyParm(const OvxParm *parm)
 {
     if (!parm) return nullptr;
-    auto *copy = Memory().make<OvxParm>(*parm);
+    auto *copy = Memory().make<OvxParm>(isKnown(parm->type) ? *parm : OvxParm());
+    if (copy) copy->type = parm->type;
     if (!copy || parm->type != OVX_PARM_STRING) return copy;
     copy->value.string = Memory().duplicate(parm->value.string);
     if (copy->value.string || !parm->value.string) return copy;

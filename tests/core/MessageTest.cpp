@@ -50,7 +50,7 @@ TEST_F(Messages, PrintPositionally)
         {"at %s end", two, "at "},        // what stands before it stays
         {"%2$s", two, "x"}, // slots are filled by position: a gap in the format is none here
         {"100%", none, "(none)"},
-        {"%1$d", other, "(none)"}, // of no type that is known
+        {"%1$d", other, "0"}, // of no type that is known: nothing but what the format makes of it
         {"", two, "(none)"},
     };
     for (const auto &entry : cases)
@@ -71,6 +71,38 @@ TEST_F(Messages, BindToTheirTextOrItsRawForm)
     OvxSetI18MsgCat(msg, "ovxmsg");
     EXPECT_EQ(OvxBindI18Msg(msg), nullptr);
     OvxFreeI18Msg(msg);
+}
+
+// A slot that an unknown type leaves alone holds nothing of the message before it, whichever way
+// the format is printed, and whether it was printed before.
+TEST_F(Messages, AParameterOfAnUnknownTypeHasNoValue)
+{
+    const std::pair<const char *, const char *> cases[] = {
+        {"[%1$s]", "["},   {"[%1$5s]", "["},      {"[%1$d]", "[0]"},    {"[%1$3d]", "[  0]"},
+        {"[%1$x]", "[0]"}, {"[%1$.1f]", "[0.0]"}, {"[%1$*1$d]", "[0]"}, {"[%1$s|%1$d]", "["},
+        {"[%1$c]", "["},   {"[%1$d|%1$5s]", "["},
+    };
+    OvxParm unknown = {600, {}};
+    unknown.value.longInteger = 0x1234567;
+    const ParmListOwner list{unknown};
+    for (const auto &[format, text] : cases) {
+        for (int round = 0; round < 2; ++round) {
+            OvxI18Msg *before = OvxAllocI18Msg(nullptr, 0, 0, format);
+            OvxAddI18MsgParmString(before, std::string(2000, 'x').c_str());
+            take(OvxBindI18Msg(before));
+            OvxFreeI18Msg(before);
+            OvxI18Msg *msg = OvxAllocI18Msg(nullptr, 0, 0, format);
+            OvxParmListAppend(ovxGetI18MsgParmList(msg), &unknown);
+            EXPECT_EQ(take(OvxBindI18Msg(msg)), text) << format;
+            OvxFreeI18Msg(msg);
+        }
+        EXPECT_STREQ(take(OvxAprintf(format, list.list)).c_str(), text) << format;
+    }
+    EXPECT_EQ(ovxParmToUTF8Str("%s", &unknown), nullptr);
+    OvxParm *copy = OvxCopyParm(&unknown);
+    EXPECT_EQ(copy->type, 600);
+    EXPECT_EQ(copy->value.longInteger, 0);
+    OvxFreeParm(copy);
 }
 
 TEST_F(Messages, CopiesStandAlone)

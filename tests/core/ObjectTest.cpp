@@ -4,6 +4,8 @@
 #include "OvxObject.h"
 #include "OvxToolkit.h"
 
+#include <malloc.h>
+
 using namespace olvex::test;
 
 namespace {
@@ -133,6 +135,27 @@ TEST_F(Objects, MadeAtCloseWithoutEndAreLeftAsShells)
         EXPECT_EQ(OvxGetObjectName(object), nullptr);
         OvxReleaseObject(object);
     }
+}
+
+OvxObject *ending = nullptr; // what the class below sets a property of
+
+// A class that sets properties of its objects to the last.
+TEST_F(Objects, MaySetPropertiesWhileTheyEnd)
+{
+    OvxAddLoggerClass(
+        "test_restless", nullptr, nullptr,
+        [](void *) { ovxIntlSetObjProp(ending, "level", "ALL"); }, OvxBasicLoggerFCfgChange,
+        nullptr);
+    const auto before = mallinfo2().uordblks;
+    for (int i = 0; i < 1000; ++i) {
+        ending = OvxGetObject("restless", "test_restless");
+        OvxReleaseObject(ending);
+    }
+    EXPECT_LT(mallinfo2().uordblks, before + 50000);
+    ending = OvxGetObject("restless", "test_restless");
+    closeToolkit();
+    EXPECT_FALSE(OvxIsLoggable(ending, OVX_LEVEL_FATAL)); // a shell takes nothing
+    OvxReleaseObject(ending);
 }
 
 TEST_F(Objects, MayLeaveTheirClassFunctionsToTheCategory)

@@ -49,6 +49,29 @@ TEST_F(Translations, AreBoundWithTheirParametersOrTheDefaultText)
     EXPECT_EQ(OvxBindI18Msg(msg_), nullptr);
 }
 
+// A catalog may ask for any width: what would fill the memory counts as what cannot be printed.
+TEST_F(Translations, OfAnyWidthMakeNoHugeRecord)
+{
+    folder_.put("de/app.cat", catalogBytes({{1,
+                                             {{1, "%1$1000000000s"},
+                                              {2, "nun %3$2147483647a"},
+                                              {3, "%3$2147483647a"},
+                                              {4, "%2$.2000000000d"},
+                                              {5, "%2$9000000d und %2$9000000d"}}}}));
+    OvxAddI18MsgParmString(msg_, "es");
+    OvxAddI18MsgParmInt(msg_, 3);
+    OvxAddI18MsgParmDouble(msg_, 1.5);
+    const std::pair<int, std::string> cases[] = {{1, "%1$s has %2$d"},
+                                                 {2, "nun "},
+                                                 {3, "%1$s has %2$d"},
+                                                 {4, "%1$s has %2$d"},
+                                                 {5, std::string(8999999, ' ') + "3 und "}};
+    for (const auto &[key, text] : cases) {
+        OvxSetI18MsgKey(msg_, key);
+        EXPECT_TRUE(bound() == text) << key;
+    }
+}
+
 TEST_F(Translations, FollowTheSearchPathAndTheLanguageAtOnce)
 {
     folder_.putText("de/app.cat", "deutsch");

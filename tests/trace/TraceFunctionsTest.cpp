@@ -110,6 +110,25 @@ TEST_F(TraceFunctions, TextIsCutAndIsNoFormat)
                               {1000, "f", 1, "m", ""}}));
 }
 
+TEST_F(TraceFunctions, TextIsCutAtACharacter)
+{
+    start();
+    // What stands before the cut, and how much of it stays.
+    const std::pair<const char *, std::size_t> cases[] = {
+        {"\xC3\xA9", 1022},          {"\xE2\x82\xAC", 1022}, {"x\xE2\x82\xAC", 1023},
+        {"x\xF0\x9F\x98\x80", 1023}, {"xx\xC3", 1023},       {"\x80\x80\x80\x80\x80", 1023},
+    };
+    for (const auto &[last, kept] : cases) {
+        const std::string text = std::string(1022, 'x') + last + std::string(100, 'y');
+        traced.clear();
+        traceMAX(getOlvLogHw(), 1, "f", "m", "%s", text.c_str());
+        ASSERT_EQ(traced.size(), 1u);
+        EXPECT_EQ(traced[0].text, text.substr(0, kept)) << last;
+        traceMAX(getOlvLogHw(), 1, "f", "m", "%s", text.substr(0, 1023).c_str()); // nothing cut
+        EXPECT_EQ(traced[1].text, text.substr(0, 1023)) << last;
+    }
+}
+
 TEST_F(TraceFunctions, AHandleWithoutLoggerOrNoHandleDoesNothing)
 {
     start();

@@ -95,6 +95,10 @@ TEST(ConsoleTracer, CutsMethodNamesAndNamesComponents)
     tracer.logMessage(Tracer::LEVEL_FATAL, "", 0, "1234567890123456789012345678901234", "x");
     EXPECT_EQ(withoutTimes(GetCapturedStdout()),
               "F [Unknown ] 123456789012345678901234567890 " + threadId() + " x\n");
+    CaptureStdout();
+    tracer.logMessage(Tracer::LEVEL_FATAL, "", 0, "12345678901234567890123456789\xC3\xA9", "x");
+    EXPECT_EQ(withoutTimes(GetCapturedStdout()),
+              "F [Unknown ] 12345678901234567890123456789  " + threadId() + " x\n");
     const char *symbols[] = {"Hardware", "Vpd     ", "Com     ",
                              "XSE     ", "FileScan", "Plugin  "};
     for (int i = 0; i < 6; ++i)

@@ -139,6 +139,68 @@ TEST(CatalogTexts, ComeInTheCodeSetThatIsAskedFor)
     ucv_cs_free(latin1);
 }
 
+std::string setRecord(MCSetTDisk record)
+{
+    return bytesOf(record, hton_MCSetTDisk);
+}
+
+// A catalog with one set, in which message N has the text at the place N - 1 of `places`.
+std::string bytesOfTexts(const std::string &texts, const std::vector<std::uint32_t> &places)
+{
+    const auto count = static_cast<std::uint32_t>(places.size());
+    const auto size = static_cast<std::uint32_t>(texts.size());
+    std::string bytes = headerBytes(1) + setRecord({1, 0, 56, 56 + 12 * count, size, count, 0});
+    for (std::uint32_t id = 1; id <= count; ++id)
+        bytes += bytesOf<MCMsgTDisk>({id, places[id - 1], 0}, hton_MCMsgTDisk);
+    return bytes + texts;
+}
+
+std::string converted(uc_ch_t *codeSet, const char *text)
+{
+    char *slot = nullptr;
+    const std::string result = ucv_u2s(codeSet, text, &slot);
+    BaxMemoryFree(slot);
+    return result;
+}
+
+class SharedTexts : public testing::TestWithParam<const char *> {};
+
+// Messages with the same text, with the end of another's, and with what begins inside a character.
+TEST_P(SharedTexts, ComeInEveryCodeSet)
+{
+    const CatalogFolder folder;
+    ucv_set_dir(OLVEX_TABLES);
+    uc_ch_t *codeSet = ucv_cs_new(GetParam());
+    ASSERT_NE(codeSet, nullptr);
+    const std::string texts("caf\xC3\xA9 \xE6\x97\xA5\xE6\x9C\xAC!\0\0caf\xE9\0x\xE9yz\0\xD0\x96",
+                            27);
+    std::vector<std::uint32_t> places;
+    for (const std::uint32_t first : {0u, 5u, 0u, 24u, 12u})
+        places.push_back(first);
+    for (std::uint32_t place = 0; place < texts.size(); ++place)
+        places.push_back(place);
+    const std::string path = folder.put("app.cat", bytesOfTexts(texts, places));
+    ucv_cat_t *catalog = ucv_catopen(path.c_str(), 0, nullptr);
+    ucv_set_def_cs(codeSet);
+    for (int id = 1; id <= static_cast<int>(places.size()); ++id) {
+        const char *text = texts.c_str() + places[static_cast<std::size_t>(id) - 1];
+        EXPECT_STREQ(ucv_catgets(catalog, 1, id, "-", utf8()), text);
+        EXPECT_EQ(ucv_catgets(catalog, 1, id, "-", nullptr), converted(codeSet, text)) << id;
+        EXPECT_EQ(ucv_catgets(catalog, 1, id, "-", codeSet), converted(codeSet, text)) << id;
+    }
+    ucv_catclose_fully(catalog);
+    ucv_set_def_cs(nullptr);
+    ucv_cs_free(codeSet);
+}
+
+INSTANTIATE_TEST_SUITE_P(, SharedTexts,
+                         testing::Values("ISO8859-1", "IBM939", "GB18030", "EUC-JP", "INTERNAL37"),
+                         [](const auto &test) {
+                             std::string name = test.param;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
 TEST(CatalogCache, KeepsAndForgets)
 {
     const CatalogFolder folder;
@@ -201,11 +263,6 @@ TEST(CatalogCache, GrowsWhileAllAreOpenAndElseDropsTheLeastRecent)
     EXPECT_EQ(openDescriptors(folder.path()), 0);
 }
 
-std::string setRecord(MCSetTDisk record)
-{
-    return bytesOf(record, hton_MCSetTDisk);
-}
-
 // What is no catalog is not opened; what lies inside one gives the default text.
 TEST(CatalogFiles, AreNotBelieved)
 {
@@ -254,18 +311,33 @@ TEST(CatalogFiles, AreNotBelieved)
 TEST(CatalogFiles, WithOverlappingTextsStaySmall)
 {
     const CatalogFolder folder;
-    constexpr std::uint32_t kCount = 20000, kLength = 1 << 20;
-    std::string messages;
-    for (std::uint32_t id = 1; id <= kCount; ++id)
-        messages += bytesOf<MCMsgTDisk>({id, id % 2, 0}, hton_MCMsgTDisk);
-    const std::string path = folder.put(
-        "big.cat", headerBytes(1) + setRecord({1, 0, 56, 56 + 12 * kCount, kLength, kCount, 0}) +
-                       messages + std::string(kLength, 'x'));
-    ucv_cat_t *catalog = ucv_catopen(path.c_str(), 0, nullptr);
-    EXPECT_EQ(std::strlen(ucv_catgets(catalog, 1, kCount, "-", utf8())), kLength);
-    EXPECT_EQ(std::strlen(ucv_catgets(catalog, 1, 1, "-", nullptr)), kLength - 1);
-    EXPECT_STREQ(ucv_catgets(catalog, 1, kCount, "-", nullptr), "-");
-    ucv_catclose_fully(catalog);
+    ucv_set_dir(OLVEX_TABLES);
+    uc_ch_t *latin1 = ucv_cs_new("ISO8859-1");
+    constexpr int kCount = 20000;
+    constexpr std::size_t kLength = 1 << 20;
+    // Two texts for all, then for each the end of another, then a place inside a character.
+    const std::tuple<int, char, int> cases[] = {
+        {2, 'x', kCount}, {kCount, 'x', 10}, {kCount, '\xF0', 10}};
+    for (const auto &[different, byte, mostOthers] : cases) {
+        std::vector<std::uint32_t> places;
+        for (std::uint32_t id = 1; id <= kCount; ++id)
+            places.push_back(id % static_cast<std::uint32_t>(different));
+        const std::string path =
+            folder.put("big.cat", bytesOfTexts(std::string(kLength, byte), places));
+        ucv_cat_t *catalog = ucv_catopen(path.c_str(), 0, nullptr);
+        EXPECT_EQ(std::strlen(ucv_catgets(catalog, 1, 1, "-", utf8())), kLength - 1);
+        int others = 0;
+        for (int id = 1; id <= kCount; id += 99) { // of each place if there are two
+            const std::size_t size = kLength - places[static_cast<std::size_t>(id) - 1];
+            const std::string local = ucv_catgets(catalog, 1, id, "-", nullptr);
+            ASSERT_TRUE(byte != 'x' || local.size() == size) << id;
+            others += ucv_catgets(catalog, 1, id, "-", latin1) != std::string("-");
+        }
+        EXPECT_GE(others, 2);
+        EXPECT_LE(others, mostOthers);
+        ucv_catclose_fully(catalog);
+    }
+    ucv_cs_free(latin1);
 }
 
 } // namespace

@@ -13,6 +13,9 @@
 #include <limits>
 #include <random>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 namespace {
 
 struct Printed {
@@ -231,6 +234,46 @@ TEST(Printf, ErrorsEndTheText)
     EXPECT_EQ(formats.items[1].from.argIndex, 32766);
     BaxMemoryFree(formats.items);
     BaxMemoryFree(arguments.items);
+}
+
+// What widths and precisions add to one text is bounded, wherever they come from, and before any of
+// it is done.
+TEST(Printf, WidthsAndPrecisionsAddSixteenMebibytesAtMost)
+{
+    constexpr int kMost = 16 * 1024 * 1024;
+    EXPECT_EQ(print("a%*d", kMost, 1).size(), kMost + 1u);
+    EXPECT_EQ(print("a%.*d", kMost, 1).size(), kMost + 1u);
+    EXPECT_EQ(print("%*d|%*d|%d", kMost, 1, 1, 2, 3).size(), kMost + 1u);
+    EXPECT_EQ(print("%16000000s|%800000s|", "x", "y").size(), 16000001u);
+    for (const char *format : {"a%*d", "a%-*d", "a%0*d", "a%.*d", "a%.*x", "a%*c", "a%*p"})
+        EXPECT_EQ(printInto(nullptr, format, kMost + 1, 1), (Printed{1, "a"})) << format;
+    for (const char *format : {"a%.*a", "a%*a", "a%*f", "a%.*f", "a%.*e", "a%#.*g", "a%*g"})
+        EXPECT_EQ(printInto(nullptr, format, kMost + 1, 1.5), (Printed{1, "a"})) << format;
+    EXPECT_EQ(printInto(nullptr, "a%*s", kMost + 1, "x"), (Printed{1, "a"}));
+    EXPECT_EQ(printInto(nullptr, "a%*S", kMost + 1, u"x"), (Printed{1, "a"}));
+    EXPECT_EQ(print("a%.*g", INT32_MAX, 1.5), "a1.5"); // these add nothing
+    EXPECT_EQ(print("a%.*s", INT32_MAX, "x"), "ax");
+    CxPrintfValue values[2] = {{{1, 0, 0, 1}}, {{7}}};
+    CxStringBuff buffer = {};
+    const int count = CxStringBuffPrintfA(nullptr, &buffer, "a%*d", values);
+    EXPECT_EQ(taken(count, buffer), (Printed{1, "a"}));
+}
+
+TEST(Printf, WideTextIsReadUpToItsPrecision)
+{
+    // Three units that end where nothing may be read.
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    void *area =
+        mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(area, MAP_FAILED);
+    ASSERT_EQ(mprotect(static_cast<char *>(area) + page, page, PROT_NONE), 0);
+    auto *units = reinterpret_cast<char16_t *>(static_cast<char *>(area) + page) - 3;
+    std::fill(units, units + 3, u'x');
+    EXPECT_EQ(printInto(nullptr, "%.3ls|%.2S", units, units).text, "xxx|xx");
+    CxStringBuff buffer = {};
+    EXPECT_EQ(CxStringBuffAppendWStrN(&buffer, nullptr, units, 3), 1);
+    EXPECT_EQ(taken(0, buffer).text, "xxx");
+    munmap(area, 2 * page);
 }
 
 TEST(Printf, WideTextIsCutAndPaddedByItsBytes)

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <string>
 
+#include <malloc.h>
+
 namespace {
 
 class StringBuff : public testing::Test {
@@ -103,6 +105,20 @@ TEST_F(StringBuff, RefusesSizesBeyondTheRangeAndKeepsItsText)
         EXPECT_EQ(cxStringBuffHasCapacity(&buffer_, extra), 0);
     EXPECT_EQ(buffer_.capacity, 1024u);
     EXPECT_EQ(take(), "text");
+}
+
+TEST_F(StringBuff, ARefusedChangeOfCodeSetLeavesNothingBehind)
+{
+    char text[] = "";
+    CxStringBuff large = {0x30000000, 0x30000001, text}; // too large to be changed, so never read
+    const auto before = mallinfo2().uordblks;
+    for (int i = 0; i < 1000; ++i) {
+        EXPECT_EQ(CxStringBuffChangeFromUTF8(nullptr, &large), 0);
+        EXPECT_EQ(CxStringBuffChangeToUTF8(nullptr, &large), 0);
+    }
+    EXPECT_LT(mallinfo2().uordblks, before + 100000);
+    EXPECT_EQ(large.str, text);
+    EXPECT_EQ(large.length, 0x30000000u);
 }
 
 } // namespace

@@ -66,7 +66,7 @@ OVX_API ucv_cat_t *ucv_catopen(const char *name, int flags, const char *locale);
  * The text of a message, or `defaultText` when there is none. For a NULL code set it is in what was
  * the default code set when the message's set was first used, for the UTF-8 handle as stored,
  * otherwise in that code set. Borrowed until ucv_catclose_fully; a text in another code set until
- * the message's next ucv_catgets.
+ * the next ucv_catgets of a message with the same text in the catalog.
  */
 OVX_API const char *ucv_catgets(ucv_cat_t *catalog, int set, int message, const char *defaultText,
                                 uc_ch_t *codeSet);

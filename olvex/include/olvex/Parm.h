@@ -38,7 +38,7 @@ OVX_API bool OvxCmpParms(const OvxParm *a, const OvxParm *b);
 /**
  * Prints `format` with the parameters of `parms` as its positional arguments ("%1$s" is the first).
  * The text is yours; NULL when the format cannot be parsed, uses more parameters than there are, or
- * printed nothing. Takes no lock.
+ * printed nothing. Widths and precisions are bounded as for CxStringBuffPrintf. Takes no lock.
  */
 OVX_API char *OvxAprintf(const char *format, const ParmList *parms);
 

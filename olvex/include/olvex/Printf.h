@@ -67,7 +67,8 @@ typedef struct CxPrintfFmts {
 
 /**
  * Appends formatted text and returns the number of bytes appended. A format that cannot be parsed
- * appends nothing; an item that cannot be printed ends the text. The code set (NULL for the default
+ * appends nothing; an item that cannot be printed ends the text. So does one whose width or
+ * precision would, with those before it, add more than 16 MiB. The code set (NULL for the default
  * one) is that of wide arguments. Wide conversions take char16_t, so the compiler cannot check
  * them.
  */

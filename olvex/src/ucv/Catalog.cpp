@@ -1,21 +1,19 @@
 // Message catalogs as others see them.
 #include <olvex/Catalog.h>
 
-#include <olvex/UcvWide.h>
-
-#include "ucv/CatalogFile.h"
 #include "ucv/CatalogSearch.h"
+#include "ucv/CatalogTexts.h"
 #include "ucv/Handle.h"
 
 using namespace olvex::ucv;
 
 namespace {
 
-const char *textIn(CatalogMessage &message, uc_ch_t *codeSet)
+const char *textIn(const FoundMessage &found, uc_ch_t *codeSet)
 {
-    if (codeSet == &utf8Handle) return message.utf8;
-    if (!codeSet) return message.local;
-    return message.other ? ucv_u2s(codeSet, message.utf8, &message.other) : nullptr;
+    if (codeSet == &utf8Handle) return found.message->utf8;
+    if (!codeSet) return found.message->local;
+    return textInCodeSet(*found.set, *found.message, codeSet);
 }
 
 } // namespace
@@ -28,8 +26,8 @@ ucv_cat_t *ucv_catopen(const char *name, int flags, const char *locale)
 const char *ucv_catgets(ucv_cat_t *catalog, int set, int message, const char *defaultText,
                         uc_ch_t *codeSet)
 {
-    CatalogMessage *found = catalog ? findMessage(catalog, set, message) : nullptr;
-    const char *text = found ? textIn(*found, codeSet) : nullptr;
+    const FoundMessage found = catalog ? findMessage(catalog, set, message) : FoundMessage{};
+    const char *text = found.message ? textIn(found, codeSet) : nullptr;
     return text ? text : defaultText;
 }
 

@@ -2,9 +2,6 @@
 #include "ucv/CatalogFile.h"
 
 #include <olvex/Memory.h>
-#include <olvex/UcvWide.h>
-
-#include "util/Descriptors.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -14,6 +11,9 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "ucv/CatalogTexts.h"
+#include "util/Descriptors.h"
 
 using namespace olvex::ucv;
 
@@ -101,12 +101,6 @@ bool readSets(ucv_cat_t &catalog)
 
 // Loading a set
 
-// What the two areas of conversions need at most: twice each text, and its terminator.
-std::uint64_t conversionSize(const MCSetTDisk &record)
-{
-    return 2 * std::uint64_t{record.textLength} + 1;
-}
-
 bool isWithin(const ucv_cat_t &catalog, std::uint64_t offset, std::uint64_t size)
 {
     return offset <= catalog.size && size <= catalog.size - offset;
@@ -118,7 +112,7 @@ CatalogMessage *allocateSet(const ucv_cat_t &catalog, const MCSetTDisk &record)
         !isWithin(catalog, record.textOffset, record.textLength))
         return nullptr;
     const std::uint64_t size = std::uint64_t{record.numMsgs} * sizeof(CatalogMessage) +
-                               record.textLength + 1 + 2 * conversionSize(record);
+                               record.textLength + 1 + conversionSize(record.textLength);
     return size <= SIZE_MAX
                ? static_cast<CatalogMessage *>(BaxMemoryMalloc(static_cast<std::size_t>(size)))
                : nullptr;
@@ -137,31 +131,13 @@ bool readMessages(const ucv_cat_t &catalog, const MCSetTDisk &set, const char *t
             ntoh_MCMsgTDisk(&record);
             const char *text =
                 record.msgOffset < set.textLength ? texts + record.msgOffset : nullptr;
-            messages[done + index] = {record.msgId, record.msgOffset, record.invalid,
+            messages[done + index] = {record.msgId, record.msgOffset, record.invalid, 0,
                                       text,         nullptr,          nullptr};
         }
         done += count;
         offset += count * sizeof *records;
     }
     return true;
-}
-
-// Converts the texts into the default code set, one behind the other. Texts that do not overlap
-// have room; with the first that has none, the rest stay unconverted.
-void convertMessages(CatalogMessage *messages, std::size_t count, char *area, std::size_t size)
-{
-    char *const others = area + size;
-    std::size_t used = 0;
-    for (CatalogMessage *message = messages; message != messages + count; ++message) {
-        if (!message->utf8) continue;
-        const std::size_t room = 2 * strnlen(message->utf8, size) + 1;
-        if (room > size - used) return;
-        message->local = area + used;
-        *message->local = '\0';
-        message->other = others + used;
-        ucv_u2s(nullptr, message->utf8, &message->local);
-        used += room;
-    }
 }
 
 bool loadSet(const ucv_cat_t &catalog, CatalogSet &set)
@@ -172,20 +148,21 @@ bool loadSet(const ucv_cat_t &catalog, CatalogSet &set)
     char *texts = reinterpret_cast<char *>(messages + record.numMsgs);
     texts[record.textLength] = '\0';
     if (!readAt(catalog.file, texts, record.textLength, record.textOffset) ||
-        !readMessages(catalog, record, texts, messages)) {
+        !readMessages(catalog, record, texts, messages) ||
+        !convertTexts(messages, record.numMsgs, record.textLength, texts + record.textLength + 1)) {
         BaxMemoryFree(messages);
         return false;
     }
-    convertMessages(messages, record.numMsgs, texts + record.textLength + 1,
-                    static_cast<std::size_t>(conversionSize(record)));
     set.messages = messages;
     return true;
 }
 
 void freeCatalog(ucv_cat_t *catalog)
 {
-    for (std::uint32_t index = 0; index < catalog->setCount; ++index)
+    for (std::uint32_t index = 0; index < catalog->setCount; ++index) {
+        freeOtherTexts(catalog->sets[index]);
         BaxMemoryFree(catalog->sets[index].messages);
+    }
     BaxMemoryFree(catalog->sets);
     BaxMemoryFree(catalog);
 }
@@ -244,14 +221,14 @@ void closeCatalogFile(ucv_cat_t *catalog)
     freeCatalog(catalog);
 }
 
-CatalogMessage *findMessage(ucv_cat_t *catalog, int set, int message)
+FoundMessage findMessage(ucv_cat_t *catalog, int set, int message)
 {
-    if (message < 1) return nullptr;
+    if (message < 1) return {};
     const auto setId = static_cast<std::uint32_t>(set);
     CatalogSet *found = search(catalog->sets, catalog->setCount, setId, setId);
-    if (!found || (!found->messages && !loadSet(*catalog, *found))) return nullptr;
+    if (!found || (!found->messages && !loadSet(*catalog, *found))) return {};
     const auto messageId = static_cast<std::uint32_t>(message);
-    return search(found->messages, found->record.numMsgs, messageId, messageId - 1);
+    return {found, search(found->messages, found->record.numMsgs, messageId, messageId - 1)};
 }
 
 } // namespace olvex::ucv

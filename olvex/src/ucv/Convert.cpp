@@ -86,6 +86,11 @@ const Conversions &conversionsOf(const uc_ch_t &handle)
     return kConversions[handle.type < kFamilyCount ? handle.type : std::uint16_t{kBytes}];
 }
 
+bool copiesUtf8(const uc_ch_t &handle)
+{
+    return conversionsOf(handle).fromUtf8 == copyUtf8;
+}
+
 bool mapsAsciiToItself(uc_ch_t &handle)
 {
     for (char16_t unit = 0; unit < 0x80; ++unit) {

@@ -20,6 +20,9 @@ struct Conversions {
 
 const Conversions &conversionsOf(const uc_ch_t &handle);
 
+// Whether UTF-8, or whatever bytes there are, goes into the handle's code set as it is.
+bool copiesUtf8(const uc_ch_t &handle);
+
 // Whether the handle's table maps each character below 0x80 to its own byte, so that runs of them
 // can be copied.
 bool mapsAsciiToItself(uc_ch_t &handle);

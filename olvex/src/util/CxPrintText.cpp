@@ -28,12 +28,13 @@ bool appendPadded(const Directive &directive, CxStringBuff *buffer, const char *
 }
 
 // Converts units to multibyte text until the terminator, or before the first character whose bytes
-// would exceed the precision; false for a unit that cannot be converted.
+// would exceed the precision; false for a unit that cannot be converted. No unit is looked at once
+// the precision is reached: there need be no more.
 bool convertWide(const char16_t *units, std::int32_t precision, uc_ch_t *codeSet,
                  CxStringBuff *text)
 {
     ucv_wctomb(codeSet, nullptr, 0);
-    for (; *units; ++units) {
+    for (; static_cast<std::int64_t>(text->length) != precision && *units; ++units) {
         char character[8];
         const int size = ucv_wctomb(codeSet, character, *units);
         if (size < 0) return false;

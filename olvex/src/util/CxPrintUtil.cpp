@@ -92,7 +92,7 @@ bool takeSize(const CxPrintfArgs &arguments, std::int32_t index, std::int32_t &s
 }
 
 bool emitConversion(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmt &item,
-                    const CxPrintfArgs &arguments)
+                    const CxPrintfArgs &arguments, FillBudget &budget)
 {
     std::int32_t width = item.width;
     std::int32_t precision = item.precision;
@@ -101,6 +101,7 @@ bool emitConversion(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmt &i
         return false;
     const Directive directive{item, arguments.items[item.from.argIndex], width > 0 ? width : 0,
                               precision < 0 ? -1 : precision};
+    if (!budget.take(directive)) return false;
     switch (item.conversion) {
     case 's':
     case 'c':
@@ -148,9 +149,9 @@ void cxPrintfDiscard(CxPrintfFmts *formats, CxPrintfArgs *arguments)
 }
 
 bool cxPrintfEmit(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmt &item,
-                  const CxPrintfArgs &arguments)
+                  const CxPrintfArgs &arguments, FillBudget &budget)
 {
-    if (item.kind == 0) return emitConversion(codeSet, buffer, item, arguments);
+    if (item.kind == 0) return emitConversion(codeSet, buffer, item, arguments, budget);
     const char *text = item.from.textStart;
     return appendBytes(buffer, text, static_cast<std::size_t>(item.to.textEnd - text) + 1);
 }
@@ -160,8 +161,9 @@ int cxPrintfEmitAll(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmts *
 {
     *error = 0;
     const std::uint32_t before = buffer->length;
+    FillBudget budget;
     for (std::int32_t i = 0; !*error && i < formats->count; ++i)
-        if (!cxPrintfEmit(codeSet, buffer, formats->items[i], *arguments)) *error = 1;
+        if (!cxPrintfEmit(codeSet, buffer, formats->items[i], *arguments, budget)) *error = 1;
     return static_cast<int>(buffer->length - before);
 }
 

@@ -133,6 +133,40 @@ struct Directive {
     bool has(FormatFlag flag) const { return item.flags & flag; }
 };
 
+// What the widths and precisions of one print may add to its text. They may come from a catalog or
+// an argument, and a large one would fill the memory, or hold a lock for seconds.
+class FillBudget {
+  public:
+    static constexpr std::int64_t kMost = 16 * 1024 * 1024; // bytes
+
+    // Takes what a directive may add, before it is printed; false when that is too much.
+    bool take(const Directive &directive)
+    {
+        std::int64_t fill = directive.width;
+        if (directive.precision > fill && precisionAdds(directive)) fill = directive.precision;
+        if (fill > left_) return false;
+        left_ -= fill;
+        return true;
+    }
+
+  private:
+    // A text's precision only shortens it, and "%g" leaves out what a number does not have.
+    static bool precisionAdds(const Directive &directive)
+    {
+        switch (directive.item.conversion) {
+        case 's':
+        case 'S':
+        case 'c':
+        case 'C': return false;
+        case 'g':
+        case 'G': return directive.has(kFlagAlternate);
+        default: return true;
+        }
+    }
+
+    std::int64_t left_ = kMost;
+};
+
 // Each prints one conversion; false when its argument cannot serve or memory runs out.
 bool printInteger(const Directive &directive, CxStringBuff *buffer);
 bool printFloating(const Directive &directive, CxStringBuff *buffer);
@@ -150,9 +184,10 @@ inline void cxPrintfReset(CxPrintfFmts *formats, CxPrintfArgs *arguments)
 
 void cxPrintfDiscard(CxPrintfFmts *formats, CxPrintfArgs *arguments);
 
-// Prints one item with the values of the table; false when it cannot be printed.
+// Prints one item with the values of the table, within the budget of the whole print; false when it
+// cannot be printed.
 bool cxPrintfEmit(uc_ch_t *codeSet, CxStringBuff *buffer, const CxPrintfFmt &item,
-                  const CxPrintfArgs &arguments);
+                  const CxPrintfArgs &arguments, olvex::FillBudget &budget);
 
 // Prints all items with the values of the table; sets the error byte to 0 or 1 and returns the
 // number of bytes appended.

@@ -84,12 +84,12 @@ bool change(uc_ch_t *codeSet, CxStringBuff *buffer, std::uint32_t factor,
 {
     if (!buffer) return false;
     CxStringBuff changed = {};
-    if (!cxStringBuffHasCapacity(&changed, std::size_t{buffer->length} * factor)) return false;
-    const char *text = buffer->str ? buffer->str : "";
-    const int count = convert(codeSet, text, static_cast<int>(buffer->length), changed.str,
-                              static_cast<int>(changed.capacity - 1));
+    int count = -1;
+    if (cxStringBuffHasCapacity(&changed, std::size_t{buffer->length} * factor))
+        count = convert(codeSet, buffer->str ? buffer->str : "", static_cast<int>(buffer->length),
+                        changed.str, static_cast<int>(changed.capacity - 1));
     if (count < 0 || static_cast<std::uint32_t>(count) >= changed.capacity) {
-        CxStringBuffDiscard(&changed);
+        CxStringBuffDiscard(&changed); // which may have its first block
         return false;
     }
     changed.str[count] = '\0';
@@ -169,7 +169,8 @@ int CxStringBuffAppendWStrN(CxStringBuff *buffer, uc_ch_t *codeSet, const char16
 {
     if (!buffer || !string) return 0;
     std::int64_t appended = 0;
-    for (; *string; ++string) {
+    // At the limit no unit is looked at: there need be no more.
+    for (; appended != limit && *string; ++string) {
         char character[kLongestCharacter];
         const int size = ucv_wctomb(codeSet, character, *string);
         if (size < 0) return 0;

@@ -1,5 +1,6 @@
 // The eight trace handles and the trace calls on them. No locks of its own; the toolkit takes its
 // lock in each call.
+#include "CutText.h"
 #include "OlvLogCall.h"
 #include "OlvLogConfig.h"
 #include "Publish.h"
@@ -74,13 +75,24 @@ class MethodName {
     const char *name_;
 };
 
+// What does not fit is cut off, at a character's boundary.
+void printText(char (&text)[olvex::kTraceBuffer], const char *format, va_list arguments)
+{
+    const int length = std::vsnprintf(text, sizeof text, format, arguments);
+    constexpr int kLongest = sizeof text - 1;
+    if (length < 0)
+        text[0] = '\0';
+    else if (length > kLongest)
+        text[olvex::wholeCharacters(text, kLongest)] = '\0';
+}
+
 } // namespace
 
 void olvex::writeTrace(const OlvLogWrapper &handle, const TraceKind &kind, const TracePlace &place,
                        const char *format, va_list arguments)
 {
     char text[kTraceBuffer] = "";
-    if (format && std::vsnprintf(text, sizeof text, format, arguments) < 0) text[0] = '\0';
+    if (format) printText(text, format, arguments);
     const MethodName method(kind.prefix, place.method);
     kind.log(handle.logger, place.file, method.get(), place.line, text, 0);
 }

@@ -6,6 +6,8 @@
 #include <ctime>
 #include <unistd.h>
 
+#include "CutText.h"
+
 // What differs between the lines; text stands before and behind the indent.
 struct StdoutTracer::Line {
     Level level;
@@ -47,6 +49,14 @@ class Indent {
     char *text_;
     char short_[128];
 };
+
+// How many bytes of a method's name are shown.
+int shownLength(const char *method)
+{
+    constexpr std::size_t kMost = 30;
+    const std::size_t length = strnlen(method, kMost + 1);
+    return static_cast<int>(length > kMost ? olvex::wholeCharacters(method, kMost) : kMost);
+}
 
 // Counts one entry less, unless there is none, and returns what is left.
 unsigned leave(unsigned *nesting)
@@ -98,10 +108,10 @@ void StdoutTracer::write(const Line &line)
 {
     char time[20];
     const Indent indent(line.fill, line.indent);
-    std::fprintf(stream_, "%s %c [%s] %-30.30s [%04lu] %s%s%s\n", getTimeString(time, sizeof time),
-                 getLevelSymbol(line.level), getComponentSymbol(component_),
-                 line.method ? line.method : "", getThreadId(), line.before, indent.get(),
-                 line.behind);
+    const char *method = line.method ? line.method : "";
+    std::fprintf(stream_, "%s %c [%s] %-30.*s [%04lu] %s%s%s\n", getTimeString(time, sizeof time),
+                 getLevelSymbol(line.level), getComponentSymbol(component_), shownLength(method),
+                 method, getThreadId(), line.before, indent.get(), line.behind);
     std::fflush(stream_);
 }
 

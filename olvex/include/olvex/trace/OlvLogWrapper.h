@@ -96,10 +96,11 @@ OVX_API int istraceActive(OlvLogWrapper *handle, int level);
 OVX_API int getTrcLevel(OlvLogWrapper *handle);
 
 /*
- * Trace calls. Each writes one record: the text, at most 1023 bytes of it, made by vsnprintf from
- * `format` (none for an empty text) and its arguments, with source file, line and method name, in
- * which the five special characters of XML are escaped. Nothing is formatted when the handle does
- * not take the call's level. Arguments are borrowed. They take the toolkit's lock when they write.
+ * Trace calls. Each writes one record: the text, at most 1023 bytes of whole characters, made by
+ * vsnprintf from `format` (none for an empty text) and its arguments, with source file, line and
+ * method name, in which the five special characters of XML are escaped. Nothing is formatted when
+ * the handle does not take the call's level. Arguments are borrowed. They take the toolkit's lock
+ * when they write.
  */
 
 /** Writes at DEBUG_MIN; the handle's level must be 1 or more. */

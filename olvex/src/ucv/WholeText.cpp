@@ -1,0 +1,112 @@
+// See WholeText.h. Mostly texts are ASCII, or else valid: then they are looked at once more and
+// converted as a whole.
+#include "ucv/WholeText.h"
+
+#include "ucv/Encoder.h"
+
+namespace olvex::ucv {
+
+namespace {
+
+bool isFollowing(char byte)
+{
+    return (byte & 0xC0) == 0x80;
+}
+
+// How many bytes a leading byte announces; 1 for what leads nothing.
+std::size_t announced(CodePoint lead)
+{
+    if (lead < 0xC0 || lead > 0xF7) return 1;
+    return lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+}
+
+// The first byte behind the lead must keep the character out of shorter forms, of the surrogates
+// and of what lies above the last code point.
+bool isSecond(CodePoint lead, CodePoint second)
+{
+    const CodePoint least = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    const CodePoint most = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    return second >= least && second <= most;
+}
+
+// The bytes of the character at `in`, which is not ASCII; 0 for what is no character.
+std::size_t characterSize(const char *in, std::size_t left)
+{
+    const CodePoint lead = byteOf(in[0]);
+    if (lead < 0xC2 || lead > 0xF4) return 0;
+    const std::size_t size = announced(lead);
+    if (left < size || !isSecond(lead, byteOf(in[1]))) return 0;
+    for (std::size_t i = 2; i < size; ++i)
+        if (!isFollowing(in[i])) return 0;
+    return size;
+}
+
+// A leading byte and those that follow it, as far as they can belong to it.
+std::size_t malformedSize(const char *in, std::size_t left)
+{
+    const std::size_t most = std::min(announced(byteOf(in[0])), left);
+    std::size_t size = 1;
+    while (size < most && isFollowing(in[size]))
+        ++size;
+    return size;
+}
+
+[[gnu::cold]] char *encodePieces(uc_ch_t &handle, const char *text, const char *end, char *target,
+                                 std::size_t room)
+{
+    constexpr char kMark[] = "?";
+    Encoder encoder(handle, target, room);
+    for (;;) {
+        const char *malformed = findMalformed(text, end);
+        if (encoder.convert(text, malformed) != malformed || malformed == end) break;
+        if (encoder.convert(kMark, kMark + 1) == kMark) break;
+        ++handle.substCount;
+        text = malformed + malformedSize(malformed, static_cast<std::size_t>(end - malformed));
+    }
+    return encoder.finish();
+}
+
+} // namespace
+
+const char *findMalformed(const char *text, const char *end)
+{
+    while (text < end) {
+        while (end - text >= std::ptrdiff_t{kLongBlock} && isAsciiBlock<kLongBlock>(text))
+            text += kLongBlock;
+        // After a character that is not ASCII, others are likely.
+        for (std::size_t count = kShortBlock; count > 0 && text < end; --count) {
+            const auto left = static_cast<std::size_t>(end - text);
+            const std::size_t size = isAscii(*text) ? 1 : characterSize(text, left);
+            if (size == 0) return text;
+            text += size;
+        }
+    }
+    return end;
+}
+
+int encodeText(uc_ch_t *handle, const char *source, int length, char *target, int size)
+{
+    if (!source || !target || size <= 0) return 0;
+    handle = orDefault(handle);
+    const bool terminated = length < 0;
+    const char *end =
+        source + (terminated ? std::strlen(source) : static_cast<std::size_t>(length));
+    if (copiesUtf8(*handle) || findMalformed(source, end) == end) [[likely]]
+        return ucv_from_utf8(handle, source, length, target, size);
+    char *out = encodePieces(*handle, source, end, target,
+                             static_cast<std::size_t>(size) - (terminated ? 1 : 0));
+    if (terminated) *out++ = '\0';
+    return static_cast<int>(out - target);
+}
+
+bool appendEncoded(uc_ch_t *handle, const char *text, std::size_t size, CxStringBuff *buffer)
+{
+    if (2 * size < size || !cxStringBuffHasCapacity(buffer, 2 * size)) return false;
+    const int written =
+        encodeText(handle, text, static_cast<int>(size), buffer->str + buffer->length,
+                   static_cast<int>(buffer->capacity - buffer->length - 1));
+    extend(buffer, static_cast<std::size_t>(written));
+    return true;
+}
+
+} // namespace olvex::ucv
