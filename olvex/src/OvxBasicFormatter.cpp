@@ -11,6 +11,7 @@
 
 #include "OvxEvent.h"
 #include "OvxI18Msg.h"
+#include "OvxPropertyTable.h"
 #include "OvxProps.h"
 #include "util/CxStringBuff.h"
 #include "util/EnvironmentWatch.h"
@@ -209,10 +210,34 @@ void appendMessage(const OvxObject *formatter, OvxEvent *event, CxStringBuff *bu
     CxStringBuffAppendStr(buffer, text.get());
 }
 
-void replace(char *&text, const OvxObject *formatter, const char *name)
+void replace(char *&text, const char *value)
 {
-    BaxMemoryFree(std::exchange(text, BaxStringDup(peekProperty(formatter, name))));
+    BaxMemoryFree(std::exchange(text, BaxStringDup(value)));
 }
+
+template <schema::Name>
+void apply(OvxObject *formatter, const char *value) = delete;
+
+template <>
+void apply<"separator">(OvxObject *formatter, const char *value)
+{
+    replace(formatter->separator, value);
+}
+
+template <>
+void apply<"dateTimeFormat">(OvxObject *formatter, const char *value)
+{
+    replace(formatter->dateTimeFormat, value);
+}
+
+template <>
+void apply<"locale">(OvxObject *formatter, const char *value)
+{
+    formatter->locale = keepLocaleName(value);
+}
+
+constexpr auto kProperties =
+    rowsOf<schema::kBasicFormatter>([]<schema::Name name> { return &apply<name>; });
 
 } // namespace
 
@@ -274,13 +299,15 @@ char *OvxBasicFormatterFGetTrailer(OvxObject *)
 
 void OvxBasicFormatterFCfgChange(OvxObject *formatter, const char *name)
 {
-    if (!isFormatter(formatter)) return OvxBasicObjectFCfgChange(formatter, name);
-    if (BaxStringCmp(name, "separator") == 0) return replace(formatter->separator, formatter, name);
-    if (BaxStringCmp(name, "dateTimeFormat") == 0)
-        return replace(formatter->dateTimeFormat, formatter, name);
-    if (BaxStringCmp(name, "locale") == 0) {
-        formatter->locale = keepLocaleName(peekProperty(formatter, name));
-        return;
-    }
+    if (isFormatter(formatter) && name && applyProperty(kProperties, formatter, name)) return;
     OvxBasicObjectFCfgChange(formatter, name);
 }
+
+constinit const ClassSlots olvex::slots::ovx_basicformatter = {
+    .cfgChange = OvxBasicFormatterFCfgChange,
+    .format = OvxBasicFormatterFFormat,
+    .getHeader = OvxBasicFormatterFGetHeader,
+    .getTrailer = OvxBasicFormatterFGetTrailer,
+    .bindMsg = ovxIntlBindI18Msg,
+    .append = appendBasicFormat,
+};

@@ -2,6 +2,7 @@
 // the API mutex held.
 #include "OvxObject.h"
 
+#include "OvxBasicFormatter.h"
 #include "OvxToolkit.h"
 #include "messages/Messages.h"
 #include "util/Memory.h"
@@ -30,7 +31,8 @@ constexpr CategoryDefaults kDefaults[] = {
      {.format = OvxBasicFormatterFFormat,
       .getHeader = OvxBasicFormatterFGetHeader,
       .getTrailer = OvxBasicFormatterFGetTrailer,
-      .bindMsg = ovxIntlBindI18Msg}},
+      .bindMsg = ovxIntlBindI18Msg,
+      .append = appendBasicFormat}},
 };
 
 template <class Slot>
@@ -48,6 +50,7 @@ void fillEmptySlots(ClassSlots &slots, int category)
         fill(slots.isLoggable, entry.slots.isLoggable);
         fill(slots.open, entry.slots.open);
         fill(slots.close, entry.slots.close);
+        if (!slots.format) slots.append = entry.slots.append;
         fill(slots.format, entry.slots.format);
         fill(slots.getHeader, entry.slots.getHeader);
         fill(slots.getTrailer, entry.slots.getTrailer);

@@ -3,14 +3,9 @@
 
 #include <utility>
 
-#include "OvxFFDCTriggerHandler.h"
-#include "OvxFileCopyHandler.h"
-#include "OvxFileHandler.h"
-#include "OvxMavTraceFormatter.h"
-#include "OvxMsgIdFilter.h"
-#include "OvxPDLogger.h"
-#include "OvxPDXMLFormatter.h"
+#include "OvxObject.h"
 #include "messages/Messages.h"
+#include "schema/Property.h"
 #include "util/OvxStringGroup.h"
 #include "util/OvxStringToObjClassMap.h"
 
@@ -26,118 +21,25 @@ StringGroup *classNames[kCategories] = {};
 
 struct BuiltInClass {
     const char *name;
-    int category;
-    Message description; // kCatalog for none
-    ClassSlots slots;
+    schema::Category category;
+    Message description; // kNoDescription for none
+    const ClassSlots *slots;
 };
 
 constexpr Message kNoDescription = Message::kCatalog;
 
-// One row a class, in the order of registration. What a row leaves out is the category's default.
 constexpr BuiltInClass kBuiltInClasses[] = {
-    {"ovx_basiclogger",
-     OVX_CLASS_LOGGER,
-     Message::kDescBasicLogger,
-     {.cfgChange = OvxBasicLoggerFCfgChange, .log = OvxBasicObjectFLog}},
-    {"ovx_pdlogger",
-     OVX_CLASS_LOGGER,
-     Message::kDescPdLogger,
-     {.allocVars = OvxPDLoggerFAllocVars,
-      .freeVars = OvxPDLoggerFFreeVars,
-      .cfgChange = OvxPDLoggerFCfgChange,
-      .log = OvxPDLoggerFLog}},
-    {"ovx_levelfilter",
-     OVX_CLASS_FILTER,
-     Message::kDescLevelFilter,
-     {.cfgChange = OvxLevelFilterFCfgChange,
-      .log = OvxBasicObjectFLog,
-      .process = OvxBasicFilterFProcess,
-      .isLoggable = OvxLevelFilterFIsLoggable}},
-    {"ovx_msgidfilter",
-     OVX_CLASS_FILTER,
-     kNoDescription,
-     {.allocVars = OvxMsgIdFilterFAllocVars,
-      .freeVars = OvxMsgIdFilterFFreeVars,
-      .cfgChange = OvxMsgIdFilterFCfgChange,
-      .log = OvxBasicObjectFLog,
-      .process = OvxBasicFilterFProcess,
-      .isLoggable = OvxMsgIdFilterFIsLoggable}},
-    {"ovx_consolehandler",
-     OVX_CLASS_HANDLER,
-     Message::kDescConsoleHandler,
-     {.allocVars = OvxConsoleHandlerFAllocVars,
-      .freeVars = OvxConsoleHandlerFFreeVars,
-      .cfgChange = OvxBasicHandlerFCfgChange,
-      .process = OvxConsoleHandlerFProcess,
-      .open = OvxConsoleHandlerFOpen,
-      .close = OvxConsoleHandlerFClose}},
-    {"ovx_stderrhandler",
-     OVX_CLASS_HANDLER,
-     kNoDescription,
-     {.allocVars = OvxConsoleHandlerFAllocVars,
-      .freeVars = OvxConsoleHandlerFFreeVars,
-      .cfgChange = OvxBasicHandlerFCfgChange,
-      .process = OvxStderrHandlerFProcess,
-      .open = OvxConsoleHandlerFOpen,
-      .close = OvxConsoleHandlerFClose}},
-    {"ovx_filehandler",
-     OVX_CLASS_HANDLER,
-     Message::kDescFileHandler,
-     {.allocVars = OvxFileHandlerFAllocVars,
-      .freeVars = OvxFileHandlerFFreeVars,
-      .cfgChange = OvxFileHandlerFCfgChange,
-      .process = OvxFileHandlerFProcess,
-      .open = OvxFileHandlerFOpen,
-      .close = OvxFileHandlerFClose}},
-    {"ovx_multiproc_filehandler",
-     OVX_CLASS_HANDLER,
-     kNoDescription,
-     {.allocVars = OvxFileHandlerFAllocVars,
-      .freeVars = OvxFileHandlerFFreeVars,
-      .cfgChange = OvxFileHandlerFCfgChange,
-      .process = OvxMultiProcFileHandlerFProcess,
-      .open = OvxMultiProcFileHandlerFOpen,
-      .close = OvxMultiProcFileHandlerFClose}},
-    {"ovx_basicformatter",
-     OVX_CLASS_FORMATTER,
-     Message::kDescBasicFormatter,
-     {.cfgChange = OvxBasicFormatterFCfgChange,
-      .format = OvxBasicFormatterFFormat,
-      .getHeader = OvxBasicFormatterFGetHeader,
-      .getTrailer = OvxBasicFormatterFGetTrailer,
-      .bindMsg = ovxIntlBindI18Msg}},
-    {"ovx_xmlformatter",
-     OVX_CLASS_FORMATTER,
-     Message::kDescXmlFormatter,
-     {.allocVars = OvxPDXMLFormatterFAllocVars,
-      .freeVars = OvxPDXMLFormatterFFreeVars,
-      .cfgChange = OvxPDXMLFormatterFCfgChange,
-      .format = OvxPDXMLFormatterFFormat,
-      .getHeader = OvxPDXMLFormatterFGetHeader,
-      .getTrailer = OvxPDXMLFormatterFGetTrailer,
-      .bindMsg = ovxIntlBindI18Msg}},
-    {"ovx_mavtraceformatter",
-     OVX_CLASS_FORMATTER,
-     kNoDescription,
-     {.format = OvxMavTraceFormatterFFormat, .bindMsg = ovxIntlBindI18Msg}},
-    {"ovx_ffdc_trigger_handler",
-     OVX_CLASS_HANDLER,
-     Message::kDescTriggerHandler,
-     {.allocVars = OvxFFDCTriggerHandlerFAllocVars,
-      .freeVars = OvxFFDCTriggerHandlerFFreeVars,
-      .cfgChange = OvxFFDCTriggerHandlerFCfgChange,
-      .open = OvxFFDCTriggerHandlerFOpen,
-      .close = OvxFFDCTriggerHandlerFClose}},
-    {"ovx_ffdc_filecopy_handler",
-     OVX_CLASS_HANDLER,
-     Message::kDescFileCopyHandler,
-     {.allocVars = OvxFileCopyHandlerFAllocVars,
-      .freeVars = OvxFileCopyHandlerFFreeVars,
-      .cfgChange = OvxFileCopyHandlerFCfgChange,
-      .process = OvxFileCopyHandlerFProcess,
-      .open = OvxFFDCTriggerHandlerFOpen,
-      .close = OvxFFDCTriggerHandlerFClose}},
+#define OVX_CLASS(name, category, description, ...)                                                \
+    {#name, schema::Category::category, Message::description, &slots::name},
+#include "schema/classes.def"
+#undef OVX_CLASS
 };
+
+constexpr int categoryOf(const BuiltInClass &row)
+{
+    return kFirstCategory + static_cast<int>(row.category) -
+           static_cast<int>(schema::Category::Logger);
+}
 
 void addBuiltInClass(const BuiltInClass &row)
 {
@@ -145,7 +47,7 @@ void addBuiltInClass(const BuiltInClass &row)
     if (row.description != kNoDescription)
         description = ovxIntlAllocI18Msg(textOf(Message::kCatalog), kMessageSet,
                                          keyOf(row.description), textOf(row.description));
-    ovxIntlAddClass(row.name, row.category, description, row.slots);
+    ovxIntlAddClass(row.name, categoryOf(row), description, *row.slots);
     ovxIntlFreeI18Msg(description);
 }
 

@@ -73,3 +73,23 @@ void OvxConsoleHandlerFClose(OvxObject *handler)
     if (trailer) ovxI18PrintUTF8AsLocal(streamOf(handler), trailer.get());
     vars->open = false;
 }
+
+constinit const ClassSlots olvex::slots::ovx_consolehandler = {
+    .allocVars = OvxConsoleHandlerFAllocVars,
+    .freeVars = OvxConsoleHandlerFFreeVars,
+    .cfgChange = OvxBasicHandlerFCfgChange,
+    .process = OvxConsoleHandlerFProcess,
+    .open = OvxConsoleHandlerFOpen,
+    .close = OvxConsoleHandlerFClose,
+    .passesOnLast = true,
+};
+
+constinit const ClassSlots olvex::slots::ovx_stderrhandler = {
+    .allocVars = OvxConsoleHandlerFAllocVars,
+    .freeVars = OvxConsoleHandlerFFreeVars,
+    .cfgChange = OvxBasicHandlerFCfgChange,
+    .process = OvxStderrHandlerFProcess,
+    .open = OvxConsoleHandlerFOpen,
+    .close = OvxConsoleHandlerFClose,
+    .passesOnLast = true,
+};

@@ -6,6 +6,7 @@
 
 #include "OvxFFDCTriggerHandler.h"
 #include "messages/Messages.h"
+#include "util/Sums.h"
 
 #include <cerrno>
 #include <climits>
@@ -20,12 +21,6 @@ using namespace olvex;
 namespace {
 
 constexpr std::int32_t kFirstCapacity = 16;
-
-std::int64_t saturatedSum(std::int64_t a, std::int64_t b)
-{
-    std::int64_t sum = 0;
-    return __builtin_add_overflow(a, b, &sum) ? INT64_MAX : sum;
-}
 
 // The path of a walk, which gets longer and shorter.
 class WalkPath {

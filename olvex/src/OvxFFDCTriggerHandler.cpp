@@ -10,7 +10,10 @@
 
 #include "OvxEvent.h"
 #include "OvxLogFiles.h"
+#include "OvxPropertyTable.h"
+#include "OvxProps.h"
 #include "messages/Messages.h"
+#include "util/Sums.h"
 
 using namespace olvex;
 
@@ -42,12 +45,6 @@ void findFilter(const OvxObject *handler, OvxFFDCHandlerVars &vars)
         report(OVX_LEVEL_ERROR, Message::kNoTriggerFilter, ovxIntlGetObjectName(handler));
 }
 
-std::int64_t saturatedSum(std::int64_t a, std::int64_t b)
-{
-    std::int64_t sum = 0;
-    return __builtin_add_overflow(a, b, &sum) ? INT64_MAX : sum;
-}
-
 // "/2008.04.01/"; empty for a time that has no date.
 struct DateName {
     char text[64] = "";
@@ -61,47 +58,62 @@ struct DateName {
     }
 };
 
-template <void (*Set)(OvxObject *, const char *)>
-void applyText(OvxObject *handler, const char *name)
+// The setters take no value that makes no sense, such as the 0 of one that is no number.
+template <schema::Name>
+void apply(OvxObject *handler, const char *value) = delete;
+
+template <>
+void apply<"triggerFilter">(OvxObject *handler, const char *value)
 {
-    Set(handler, peekProperty(handler, name));
+    ovxIntlFFDCTriggerHandlerSetFilterName(handler, value);
 }
 
-// A value that does not convert is 0, which the setters do not take.
-template <void (*Set)(OvxObject *, std::int64_t)>
-void applyInteger(OvxObject *handler, const char *name)
+template <>
+void apply<"triggerRepeatTime">(OvxObject *handler, const char *value)
 {
-    Set(handler, ovxIntlGetObjPropLong(handler, name, nullptr));
+    ovxIntlFFDCTriggerHandlerSetInterval(handler, ovxPropStrToInt64(value, nullptr));
 }
 
-template <void (*Set)(OvxObject *, double)>
-void applyFraction(OvxObject *handler, const char *name)
+template <>
+void apply<"baseDir">(OvxObject *handler, const char *value)
 {
-    Set(handler, ovxIntlGetObjPropDouble(handler, name, nullptr));
+    ovxIntlFFDCTriggerHandlerSetBaseDir(handler, value);
 }
 
-void applyWarnOnDiskSpace(OvxObject *handler, const char *name)
+template <>
+void apply<"maxDiskSpace">(OvxObject *handler, const char *value)
+{
+    ovxIntlFFDCTriggerHandlerSetMaxDisk(handler, ovxPropStrToInt64(value, nullptr));
+}
+
+template <>
+void apply<"quotaPolicy">(OvxObject *handler, const char *value)
+{
+    ovxIntlFFDCTriggerHandlerSetQuotaPolicy(handler, value);
+}
+
+template <>
+void apply<"firstWarning">(OvxObject *handler, const char *value)
+{
+    ovxIntlFFDCTriggerHandlerSetFirstWarning(handler, ovxPropStrToFloat64(value, nullptr));
+}
+
+template <>
+void apply<"secondWarning">(OvxObject *handler, const char *value)
+{
+    ovxIntlFFDCTriggerHandlerSetSecondWarning(handler, ovxPropStrToFloat64(value, nullptr));
+}
+
+template <>
+void apply<"warnOnDiskSpace">(OvxObject *handler, const char *value)
 {
     bool isNumber = false;
-    const double value = ovxIntlGetObjPropDouble(handler, name, &isNumber);
-    if (isNumber) ffdcVarsOf(handler)->warnOnDiskSpace = std::fabs(value) >= 1.0;
+    const double number = ovxPropStrToFloat64(value, &isNumber);
+    if (isNumber) ffdcVarsOf(handler)->warnOnDiskSpace = std::fabs(number) >= 1.0;
 }
 
-struct PropertyChange {
-    const char *name;
-    void (*apply)(OvxObject *handler, const char *name);
-};
-
-constexpr PropertyChange kChanges[] = {
-    {"baseDir", applyText<ovxIntlFFDCTriggerHandlerSetBaseDir>},
-    {"maxDiskSpace", applyInteger<ovxIntlFFDCTriggerHandlerSetMaxDisk>},
-    {"triggerFilter", applyText<ovxIntlFFDCTriggerHandlerSetFilterName>},
-    {"triggerRepeatTime", applyInteger<ovxIntlFFDCTriggerHandlerSetInterval>},
-    {"quotaPolicy", applyText<ovxIntlFFDCTriggerHandlerSetQuotaPolicy>},
-    {"firstWarning", applyFraction<ovxIntlFFDCTriggerHandlerSetFirstWarning>},
-    {"secondWarning", applyFraction<ovxIntlFFDCTriggerHandlerSetSecondWarning>},
-    {"warnOnDiskSpace", applyWarnOnDiskSpace},
-};
+constexpr auto kProperties =
+    rowsOf<schema::kTriggered>([]<schema::Name name> { return &apply<name>; });
 
 } // namespace
 
@@ -144,12 +156,7 @@ void OvxFFDCTriggerHandlerFFreeVars(void *variables)
 
 void OvxFFDCTriggerHandlerFCfgChange(OvxObject *handler, const char *name)
 {
-    if (!name) return;
-    for (const PropertyChange &change : kChanges) {
-        if (BaxStringCmp(name, change.name) != 0) continue;
-        if (ffdcVarsOf(handler)) change.apply(handler, name);
-        return;
-    }
+    if (!name || (ffdcVarsOf(handler) && applyProperty(kProperties, handler, name))) return;
     OvxBasicHandlerFCfgChange(handler, name);
 }
 
@@ -206,3 +213,11 @@ char *ovxMakeFFDCDir(OvxObject *handler, OvxEvent *event)
     OvxSetEventProp(event, "ffdcDir", directory);
     return directory;
 }
+
+constinit const ClassSlots olvex::slots::ovx_ffdc_trigger_handler = {
+    .allocVars = OvxFFDCTriggerHandlerFAllocVars,
+    .freeVars = OvxFFDCTriggerHandlerFFreeVars,
+    .cfgChange = OvxFFDCTriggerHandlerFCfgChange,
+    .open = OvxFFDCTriggerHandlerFOpen,
+    .close = OvxFFDCTriggerHandlerFClose,
+};

@@ -8,6 +8,7 @@
 
 #include "OvxFFDCSpace.h"
 #include "OvxFileCopy.h"
+#include "OvxPropertyTable.h"
 #include "messages/Messages.h"
 #include "util/CxResult.h"
 #include "util/Locked.h"
@@ -93,16 +94,29 @@ void act(OvxObject *handler, OvxEvent *event)
         ovxFileCopyHandlerCopyToDir(files.get(), dir.get(), name, quotaFor(handler, work));
 }
 
-struct PropertyChange {
-    const char *name;
-    void (*set)(OvxObject *handler, const char *value);
-};
+template <schema::Name>
+void apply(OvxObject *handler, const char *value) = delete;
 
-constexpr PropertyChange kChanges[] = {
-    {"filesToCopy", ovxIntlFileCopyHandlerSetFiles},
-    {"zipFileName", ovxIntlFileCopyHandlerSetZipFile},
-    {"zipCmdPath", ovxIntlFileCopyHandlerSetZipCmdPath},
-};
+template <>
+void apply<"filesToCopy">(OvxObject *handler, const char *value)
+{
+    ovxIntlFileCopyHandlerSetFiles(handler, value);
+}
+
+template <>
+void apply<"zipFileName">(OvxObject *handler, const char *value)
+{
+    ovxIntlFileCopyHandlerSetZipFile(handler, value);
+}
+
+template <>
+void apply<"zipCmdPath">(OvxObject *handler, const char *value)
+{
+    ovxIntlFileCopyHandlerSetZipCmdPath(handler, value);
+}
+
+constexpr auto kProperties =
+    rowsOf<schema::kFileCopy>([]<schema::Name name> { return &apply<name>; });
 
 } // namespace
 
@@ -126,12 +140,7 @@ void OvxFileCopyHandlerFFreeVars(void *variables)
 void OvxFileCopyHandlerFCfgChange(OvxObject *handler, const char *name)
 {
     if (!name) return;
-    for (const PropertyChange &change : kChanges) {
-        if (BaxStringCmp(name, change.name) != 0) continue;
-        const Text value(ovxIntlGetObjProp(handler, name, nullptr));
-        return change.set(handler, value.get());
-    }
-    OvxFFDCTriggerHandlerFCfgChange(handler, name);
+    if (!applyProperty(kProperties, handler, name)) OvxFFDCTriggerHandlerFCfgChange(handler, name);
 }
 
 void OvxFileCopyHandlerFProcess(OvxObject *handler, OvxEvent *event)
@@ -192,3 +201,13 @@ void OvxFileCopyHandlerSetZipCmdPath(OvxObject *handler, const char *path)
 {
     locked([&] { ovxIntlFileCopyHandlerSetZipCmdPath(handler, path); });
 }
+
+constinit const ClassSlots olvex::slots::ovx_ffdc_filecopy_handler = {
+    .allocVars = OvxFileCopyHandlerFAllocVars,
+    .freeVars = OvxFileCopyHandlerFFreeVars,
+    .cfgChange = OvxFileCopyHandlerFCfgChange,
+    .process = OvxFileCopyHandlerFProcess,
+    .open = OvxFFDCTriggerHandlerFOpen,
+    .close = OvxFFDCTriggerHandlerFClose,
+    .passesOnLast = true,
+};

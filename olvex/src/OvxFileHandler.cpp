@@ -239,13 +239,6 @@ Closing closeWithoutTrailer(OvxFileHandlerVars &vars)
     return {success(), isOurs(vars) ? CxFileClose(&vars.file) : failure(EBADF)};
 }
 
-Closing closeIfFileHandler(OvxObject *handler)
-{
-    if (!isHandler(handler) || handler->cls->slots.allocVars != OvxFileHandlerFAllocVars) return {};
-    OvxFileHandlerVars *vars = fileVarsOf(handler);
-    return vars && vars->isOpen ? closeWithTrailer(handler, *vars) : Closing();
-}
-
 void EncodedText::encode(uc_ch_t *codeSet)
 {
     CxStringBuff &buffer = encoding;
@@ -319,3 +312,13 @@ void ovxFileHandlerDoRollover(OvxFileHandlerVars &vars)
     vars.state.size = 0;
     if (!isLogFull(vars, kWorthWatching)) vars.watch.expectQuiet();
 }
+
+constinit const ClassSlots olvex::slots::ovx_filehandler = {
+    .allocVars = OvxFileHandlerFAllocVars,
+    .freeVars = OvxFileHandlerFFreeVars,
+    .cfgChange = OvxFileHandlerFCfgChange,
+    .process = OvxFileHandlerFProcess,
+    .open = OvxFileHandlerFOpen,
+    .close = OvxFileHandlerFClose,
+    .passesOnLast = true,
+};

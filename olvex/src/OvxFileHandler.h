@@ -82,9 +82,6 @@ struct Closing {
 Closing closeWithTrailer(OvxObject *handler, OvxFileHandlerVars &vars);
 Closing closeWithoutTrailer(OvxFileHandlerVars &vars);
 
-// Closes the file of a handler of either class for files, with its trailer; nothing for others.
-Closing closeIfFileHandler(OvxObject *handler);
-
 // A text as it goes into the file: UTF-8 as it is, else converted into the one buffer that is there
 // for that, so nothing may be reported while a text lives.
 class EncodedText {

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <utility>
 
+#include "OvxPropertyTable.h"
+#include "OvxProps.h"
 #include "messages/Messages.h"
 
 #include <cstdio>
@@ -18,22 +20,39 @@ using namespace olvex;
 
 namespace {
 
-constexpr std::int32_t kFallbackBytes = 1024;
-constexpr std::int32_t kFallbackFiles = 3;
+constexpr auto kFallbackBytes = schema::fallbackOf(schema::kFileHandler, "maxFileBytes");
+constexpr auto kFallbackFiles = schema::fallbackOf(schema::kFileHandler, "maxFiles");
+constexpr auto kFallbackSemKey = schema::fallbackOf(schema::kSharedFile, "MPFileSemKey");
 constexpr std::uint32_t kModeBits = 07777;
 
-std::optional<std::int32_t> numberProperty(const OvxObject *handler, const char *name)
+// Closes the file with the old settings, and reports what went wrong with that when the new one is
+// stored: a report that comes back to the handler finds it settled.
+class ClosedMeanwhile {
+  public:
+    ClosedMeanwhile(OvxObject *handler, OvxFileHandlerVars &vars)
+    {
+        if (vars.isOpen) closing_ = closeWithTrailer(handler, vars);
+    }
+    ~ClosedMeanwhile() { closing_.report(); }
+    ClosedMeanwhile(const ClosedMeanwhile &) = delete;
+    ClosedMeanwhile &operator=(const ClosedMeanwhile &) = delete;
+
+  private:
+    Closing closing_;
+};
+
+std::optional<std::int32_t> numberIn(const char *value)
 {
-    bool found = false;
-    const std::int32_t value = ovxIntlGetObjPropInt(handler, name, &found);
-    return found ? std::optional(value) : std::nullopt;
+    bool converts = false;
+    const std::int32_t number = ovxPropStrToInt32(value, &converts);
+    return converts ? std::optional(number) : std::nullopt;
 }
 
-bool flagProperty(const OvxObject *handler, const char *name)
+bool flagIn(const char *value)
 {
-    bool found = false;
-    const bool value = ovxIntlGetObjPropBool(handler, name, &found);
-    return found ? value : true;
+    bool converts = false;
+    const bool flag = ovxPropStrToBool(value, &converts);
+    return converts ? flag : true;
 }
 
 // A base that ends in a digit gets a "_" behind it: numbers are for the older files.
@@ -53,9 +72,13 @@ Text withoutTrailingNumber(const char *name)
     return copy;
 }
 
-void changeFileName(OvxObject *handler, OvxFileHandlerVars &vars)
+template <schema::Name>
+void apply(OvxObject *handler, const char *value, OvxFileHandlerVars &vars) = delete;
+
+template <>
+void apply<"fileName">(OvxObject *handler, const char *value, OvxFileHandlerVars &vars)
 {
-    const char *value = peekProperty(handler, "fileName");
+    const ClosedMeanwhile closed(handler, vars);
     const bool isGiven = value && *value;
     const Text name = withoutTrailingNumber(isGiven ? value : "default.log");
     ovxFHGetFileNameParts(name.get(), vars.name, vars.logInternalErrs);
@@ -63,41 +86,50 @@ void changeFileName(OvxObject *handler, OvxFileHandlerVars &vars)
         report(OVX_LEVEL_WARN, Message::kEmptyProperty, "fileName", ovxIntlGetObjectName(handler));
 }
 
-void changeMaxFileSize(OvxObject *handler, OvxFileHandlerVars &vars)
+template <>
+void apply<"maxFileSize">(OvxObject *handler, const char *value, OvxFileHandlerVars &vars)
 {
-    vars.maxFileBytes = numberProperty(handler, "maxFileSize").value_or(kFallbackBytes);
+    const ClosedMeanwhile closed(handler, vars);
+    vars.maxFileBytes = numberIn(value).value_or(kFallbackBytes);
 }
 
-void changeMaxFileBytes(OvxObject *handler, OvxFileHandlerVars &vars)
+template <>
+void apply<"maxFileBytes">(OvxObject *handler, const char *value, OvxFileHandlerVars &vars)
 {
-    const auto value = numberProperty(handler, "maxFileBytes");
-    const bool isBad = value && *value <= 0;
-    vars.maxFileBytes = value && !isBad ? *value : kFallbackBytes;
+    const ClosedMeanwhile closed(handler, vars);
+    const auto bytes = numberIn(value);
+    const bool isBad = bytes && *bytes <= 0;
+    vars.maxFileBytes = bytes && !isBad ? *bytes : kFallbackBytes;
     if (isBad)
-        report(OVX_LEVEL_WARN, Message::kBadMaxFileBytes, ovxIntlGetObjectName(handler), *value);
+        report(OVX_LEVEL_WARN, Message::kBadMaxFileBytes, ovxIntlGetObjectName(handler), *bytes);
     else if (vars.maxFiles == 1)
         report(OVX_LEVEL_WARN, Message::kMaxFileBytesUnused, ovxIntlGetObjectName(handler));
 }
 
-void changeMaxFiles(OvxObject *handler, OvxFileHandlerVars &vars)
+template <>
+void apply<"maxFiles">(OvxObject *handler, const char *value, OvxFileHandlerVars &vars)
 {
-    const auto value = numberProperty(handler, "maxFiles");
-    const bool isBad = value && *value < 1;
-    vars.maxFiles = value && !isBad ? *value : kFallbackFiles;
-    if (isBad) report(OVX_LEVEL_WARN, Message::kBadMaxFiles, ovxIntlGetObjectName(handler), *value);
+    const ClosedMeanwhile closed(handler, vars);
+    const auto files = numberIn(value);
+    const bool isBad = files && *files < 1;
+    vars.maxFiles = files && !isBad ? *files : kFallbackFiles;
+    if (isBad) report(OVX_LEVEL_WARN, Message::kBadMaxFiles, ovxIntlGetObjectName(handler), *files);
 }
 
-void changeAppending(OvxObject *handler, OvxFileHandlerVars &vars)
+template <>
+void apply<"appending">(OvxObject *handler, const char *value, OvxFileHandlerVars &vars)
 {
-    vars.appending = flagProperty(handler, "appending");
+    const ClosedMeanwhile closed(handler, vars);
+    vars.appending = flagIn(value);
 }
 
-void changeFileEncoding(OvxObject *handler, OvxFileHandlerVars &vars)
+template <>
+void apply<"fileEncoding">(OvxObject *handler, const char *value, OvxFileHandlerVars &vars)
 {
-    const Text name(ovxIntlGetObjProp(handler, "fileEncoding", nullptr));
-    ucv_cs_free(std::exchange(vars.codeSet, name ? ucv_cs_new(name.get()) : nullptr));
-    if (name && !vars.codeSet && vars.logInternalErrs)
-        report(OVX_LEVEL_WARN, Message::kCodeSetNotLoaded, static_cast<const char *>(name.get()));
+    const ClosedMeanwhile closed(handler, vars);
+    ucv_cs_free(std::exchange(vars.codeSet, value ? ucv_cs_new(value) : nullptr));
+    if (value && !vars.codeSet && vars.logInternalErrs)
+        report(OVX_LEVEL_WARN, Message::kCodeSetNotLoaded, value);
 }
 
 // A key in hexadecimal, as the system's tools print keys; 0 when the text is not one as a whole.
@@ -115,25 +147,28 @@ std::int32_t hexadecimalKey(const char *value)
 }
 
 // The key 0 would give each process a set of its own, which keeps nobody apart.
-void changeSemKey(OvxObject *handler, OvxFileHandlerVars &vars)
+template <>
+void apply<"MPFileSemKey">(OvxObject *handler, const char *value, OvxFileHandlerVars &vars)
 {
-    const char *value = peekProperty(handler, "MPFileSemKey");
+    const ClosedMeanwhile closed(handler, vars);
     const std::int32_t key = hexadecimalKey(value);
-    vars.semKey = key ? key : ovxIntlGetObjPropInt(handler, "MPFileSemKey", nullptr);
+    vars.semKey = key ? key : ovxPropStrToInt32(value, nullptr);
     if (vars.semKey != 0) return;
-    vars.semKey = kDefaultSemKey;
+    vars.semKey = kFallbackSemKey;
     report(OVX_LEVEL_WARN, Message::kBadSemKey, ovxIntlGetObjectName(handler), value ? value : "",
            vars.semKey);
 }
 
-void changeEmptyUncopied(OvxObject *handler, OvxFileHandlerVars &vars)
+template <>
+void apply<"emptyUncopied">(OvxObject *, const char *value, OvxFileHandlerVars &vars)
 {
-    vars.emptyUncopied = flagProperty(handler, "emptyUncopied");
+    vars.emptyUncopied = flagIn(value);
 }
 
-void changeLogInternalErrs(OvxObject *handler, OvxFileHandlerVars &vars)
+template <>
+void apply<"logInternalErrs">(OvxObject *, const char *value, OvxFileHandlerVars &vars)
 {
-    vars.logInternalErrs = flagProperty(handler, "logInternalErrs");
+    vars.logInternalErrs = flagIn(value);
 }
 
 // Reads up to four octal digits into a permission; what cannot be read is reported.
@@ -148,54 +183,37 @@ void changePermission(OvxObject *handler, const char *text, std::uint32_t &permi
         report(OVX_LEVEL_WARN, Message::kBadFileMode, text, ovxIntlGetObjectName(handler));
 }
 
-void changeFilePermission(OvxObject *handler, OvxFileHandlerVars &)
+template <>
+void apply<"filePermission">(OvxObject *handler, const char *value, OvxFileHandlerVars &vars)
 {
-    const Text text(ovxIntlGetObjProp(handler, "filePermission", nullptr));
-    ovxFileHandlerCfgPerms(handler, text.get());
+    if (!value) return;
+    const ClosedMeanwhile closed(handler, vars);
+    changePermission(handler, value, vars.filePermission);
 }
 
-void changeDirPermission(OvxObject *handler, OvxFileHandlerVars &)
+template <>
+void apply<"dirPermission">(OvxObject *handler, const char *value, OvxFileHandlerVars &vars)
 {
-    const Text text(ovxIntlGetObjProp(handler, "dirPermission", nullptr));
-    ovxFileHandlerCfgDirPerms(handler, text.get());
+    if (!value) return;
+    const ClosedMeanwhile closed(handler, vars);
+    changePermission(handler, value, vars.dirPermission);
 }
 
-enum class Closes { kAlways, kWhenPresent, kNever };
+constexpr auto kFileHandler =
+    rowsOf<schema::kFileHandler>([]<schema::Name name> { return &apply<name>; });
+constexpr auto kOwnFile = rowsOf<schema::kOwnFile>([]<schema::Name name> { return &apply<name>; });
+constexpr auto kSharedFile =
+    rowsOf<schema::kSharedFile>([]<schema::Name name> { return &apply<name>; });
 
-struct PropertyChange {
-    const char *name;
-    void (*apply)(OvxObject *handler, OvxFileHandlerVars &vars);
-    Closes closes = Closes::kAlways;
-};
-
-constexpr PropertyChange kChanges[] = {
-    {"fileName", changeFileName},
-    {"maxFileBytes", changeMaxFileBytes},
-    {"maxFileSize", changeMaxFileSize},
-    {"maxFiles", changeMaxFiles},
-    {"appending", changeAppending},
-    {"filePermission", changeFilePermission, Closes::kWhenPresent},
-    {"dirPermission", changeDirPermission, Closes::kWhenPresent},
-    {"fileEncoding", changeFileEncoding},
-    {"MPFileSemKey", changeSemKey},
-    {"logInternalErrs", changeLogInternalErrs, Closes::kNever},
-    {"emptyUncopied", changeEmptyUncopied, Closes::kNever},
-};
-
-bool closesFor(const OvxObject *handler, const PropertyChange &change)
+// The trailer is that of the formatter that wrote the records. The new one is made first, since its
+// making may log.
+void changeFormatter(OvxObject *handler, OvxFileHandlerVars &vars)
 {
-    if (change.closes != Closes::kWhenPresent) return change.closes == Closes::kAlways;
-    return peekProperty(handler, change.name) != nullptr;
-}
-
-// The file is closed with the old settings, the new one is stored, and then the closing's failures
-// are reported: a report that comes back to the handler finds it settled.
-void changeProperty(OvxObject *handler, OvxFileHandlerVars &vars, const PropertyChange &change)
-{
-    Closing closing;
-    if (vars.isOpen && closesFor(handler, change)) closing = closeWithTrailer(handler, vars);
-    change.apply(handler, vars);
-    closing.report();
+    const Text name(ovxIntlGetObjProp(handler, "formatterName", nullptr));
+    if (!name) return;
+    const ObjectRef formatter(ovxIntlGetObject(name.get(), nullptr));
+    const ClosedMeanwhile closed(handler, vars);
+    ovxIntlHandlerSetFormatter(handler, formatter.get());
 }
 
 } // namespace
@@ -216,7 +234,9 @@ void OvxFileHandlerFCfgChange(OvxObject *handler, const char *name)
 {
     OvxFileHandlerVars *vars = fileVarsOf(handler);
     if (!vars || !name) return;
-    for (const PropertyChange &change : kChanges)
-        if (BaxStringCmp(name, change.name) == 0) return changeProperty(handler, *vars, change);
-    OvxBasicHandlerFCfgChange(handler, name);
+    if (BaxStringCmp(name, "formatterName") == 0) return changeFormatter(handler, *vars);
+    if (!applyProperty(kFileHandler, handler, name, *vars) &&
+        !applyProperty(kOwnFile, handler, name, *vars) &&
+        !applyProperty(kSharedFile, handler, name, *vars))
+        OvxBasicHandlerFCfgChange(handler, name);
 }

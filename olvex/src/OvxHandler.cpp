@@ -4,8 +4,6 @@
 #include <utility>
 
 #include "OvxBasicFormatter.h"
-#include "OvxFileHandler.h"
-#include "OvxMavTraceFormatter.h"
 #include "OvxPDXMLFormatter.h"
 #include "util/EventPath.h"
 #include "util/Locked.h"
@@ -19,26 +17,6 @@ struct SharedBuffer {
     CxStringBuff text;
     bool inUse;
 } shared = {};
-
-using AppendFormat = bool (*)(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer);
-
-// The built-in formatters' functions, and the same work done into a buffer.
-constexpr struct {
-    OvxFFormat format;
-    AppendFormat append;
-} kAppendFormats[] = {
-    {OvxBasicFormatterFFormat, appendBasicFormat},
-    {OvxPDXMLFormatterFFormat, appendXmlRecord},
-    {OvxMavTraceFormatterFFormat, appendTraceLine},
-};
-
-// Null for the function of a formatter class of a host's own.
-AppendFormat appendFormatOf(OvxFFormat format)
-{
-    for (const auto &entry : kAppendFormats)
-        if (entry.format == format) return entry.append;
-    return nullptr;
-}
 
 // Buffers that a huge event has blown up are not kept.
 constexpr std::uint32_t kLargestKept = 64 * 1024;
@@ -68,7 +46,7 @@ OVX_HOT EventText::EventText(OvxObject *handler, OvxEvent *event)
 {
     const ObjectRef formatter = formatterOf(handler);
     if (!formatter) return;
-    const AppendFormat append = appendFormatOf(formatter.get()->cls->slots.format);
+    const auto append = formatter.get()->cls->slots.append;
     if (!append || shared.inUse) {
         owned_.reset(callFormatter(handler, &ClassSlots::format, event));
         text_ = owned_.get();
@@ -132,10 +110,7 @@ void OvxBasicHandlerFCfgChange(OvxObject *handler, const char *name)
     const Text formatterName(ovxIntlGetObjProp(handler, "formatterName", nullptr));
     if (!formatterName) return;
     const ObjectRef formatter(ovxIntlGetObject(formatterName.get(), nullptr));
-    const Closing closing =
-        closeIfFileHandler(handler); // with the trailer of what wrote the records
     ovxIntlHandlerSetFormatter(handler, formatter.get());
-    closing.report();
 }
 
 void OvxBasicHandlerFProcess(OvxObject *, OvxEvent *) {}

@@ -1,7 +1,5 @@
-// Levels: reading them from text, what the "level" property means, and the level filter.
+// Levels: reading them from text, and what the "level" property means.
 #include <olvex/Level.h>
-
-#include <olvex/Event.h>
 
 #include "OvxObject.h"
 #include "OvxProps.h"
@@ -65,25 +63,4 @@ int32_t OvxGetLevelFromString(const char *text)
     bool isNumber = false;
     const std::int32_t number = ovxPropStrToInt32(text, &isNumber);
     return isNumber || isBlank(text) ? number : levelFromName(text);
-}
-
-void OvxLevelFilterFCfgChange(OvxObject *filter, const char *name)
-{
-    if (isFilter(filter) && BaxStringCmp(name, "level") == 0) return applyLevelProperty(filter);
-    OvxBasicObjectFCfgChange(filter, name);
-}
-
-bool OvxLevelFilterFIsLoggable(OvxObject *filter, OvxEvent *event)
-{
-    if (!filter || !event) return false;
-    const std::int32_t threshold = filter->threshold.load(std::memory_order_relaxed);
-    const std::int32_t level = OvxGetEventLevel(event);
-    return threshold == OVX_LEVEL_ALL || level == OVX_LEVEL_NONE || level >= threshold;
-}
-
-void OvxBasicFilterFProcess(OvxObject *filter, OvxEvent *event)
-{
-    if (!isFilter(filter) || !filter->enabled) return;
-    const ClassSlots &slots = filter->cls->slots;
-    if (slots.isLoggable && slots.log && slots.isLoggable(filter, event)) slots.log(filter, event);
 }

@@ -192,3 +192,6 @@ void OvxLogTextVA(OvxObject *logger, const char *text, va_list parameters)
 {
     logDebug(logger, OVX_LEVEL_NONE, {}, text, parameters);
 }
+
+constinit const ClassSlots olvex::slots::ovx_basiclogger = {.cfgChange = OvxBasicLoggerFCfgChange,
+                                                            .log = OvxBasicObjectFLog};

@@ -152,3 +152,9 @@ char *OvxMavTraceFormatterFFormat(OvxObject *formatter, OvxEvent *event)
     appendTraceLine(formatter, event, &buffer);
     return CxStringBuffTakeStr(&buffer);
 }
+
+constinit const ClassSlots olvex::slots::ovx_mavtraceformatter = {
+    .format = OvxMavTraceFormatterFFormat,
+    .bindMsg = ovxIntlBindI18Msg,
+    .append = appendTraceLine,
+};

@@ -9,11 +9,13 @@
 
 #include "OvxEvent.h"
 #include "OvxPDXMLFormatter.h"
+#include "OvxPropertyTable.h"
 #include "OvxProps.h"
 #include "messages/Messages.h"
 #include "util/Memory.h"
 #include "util/OvxStringList.h"
 #include "util/OvxStringToStringMap.h"
+#include "util/Sums.h"
 
 using namespace olvex;
 
@@ -101,42 +103,36 @@ bool matches(const char *pattern, std::string_view text)
     return matchesBehindWildcard(pattern, text);
 }
 
-void changeMode(OvxObject *filter, MsgIdFilterVars &vars, const char *value)
+template <schema::Name>
+void apply(OvxObject *filter, const char *value, MsgIdFilterVars &vars) = delete;
+
+template <>
+void apply<"mode">(OvxObject *filter, const char *value, MsgIdFilterVars &vars)
 {
+    if (!value) return;
     const bool passes = BaxStringICmp(value, "PASSTHRU") == 0;
     vars.mode = passes ? kPassThru : kBlock;
     if (!passes && BaxStringICmp(value, "BLOCK") != 0)
         report(OVX_LEVEL_WARN, Message::kBadFilterMode, ovxIntlGetObjectName(filter), value);
 }
 
-void changePatterns(OvxObject *, MsgIdFilterVars &vars, const char *value)
+template <>
+void apply<"msgIds">(OvxObject *, const char *value, MsgIdFilterVars &vars)
 {
+    if (!value) return;
     ovxIntlFreeStringList(std::exchange(vars.patterns, OvxMsgIdFilterGetStringList(value)));
 }
 
-void changeRepeatTime(OvxObject *, MsgIdFilterVars &vars, const char *value)
+template <>
+void apply<"msgIdRepeatTime">(OvxObject *, const char *value, MsgIdFilterVars &vars)
 {
     bool converts = false;
     const std::int64_t time = ovxPropStrToInt64(value, &converts);
     if (converts) vars.repeatTime = time;
 }
 
-struct PropertyChange {
-    const char *name;
-    void (*apply)(OvxObject *filter, MsgIdFilterVars &vars, const char *value);
-};
-
-constexpr PropertyChange kChanges[] = {
-    {"mode", changeMode},
-    {"msgIds", changePatterns},
-    {"msgIdRepeatTime", changeRepeatTime},
-};
-
-std::int64_t saturatedSum(std::int64_t a, std::int64_t b)
-{
-    std::int64_t sum = 0;
-    return __builtin_add_overflow(a, b, &sum) ? INT64_MAX : sum;
-}
+constexpr auto kProperties =
+    rowsOf<schema::kIdFilter>([]<schema::Name name> { return &apply<name>; });
 
 bool isHeldBack(const MsgIdFilterVars &vars, const StringToStringMapNode *last, std::int64_t time)
 {
@@ -219,13 +215,7 @@ void OvxMsgIdFilterFCfgChange(OvxObject *filter, const char *name)
 {
     MsgIdFilterVars *vars = varsOf(filter);
     if (!vars || !name) return;
-    for (const PropertyChange &change : kChanges) {
-        if (BaxStringCmp(name, change.name) != 0) continue;
-        const Text value(ovxIntlGetObjProp(filter, name, nullptr));
-        if (value) change.apply(filter, *vars, value.get());
-        return;
-    }
-    OvxBasicObjectFCfgChange(filter, name);
+    if (!applyProperty(kProperties, filter, name, *vars)) OvxBasicObjectFCfgChange(filter, name);
 }
 
 bool OvxMsgIdFilterFIsLoggable(OvxObject *filter, OvxEvent *event)
@@ -238,3 +228,12 @@ bool OvxMsgIdFilterFIsLoggable(OvxObject *filter, OvxEvent *event)
     const bool passes = (vars->mode == kPassThru) == isMatch;
     return passes && !(id && isRepeat(*vars, id, event->time));
 }
+
+constinit const ClassSlots olvex::slots::ovx_msgidfilter = {
+    .allocVars = OvxMsgIdFilterFAllocVars,
+    .freeVars = OvxMsgIdFilterFFreeVars,
+    .cfgChange = OvxMsgIdFilterFCfgChange,
+    .log = OvxBasicObjectFLog,
+    .process = OvxBasicFilterFProcess,
+    .isLoggable = OvxMsgIdFilterFIsLoggable,
+};

@@ -158,3 +158,13 @@ void OvxMultiProcFileHandlerFClose(OvxObject *handler)
     OvxFileHandlerVars *vars = fileVarsOf(handler);
     if (vars && vars->isOpen) closeWithoutTrailer(*vars).report();
 }
+
+constinit const ClassSlots olvex::slots::ovx_multiproc_filehandler = {
+    .allocVars = OvxFileHandlerFAllocVars,
+    .freeVars = OvxFileHandlerFFreeVars,
+    .cfgChange = OvxFileHandlerFCfgChange,
+    .process = OvxMultiProcFileHandlerFProcess,
+    .open = OvxMultiProcFileHandlerFOpen,
+    .close = OvxMultiProcFileHandlerFClose,
+    .passesOnLast = true,
+};

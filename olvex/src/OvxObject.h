@@ -4,6 +4,7 @@
 #pragma once
 
 #include <olvex/Object.h>
+#include <olvex/StringBuff.h>
 #include <olvex/class.h>
 
 #include <atomic>
@@ -25,7 +26,18 @@ struct ClassSlots {
     OvxFGetHeader getHeader = nullptr;   // formatters
     OvxFGetTrailer getTrailer = nullptr; // formatters
     OvxFBindMsg bindMsg = nullptr;       // formatters
+    // Formatters, if they can: what `format` does, at the end of a buffer. False when there is no
+    // text.
+    bool (*append)(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer) = nullptr;
+    bool passesOnLast = false; // handlers: passing the event on is the last act of `process`
 };
+
+// The functions of the library's own classes, each defined in the class's source.
+namespace olvex::slots {
+#define OVX_CLASS(name, ...) extern const ClassSlots name;
+#include "schema/classes.def"
+#undef OVX_CLASS
+} // namespace olvex::slots
 
 struct OvxObjClass {
     int category = 0;

@@ -3,15 +3,12 @@
 #include "OvxListeners.h"
 
 #include <olvex/Message.h>
-#include <olvex/Props.h>
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 #include <utility>
 
-#include "OvxFileCopyHandler.h"
-#include "OvxFileHandler.h"
+#include "OvxPropertyTable.h"
+#include "OvxProps.h"
 #include "OvxStrTok.h"
 #include "messages/Messages.h"
 #include "util/Locked.h"
@@ -33,20 +30,13 @@ void reportNoListeners(const OvxObject *logger)
     reportingNoListeners = false;
 }
 
-// Functions of handlers whose last act is to pass the event on.
-constexpr OvxFProcess kPassOnLast[] = {
-    OvxConsoleHandlerFProcess,       OvxStderrHandlerFProcess,   OvxFileHandlerFProcess,
-    OvxMultiProcFileHandlerFProcess, OvxFileCopyHandlerFProcess,
-};
-
 // Whether nothing of the object's class runs any more behind its passing an event on. Of a class of
 // a host's own that cannot be known, unless it has the basic functions.
 bool passesOnLast(const OvxObject *object)
 {
     const ClassSlots &slots = object->cls->slots;
     if (slots.process == OvxBasicFilterFProcess) return slots.log == OvxBasicObjectFLog;
-    return std::find(std::begin(kPassOnLast), std::end(kPassOnLast), slots.process) !=
-           std::end(kPassOnLast);
+    return slots.passesOnLast;
 }
 
 // The object whose passing on is noted here instead of being done, as it is the last act.
@@ -103,26 +93,31 @@ OvxI18Msg *fetchDescription(OvxObject *object)
     return description;
 }
 
-void changeDescription(OvxObject *object)
+template <schema::Name>
+void apply(OvxObject *object, const char *value) = delete;
+
+template <>
+void apply<"description">(OvxObject *object, const char *value)
 {
-    OvxSetI18MsgTxt(fetchDescription(object), peekProperty(object, "description"));
+    OvxSetI18MsgTxt(fetchDescription(object), value);
 }
 
-void changeDescriptionFile(OvxObject *object)
+template <>
+void apply<"descriptionFile">(OvxObject *object, const char *value)
 {
-    OvxSetI18MsgCat(fetchDescription(object), peekProperty(object, "descriptionFile"));
+    OvxSetI18MsgCat(fetchDescription(object), value);
 }
 
-void changeDescriptionSet(OvxObject *object)
+template <>
+void apply<"descriptionSet">(OvxObject *object, const char *value)
 {
-    OvxSetI18MsgSet(fetchDescription(object),
-                    ovxIntlGetObjPropInt(object, "descriptionSet", nullptr));
+    OvxSetI18MsgSet(fetchDescription(object), ovxPropStrToInt32(value, nullptr));
 }
 
-void changeDescriptionKey(OvxObject *object)
+template <>
+void apply<"descriptionKey">(OvxObject *object, const char *value)
 {
-    OvxSetI18MsgKey(fetchDescription(object),
-                    ovxIntlGetObjPropInt(object, "descriptionKey", nullptr));
+    OvxSetI18MsgKey(fetchDescription(object), ovxPropStrToInt32(value, nullptr));
 }
 
 struct LoggingWord {
@@ -137,9 +132,9 @@ constexpr LoggingWord kLoggingWords[] = {
     {"false", false},
 };
 
-void changeLogging(OvxObject *object)
+template <>
+void apply<"logging">(OvxObject *object, const char *value)
 {
-    const char *value = peekProperty(object, "logging");
     for (const LoggingWord &entry : kLoggingWords)
         if (BaxStringICmp(value, entry.word) == 0) ovxIntlSetObjectEnabled(object, entry.enabled);
 }
@@ -151,32 +146,22 @@ void removeAllListeners(OvxObject *object)
         ovxIntlListenerGroupIterRem(group->first());
 }
 
-// The property is copied first: finding a listener can run code that sets it again.
-void changeListenerNames(OvxObject *object)
+template <>
+void apply<"listenerNames">(OvxObject *object, const char *names)
 {
     removeAllListeners(object);
-    const Text names(ovxIntlGetObjProp(object, "listenerNames", nullptr));
-    for (OvxStrTokIter at = OvxStrTokIterator(names.get(), kNameDelimiters);
-         OvxStrTokIterHasNext(at); at = OvxStrTokIterNext(at)) {
+    for (OvxStrTokIter at = OvxStrTokIterator(names, kNameDelimiters); OvxStrTokIterHasNext(at);
+         at = OvxStrTokIterNext(at)) {
         const Text name(OvxStrTokIterGet(at));
         const ObjectRef listener(ovxIntlGetObject(name.get(), nullptr));
         ovxIntlAddListener(object, listener.get());
     }
 }
 
-struct PropertyChange {
-    const char *name;
-    void (*apply)(OvxObject *object);
-};
-
-constexpr PropertyChange kChanges[] = {
-    {"description", changeDescription},
-    {"descriptionFile", changeDescriptionFile},
-    {"descriptionSet", changeDescriptionSet},
-    {"descriptionKey", changeDescriptionKey},
-    {"logging", changeLogging},
-    {"listenerNames", changeListenerNames},
-};
+constexpr auto kDescription =
+    rowsOf<schema::kDescription>([]<schema::Name name> { return &apply<name>; });
+constexpr auto kListeners =
+    rowsOf<schema::kListeners>([]<schema::Name name> { return &apply<name>; });
 
 } // namespace
 
@@ -199,8 +184,7 @@ namespace olvex {
 void OvxBasicObjectFCfgChange(OvxObject *object, const char *name)
 {
     if (!object || !object->cls || !name) return;
-    for (const PropertyChange &change : kChanges)
-        if (BaxStringCmp(name, change.name) == 0) return change.apply(object);
+    if (!applyProperty(kListeners, object, name)) applyProperty(kDescription, object, name);
 }
 
 OVX_HOT void OvxBasicObjectFLog(OvxObject *object, OvxEvent *event)

@@ -106,3 +106,10 @@ void OvxPDLoggerFLog(OvxObject *logger, OvxEvent *event)
     if (vars) ovxPDXMLFormatterCacheMessageID(vars->messageIdFormatter, event);
     OvxBasicObjectFLog(logger, event);
 }
+
+constinit const ClassSlots olvex::slots::ovx_pdlogger = {
+    .allocVars = OvxPDLoggerFAllocVars,
+    .freeVars = OvxPDLoggerFFreeVars,
+    .cfgChange = OvxPDLoggerFCfgChange,
+    .log = OvxPDLoggerFLog,
+};

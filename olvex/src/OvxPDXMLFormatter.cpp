@@ -368,3 +368,14 @@ char *OvxPDXMLFormatterFGetTrailer(OvxObject *)
 {
     return nullptr;
 }
+
+constinit const ClassSlots olvex::slots::ovx_xmlformatter = {
+    .allocVars = OvxPDXMLFormatterFAllocVars,
+    .freeVars = OvxPDXMLFormatterFFreeVars,
+    .cfgChange = OvxPDXMLFormatterFCfgChange,
+    .format = OvxPDXMLFormatterFFormat,
+    .getHeader = OvxPDXMLFormatterFGetHeader,
+    .getTrailer = OvxPDXMLFormatterFGetTrailer,
+    .bindMsg = ovxIntlBindI18Msg,
+    .append = appendXmlRecord,
+};

@@ -91,23 +91,6 @@ class ConfigClasses : public olvex::test::OpenToolkit {
     }
 };
 
-TEST_F(ConfigClasses, AreThoseOfTheLibraryInItsOrder)
-{
-    Strings known[5];
-    for (const ClassInfo &info : classes()) {
-        known[static_cast<int>(info.category)].push_back(info.name);
-        EXPECT_EQ(olvex::test::take(OvxGetObjectDesc(make(info))),
-                  info.description ? info.description : "(none)")
-            << info.name;
-    }
-    auto handlers = namesFrom(OvxGetHandlerClasses());
-    std::erase_if(handlers, [](const std::string &name) { return name.starts_with("test_"); });
-    EXPECT_EQ(known[1], namesFrom(OvxGetLoggerClasses()));
-    EXPECT_EQ(known[2], namesFrom(OvxGetFilterClasses()));
-    EXPECT_EQ(known[3], handlers);
-    EXPECT_EQ(known[4], namesFrom(OvxGetFormatterClasses()));
-}
-
 TEST_F(ConfigClasses, HaveExactlyThePropertiesAndDefaultsOfTheLibrary)
 {
     get("test.listener", "ovx_consolehandler");

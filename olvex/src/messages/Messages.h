@@ -5,6 +5,8 @@
 #include <olvex/Message.h>
 #include <olvex/class.h>
 
+#include <tuple>
+
 namespace olvex {
 
 enum class Message : int {
@@ -43,43 +45,13 @@ constexpr int markerOf(double)
     return OVX_PARM_DOUBLE;
 }
 
-// Logs `message` at `level` with up to five parameters, each behind its type marker.
-inline void report(int level, Message message)
+// Logs `message` at `level` with its parameters, each behind its type marker.
+template <class... Parameters>
+void report(int level, Message message, Parameters... parameters)
 {
-    ovxIntlLogVA(level, keyOf(message), textOf(message), 0);
-}
-
-template <class A>
-void report(int level, Message message, A a)
-{
-    ovxIntlLogVA(level, keyOf(message), textOf(message), markerOf(a), a, 0);
-}
-
-template <class A, class B>
-void report(int level, Message message, A a, B b)
-{
-    ovxIntlLogVA(level, keyOf(message), textOf(message), markerOf(a), a, markerOf(b), b, 0);
-}
-
-template <class A, class B, class C>
-void report(int level, Message message, A a, B b, C c)
-{
-    ovxIntlLogVA(level, keyOf(message), textOf(message), markerOf(a), a, markerOf(b), b,
-                 markerOf(c), c, 0);
-}
-
-template <class A, class B, class C, class D>
-void report(int level, Message message, A a, B b, C c, D d)
-{
-    ovxIntlLogVA(level, keyOf(message), textOf(message), markerOf(a), a, markerOf(b), b,
-                 markerOf(c), c, markerOf(d), d, 0);
-}
-
-template <class A, class B, class C, class D, class E>
-void report(int level, Message message, A a, B b, C c, D d, E e)
-{
-    ovxIntlLogVA(level, keyOf(message), textOf(message), markerOf(a), a, markerOf(b), b,
-                 markerOf(c), c, markerOf(d), d, markerOf(e), e, 0);
+    std::apply(
+        [&](auto... list) { ovxIntlLogVA(level, keyOf(message), textOf(message), list..., 0); },
+        std::tuple_cat(std::make_tuple(markerOf(parameters), parameters)...));
 }
 
 // Prints a message of the table, with one string parameter or none, and a line end to standard
