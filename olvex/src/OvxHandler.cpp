@@ -12,14 +12,7 @@ using namespace olvex;
 
 namespace {
 
-// The buffer that the built-in formatter writes into, handed from event to event.
-struct SharedBuffer {
-    CxStringBuff text;
-    bool inUse;
-} shared = {};
-
-// Buffers that a huge event has blown up are not kept.
-constexpr std::uint32_t kLargestKept = 64 * 1024;
+ReusedBuffer shared;
 
 // What the handler formats with, held while a function of its class runs: that function may give
 // the handler another one.
@@ -42,34 +35,24 @@ char *callFormatter(const OvxObject *handler, Function ClassSlots::*slot, Argume
 
 namespace olvex {
 
-OVX_HOT EventText::EventText(OvxObject *handler, OvxEvent *event)
+OVX_HOT EventText::EventText(OvxObject *handler, OvxEvent *event) : buffer_(shared)
 {
     const ObjectRef formatter = formatterOf(handler);
     if (!formatter) return;
-    const auto append = formatter.get()->cls->slots.append;
-    if (!append || shared.inUse) {
-        owned_.reset(callFormatter(handler, &ClassSlots::format, event));
-        text_ = owned_.get();
-        size_ = BaxStringLen(text_);
+    if (const auto append = formatter.get()->cls->slots.append) {
+        if (!append(formatter.get(), event, buffer_.get())) return;
+        text_ = buffer_.get()->str;
+        size_ = buffer_.size();
         return;
     }
-    shared.inUse = usesSharedBuffer_ = true;
-    CxStringBuffRestart(&shared.text);
-    if (!append(formatter.get(), event, &shared.text)) return;
-    text_ = shared.text.str;
-    size_ = shared.text.length;
-}
-
-OVX_HOT EventText::~EventText()
-{
-    if (!usesSharedBuffer_) return;
-    if (shared.text.capacity > kLargestKept) CxStringBuffDiscard(&shared.text);
-    shared.inUse = false;
+    owned_.reset(callFormatter(handler, &ClassSlots::format, event));
+    text_ = owned_.get();
+    size_ = BaxStringLen(text_);
 }
 
 void discardEventText()
 {
-    CxStringBuffDiscard(&shared.text);
+    shared.discard();
     discardXmlText();
     discardTimestamp();
 }

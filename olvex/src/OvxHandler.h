@@ -7,6 +7,7 @@
 
 #include "OvxObject.h"
 #include "util/Memory.h"
+#include "util/ReusedBuffer.h"
 
 namespace olvex {
 
@@ -16,9 +17,6 @@ namespace olvex {
 class EventText {
   public:
     EventText(OvxObject *handler, OvxEvent *event);
-    ~EventText();
-    EventText(const EventText &) = delete;
-    EventText &operator=(const EventText &) = delete;
 
     // Null when the handler has no formatter or the formatter no text.
     const char *get() const { return text_; }
@@ -28,7 +26,7 @@ class EventText {
     const char *text_ = nullptr;
     std::size_t size_ = 0;
     Text owned_;
-    bool usesSharedBuffer_ = false;
+    ReusedBuffer::Use buffer_;
 };
 
 // Gives back the reused buffer, between events.

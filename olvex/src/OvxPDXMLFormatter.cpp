@@ -17,6 +17,7 @@
 #include "messages/Messages.h"
 #include "util/CxStringBuff.h"
 #include "util/OvxParmList.h"
+#include "util/ReusedBuffer.h"
 
 using namespace olvex;
 
@@ -176,41 +177,14 @@ void addOrigin(CxStringBuff *buffer, const OvxEvent *event, const ProblemProps &
     addIds(buffer, props);
 }
 
-// The buffer that texts are bound into, handed from event to event.
-struct SharedText {
-    CxStringBuff text = {};
-    bool inUse = false;
-} shared;
+// What texts are bound into, since a text stands in two places of a record.
+ReusedBuffer boundText;
 
-// A buffer that a huge text has blown up is not kept.
-constexpr std::uint32_t kLargestKept = 64 * 1024;
-
-// The message's text, which stands in two places of a record. A record that is made while another
-// one is being made has a buffer of its own.
-class BoundText {
-  public:
-    explicit BoundText(const OvxEvent *event) : buffer_(shared.inUse ? &own_ : &shared.text)
-    {
-        shared.inUse = true;
-        CxStringBuffRestart(buffer_);
-        if (event->locale) ovxSetI18MsgLocale(event->message, event->locale);
-        bindMessage(event->message, buffer_);
-    }
-    ~BoundText()
-    {
-        if (buffer_ == &shared.text) shared.inUse = false;
-        if (buffer_ == &own_ || buffer_->capacity > kLargestKept) CxStringBuffDiscard(buffer_);
-    }
-    BoundText(const BoundText &) = delete;
-    BoundText &operator=(const BoundText &) = delete;
-
-    const char *get() const { return buffer_->str ? buffer_->str : ""; }
-    std::size_t size() const { return buffer_->length; }
-
-  private:
-    CxStringBuff own_ = {};
-    CxStringBuff *buffer_;
-};
+void bindInto(ReusedBuffer::Use &text, const OvxEvent *event)
+{
+    if (event->locale) ovxSetI18MsgLocale(event->message, event->locale);
+    bindMessage(event->message, text.get());
+}
 
 } // namespace
 
@@ -286,14 +260,16 @@ char *ovxPDXMLGetMessageID(const char *text)
 void ovxPDXMLFormatterCacheMessageID(OvxObject *, OvxEvent *event)
 {
     if (!event || event->messageId) return;
-    OvxSetEventMessageId(event, CxParseZMSID(BoundText(event).get()).id);
+    ReusedBuffer::Use text(boundText);
+    bindInto(text, event);
+    OvxSetEventMessageId(event, CxParseZMSID(text.text()).id);
 }
 
 namespace olvex {
 
 void discardXmlText()
 {
-    CxStringBuffDiscard(&shared.text);
+    boundText.discard();
 }
 
 bool appendXmlRecord(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer)
@@ -306,16 +282,17 @@ bool appendXmlRecord(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer
                                 vars->singleProductId, vars->singleServer);
     const bool isMessage = isMessageRecord(*vars, event);
     if (formatter->locale) ovxSetEventLocale(event, formatter->locale);
-    const BoundText text(event);
+    ReusedBuffer::Use text(boundText);
+    bindInto(text, event);
     if (isMessage)
-        addMessageTag(buffer, event, text.get());
+        addMessageTag(buffer, event, text.text());
     else
         addTraceTag(buffer, event);
     addTime(buffer, formatter, event);
     ovxPDXMLEmitProductInfo(buffer, props, !vars->singleComponent, !vars->singleProduct,
                             !vars->singleProductId, !vars->singleServer);
     add(buffer, " <LogText><![CDATA[");
-    add(buffer, {text.get(), text.size()});
+    add(buffer, {text.text(), text.size()});
     add(buffer, "]]></LogText>\n");
     if (props.hasOthers()) addAttributes(buffer, event);
     addOrigin(buffer, event, props, isMessage);
