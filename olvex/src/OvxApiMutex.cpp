@@ -140,6 +140,11 @@ bool ovxAPIMutexLockUnlessHeld()
     return take();
 }
 
+bool ovxAPIMutexIsHeld()
+{
+    return isMine();
+}
+
 OVX_HOT void ovxAPIMutexUnlock()
 {
     if (!isMine()) return OvxReportPlatformErr('p', EPERM);

@@ -5,6 +5,7 @@
 #include "OvxBasicFormatter.h"
 #include "OvxToolkit.h"
 #include "messages/Messages.h"
+#include "util/Locked.h"
 #include "util/Memory.h"
 
 using namespace olvex;
@@ -93,6 +94,7 @@ void ovxFreeObjClass(OvxObjClass *cls)
 void ovxIntlAddClass(const char *name, int category, const OvxI18Msg *description,
                      const ClassSlots &slots)
 {
+    expectLocked();
     ovxToolkitInitObjClasses();
     OvxObjClass *cls = ovxInitObjectClass(name, category, description, slots);
     if (!cls) return;
@@ -103,6 +105,7 @@ void ovxIntlAddClass(const char *name, int category, const OvxI18Msg *descriptio
 void ovxIntlAddLoggerClass(const char *name, const OvxI18Msg *description, OvxFAllocVars allocVars,
                            OvxFFreeVars freeVars, OvxFCfgChange cfgChange, OvxFLog log)
 {
+    expectLocked();
     ovxIntlAddClass(
         name, OVX_CLASS_LOGGER, description,
         {.allocVars = allocVars, .freeVars = freeVars, .cfgChange = cfgChange, .log = log});
@@ -112,6 +115,7 @@ void ovxIntlAddFilterClass(const char *name, const OvxI18Msg *description, OvxFA
                            OvxFFreeVars freeVars, OvxFCfgChange cfgChange, OvxFProcess process,
                            OvxFIsLoggable isLoggable, OvxFLog log)
 {
+    expectLocked();
     ovxIntlAddClass(name, OVX_CLASS_FILTER, description,
                     {.allocVars = allocVars,
                      .freeVars = freeVars,
@@ -125,6 +129,7 @@ void ovxIntlAddHandlerClass(const char *name, const OvxI18Msg *description, OvxF
                             OvxFFreeVars freeVars, OvxFCfgChange cfgChange, OvxFProcess process,
                             OvxFOpen open, OvxFClose close)
 {
+    expectLocked();
     ovxIntlAddClass(name, OVX_CLASS_HANDLER, description,
                     {.allocVars = allocVars,
                      .freeVars = freeVars,
@@ -139,6 +144,7 @@ void ovxIntlAddFormatterClass(const char *name, const OvxI18Msg *description,
                               OvxFCfgChange cfgChange, OvxFFormat format, OvxFGetHeader getHeader,
                               OvxFGetTrailer getTrailer, OvxFBindMsg bindMsg)
 {
+    expectLocked();
     ovxIntlAddClass(name, OVX_CLASS_FORMATTER, description,
                     {.allocVars = allocVars,
                      .freeVars = freeVars,

@@ -13,6 +13,7 @@
 #include "OvxPropertyTable.h"
 #include "OvxProps.h"
 #include "messages/Messages.h"
+#include "util/Locked.h"
 #include "util/Sums.h"
 
 using namespace olvex;
@@ -195,6 +196,7 @@ bool ovxShouldFFDCActionOccur(OvxObject *handler, OvxEvent *event)
 // A filter of a host's own may change the handler's filter meanwhile, so it is held.
 bool ovxIntlIsTriggerLoggable(OvxObject *filter, OvxEvent *event)
 {
+    expectLocked();
     const ObjectRef reference(ovxIntlAcquireObject(filter));
     return OvxIsLoggableByFilter(filter, event);
 }

@@ -22,7 +22,7 @@
 #include "OvxObject.h"
 #include "OvxPathWatch.h"
 
-inline constexpr std::int32_t kDefaultSemKey = 31821;
+
 
 struct OvxFileHandlerVars {
     CxFile file = -1;
@@ -38,7 +38,7 @@ struct OvxFileHandlerVars {
     std::uint32_t dirPermission = 0771;
     bool appending = true;
     bool semOpen = false;
-    std::int32_t semKey = kDefaultSemKey;
+    std::int32_t semKey = 31821;
     CxSem sem = -1;
     bool logInternalErrs = true;
     bool emptyUncopied = true;  // a shared rollover empties the file when its copy failed

@@ -98,11 +98,13 @@ bool OvxIsLoggable(const OvxObject *logger, int level)
 
 bool ovxIntlIsLoggable()
 {
+    expectLocked();
     return false;
 }
 
 OvxFLog ovxIntlLoggerGetFLog(OvxObject *logger)
 {
+    expectLocked();
     return logFunctionOf(logger);
 }
 
@@ -125,6 +127,7 @@ void ovxLogDebugEntry(OvxObject *logger, int level, const char *srcFile, const c
 
 void ovxIntlLogVA(int level, int key, const char *text, ...)
 {
+    expectLocked();
     OvxObject *logger = ovxToolkitLogger();
     if (!OvxIsLoggable(logger, level)) return;
     va_list parameters;

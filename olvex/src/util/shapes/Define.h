@@ -13,6 +13,7 @@
 #define OVX_DEFINE_LIFE(Name)                                                                      \
     Name *ovxIntlAlloc##Name()                                                                     \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return olvex::Memory().make<Name>();                                                       \
     }                                                                                              \
     Name *OvxAlloc##Name()                                                                         \
@@ -21,6 +22,7 @@
     }                                                                                              \
     void ovxIntlFree##Name(Name *collection)                                                       \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         if (collection) collection->memory().destroy(collection);                                  \
     }                                                                                              \
     void OvxFree##Name(Name *collection)                                                           \
@@ -31,6 +33,7 @@
 #define OVX_DEFINE_COPY(Name)                                                                      \
     Name *ovxIntlCopy##Name(const Name *collection)                                                \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return collection ? collection->copy() : nullptr;                                          \
     }                                                                                              \
     Name *OvxCopy##Name(const Name *collection)                                                    \
@@ -41,6 +44,7 @@
 #define OVX_DEFINE_WALK(Name)                                                                      \
     Name##Node *ovxIntl##Name##Iterator(const Name *collection)                                    \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return collection ? collection->first() : nullptr;                                         \
     }                                                                                              \
     Name##Node *Ovx##Name##Iterator(const Name *collection)                                        \
@@ -49,6 +53,7 @@
     }                                                                                              \
     bool ovxIntl##Name##IterHasNext(const Name##Node *iterator)                                    \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return iterator;                                                                           \
     }                                                                                              \
     bool Ovx##Name##IterHasNext(const Name##Node *iterator)                                        \
@@ -57,6 +62,7 @@
     }                                                                                              \
     Name##Node *ovxIntl##Name##IterNext(const Name##Node *iterator)                                \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return iterator ? iterator->next() : nullptr;                                              \
     }                                                                                              \
     Name##Node *Ovx##Name##IterNext(const Name##Node *iterator)                                    \
@@ -67,6 +73,7 @@
 #define OVX_DEFINE_ELEMENTS(Name, Given, HandedOut)                                                \
     HandedOut ovxIntl##Name##IterGet(const Name##Node *iterator)                                   \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return iterator ? iterator->handOut() : nullptr;                                           \
     }                                                                                              \
     HandedOut Ovx##Name##IterGet(const Name##Node *iterator)                                       \
@@ -75,6 +82,7 @@
     }                                                                                              \
     Name##Node *ovxIntl##Name##IterRem(Name##Node *iterator)                                       \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return iterator ? iterator->remove() : nullptr;                                            \
     }                                                                                              \
     Name##Node *Ovx##Name##IterRem(Name##Node *iterator)                                           \
@@ -92,6 +100,7 @@
     OVX_DEFINE_ELEMENTS(Name, Given, HandedOut)                                                    \
     bool ovxIntl##Name##Add(Name *group, Given element)                                            \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return group && group->add(element);                                                       \
     }                                                                                              \
     bool Ovx##Name##Add(Name *group, Given element)                                                \
@@ -100,6 +109,7 @@
     }                                                                                              \
     bool ovxIntl##Name##Rem(Name *group, Given element)                                            \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return group && group->remove(element);                                                    \
     }                                                                                              \
     bool Ovx##Name##Rem(Name *group, Given element)                                                \
@@ -113,6 +123,7 @@
     OVX_DEFINE_WALK(Name)                                                                          \
     bool ovxIntl##Name##Put(Name *map, const char *key, Given value)                               \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return map && map->put(key, value);                                                        \
     }                                                                                              \
     bool Ovx##Name##Put(Name *map, const char *key, Given value)                                   \
@@ -121,6 +132,7 @@
     }                                                                                              \
     HandedOut ovxIntl##Name##Get(const Name *map, const char *key)                                 \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return map ? map->get(key) : nullptr;                                                      \
     }                                                                                              \
     HandedOut Ovx##Name##Get(const Name *map, const char *key)                                     \
@@ -129,6 +141,7 @@
     }                                                                                              \
     void ovxIntl##Name##Rem(Name *map, const char *key)                                            \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         if (map) map->remove(key);                                                                 \
     }                                                                                              \
     void Ovx##Name##Rem(Name *map, const char *key)                                                \
@@ -137,6 +150,7 @@
     }                                                                                              \
     bool ovxIntl##Name##HasKey(const Name *map, const char *key)                                   \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return map && map->find(key);                                                              \
     }                                                                                              \
     bool Ovx##Name##HasKey(const Name *map, const char *key)                                       \
@@ -145,6 +159,7 @@
     }                                                                                              \
     char *ovxIntl##Name##IterGetKey(const Name##Node *iterator)                                    \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return iterator ? iterator->handOutKey() : nullptr;                                        \
     }                                                                                              \
     char *Ovx##Name##IterGetKey(const Name##Node *iterator)                                        \
@@ -153,6 +168,7 @@
     }                                                                                              \
     HandedOut ovxIntl##Name##IterGetVal(const Name##Node *iterator)                                \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return iterator ? iterator->handOut() : nullptr;                                           \
     }                                                                                              \
     HandedOut Ovx##Name##IterGetVal(const Name##Node *iterator)                                    \
@@ -161,10 +177,12 @@
     }                                                                                              \
     Name##Node *ovxIntl##Name##GetNode(const Name *map, const char *key)                           \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return map ? map->find(key) : nullptr;                                                     \
     }                                                                                              \
     void ovxIntl##Name##RemNode(Name *map, Name##Node *node)                                       \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         if (map && node) map->remove(node);                                                        \
     }
 
@@ -175,6 +193,7 @@
     OVX_DEFINE_ELEMENTS(Name, Given, HandedOut)                                                    \
     bool ovxIntl##Name##Append(Name *list, Given element)                                          \
     {                                                                                              \
+        olvex::expectLocked();                                                                     \
         return list && list->append(element);                                                      \
     }                                                                                              \
     bool Ovx##Name##Append(Name *list, Given element)                                              \
