@@ -6,7 +6,7 @@
 
 #include "Input.h"
 #include "catalog/CatalogFile.h"
-#include "ucv/CatalogFile.h"
+#include "ucv/catalogs/CatalogFile.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 #include <olvex/PropList.h>
 
 #include "Input.h"
-#include "OvxReadProps.h"
+#include "toolkit/OvxReadProps.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -2,8 +2,8 @@
 // of all that when the toolkit is closed.
 #include "Toolkit.h"
 
-#include "OvxLogManager.h"
-#include "OvxObjConfig.h"
+#include "toolkit/OvxLogManager.h"
+#include "toolkit/OvxObjConfig.h"
 
 using namespace olvex;
 using namespace olvex::test;

@@ -3,8 +3,8 @@
 // in the log.
 #include "LogDirectory.h"
 
-#include "OvxFileHandler.h"
-#include "OvxPathWatch.h"
+#include "handlers/OvxFileHandler.h"
+#include "handlers/files/OvxPathWatch.h"
 
 #include <fcntl.h>
 #include <grp.h>

@@ -2,8 +2,8 @@
 // and the deleting of the oldest files.
 #include "Ffdc.h"
 
-#include "OvxFFDCSpace.h"
-#include "OvxFFDCTriggerHandler.h"
+#include "handlers/capture/OvxFFDCSpace.h"
+#include "handlers/capture/OvxFFDCTriggerHandler.h"
 
 using namespace olvex::test;
 

@@ -2,8 +2,8 @@
 // its way.
 #include "Ffdc.h"
 
-#include "OvxFFDCSpace.h"
-#include "OvxFileCopy.h"
+#include "handlers/capture/OvxFFDCSpace.h"
+#include "handlers/capture/OvxFileCopy.h"
 
 #include <chrono>
 #include <csignal>

@@ -1,7 +1,7 @@
 // The file handler: names, rollover, permissions, properties, files that go away underneath it.
 #include "LogDirectory.h"
 
-#include "OvxFileHandler.h"
+#include "handlers/OvxFileHandler.h"
 
 #include <sys/stat.h>
 

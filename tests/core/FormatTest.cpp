@@ -3,8 +3,8 @@
 #include "LogDirectory.h"
 #include "MadeEvent.h"
 
-#include "OvxBasicFormatter.h"
-#include "OvxEvent.h"
+#include "formatters/OvxBasicFormatter.h"
+#include "logging/OvxEvent.h"
 
 #include <sys/resource.h>
 

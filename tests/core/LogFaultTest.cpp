@@ -2,8 +2,8 @@
 // reported, listeners still got the event, and the next record after the fault is written.
 #include "LogDirectory.h"
 
-#include "OvxFileHandler.h"
-#include "OvxPathWatch.h"
+#include "handlers/OvxFileHandler.h"
+#include "handlers/files/OvxPathWatch.h"
 
 #include <cerrno>
 #include <chrono>

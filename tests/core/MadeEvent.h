@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "OvxEvent.h"
+#include "logging/OvxEvent.h"
 
 namespace olvex::test {
 

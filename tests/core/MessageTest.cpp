@@ -1,8 +1,8 @@
 // Messages and parameters: binding, copying, comparing, the built-in table.
 #include "Toolkit.h"
 
-#include "OvxI18Msg.h"
-#include "OvxPrintf.h"
+#include "logging/OvxI18Msg.h"
+#include "logging/OvxPrintf.h"
 
 #include <climits>
 

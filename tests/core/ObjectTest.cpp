@@ -1,8 +1,8 @@
 // Objects: found or made by name, counted, configured, torn down with the toolkit.
 #include "Toolkit.h"
 
-#include "OvxObject.h"
-#include "OvxToolkit.h"
+#include "toolkit/OvxObject.h"
+#include "toolkit/OvxToolkit.h"
 
 #include <malloc.h>
 

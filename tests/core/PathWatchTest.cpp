@@ -1,7 +1,7 @@
 // What can happen to a path, looked at and watched: whatever it is, the next question knows.
 #include "LogDirectory.h"
 
-#include "OvxPathWatch.h"
+#include "handlers/files/OvxPathWatch.h"
 
 #include <fcntl.h>
 #include <functional>

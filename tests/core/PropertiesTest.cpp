@@ -2,7 +2,7 @@
 // values.
 #include "Toolkit.h"
 
-#include "OvxProps.h"
+#include "toolkit/OvxProps.h"
 
 using namespace olvex::test;
 using testing::internal::CaptureStderr;

@@ -3,7 +3,7 @@
 #include "MadeEvent.h"
 #include "Toolkit.h"
 
-#include "OvxPDXMLFormatter.h"
+#include "formatters/OvxPDXMLFormatter.h"
 
 #include <cstdlib>
 

@@ -2,7 +2,7 @@
 #include "Growth.h"
 #include "Toolkit.h"
 
-#include "OvxReadProps.h"
+#include "toolkit/OvxReadProps.h"
 
 #include <algorithm>
 

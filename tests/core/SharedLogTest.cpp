@@ -2,8 +2,8 @@
 // are cut short by the death of their process.
 #include "LogDirectory.h"
 
-#include "OvxFileHandler.h"
-#include "OvxRolloverPoints.h"
+#include "handlers/OvxFileHandler.h"
+#include "handlers/files/OvxRolloverPoints.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,7 +1,7 @@
 // Opening and closing: the error logger, properties files, the registry of classes.
 #include "Toolkit.h"
 
-#include "OvxToolkit.h"
+#include "toolkit/OvxToolkit.h"
 
 using namespace olvex::test;
 

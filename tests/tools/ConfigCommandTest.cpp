@@ -10,12 +10,12 @@
 #include <malloc.h>
 
 #include "Command.h"
-#include "OvxObject.h"
 #include "config/Check.h"
 #include "config/Explain.h"
 #include "config/Model.h"
 #include "core/Growth.h"
 #include "core/Toolkit.h"
+#include "toolkit/OvxObject.h"
 
 using namespace tools_test;
 using namespace tools::config;

@@ -1,6 +1,6 @@
 // The ten bytes in which the formatted-output engine holds a floating-point number, on every
 // processor.
-#include "util/CxPrintExtended.h"
+#include "util/print/CxPrintExtended.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Groups: each element once, in order of insertion, and walks that survive what listeners do.
-#include "util/OvxStringGroup.h"
+#include "util/collections/OvxStringGroup.h"
 
 #include <olvex/ClassCollections.h>
 #include <olvex/Memory.h>

@@ -1,7 +1,7 @@
 // Lists: repeats, positions, sorting that moves elements between places, and the parameters of one
 // event in an arena.
-#include "util/OvxParmList.h"
-#include "util/OvxStringList.h"
+#include "util/collections/OvxParmList.h"
+#include "util/collections/OvxStringList.h"
 
 #include <olvex/ClassCollections.h>
 

@@ -1,8 +1,8 @@
 // Maps: order, values replaced in their place, what is released when, the index over many names,
 // and life in an arena.
-#include "OvxObjConfig.h"
-#include "util/OvxStringToObjCfgMap.h"
-#include "util/OvxStringToStringMap.h"
+#include "toolkit/OvxObjConfig.h"
+#include "util/collections/OvxStringToObjCfgMap.h"
+#include "util/collections/OvxStringToStringMap.h"
 
 #include <olvex/ClassCollections.h>
 

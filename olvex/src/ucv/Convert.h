@@ -2,8 +2,8 @@
 // treated as plain bytes. No locks; a handle is used by one thread at a time.
 #pragma once
 
+#include "ucv/ConversionLoop.h"
 #include "ucv/Handle.h"
-#include "ucv/Skeleton.h"
 
 namespace olvex::ucv {
 

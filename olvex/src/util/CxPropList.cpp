@@ -1,5 +1,5 @@
 // The flat table of keys and values. Reading one from a file is with the properties reader.
-#include "CxPropList.h"
+#include "util/CxPropList.h"
 
 #include <olvex/Memory.h>
 

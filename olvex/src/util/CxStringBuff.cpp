@@ -1,6 +1,6 @@
 // The growable string. Sizes are worked out in 64 bits and refused above the signed 32-bit range.
 #include "util/CxStringBuff.h"
-#include "util/EventPath.h"
+#include "util/HotPath.h"
 
 #include <olvex/Memory.h>
 #include <olvex/Ucv.h>

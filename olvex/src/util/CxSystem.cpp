@@ -2,7 +2,7 @@
 #include <olvex/System.h>
 
 #include "util/CxResult.h"
-#include "util/EventPath.h"
+#include "util/HotPath.h"
 
 #include <cstring>
 #include <netdb.h>

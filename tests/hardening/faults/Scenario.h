@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "OvxPathWatch.h"
 #include "Paths.h"
 #include "core/LogDirectory.h"
+#include "handlers/files/OvxPathWatch.h"
 
 namespace olvex::test {
 
