@@ -39,7 +39,7 @@ const Row kRows[] = {
     {"ftruncate64", {EIO, EINVAL}, kSystemText},
     {"fsync", {EIO, ENOSPC}, "OVXMP0073W"},
     {"fallocate64", {ENOSPC}, kSystemText},
-    {"fcntl64", {ENOLCK}, kNothing},
+    {"fcntl64", {ENOLCK, EMFILE}, kNothing},
     {"fstat64", {EIO}, kSystemText},
     {"stat64", {EACCES, ENOMEM}, "OVXFH0032E"},
     {"lstat64", {EACCES, ENOMEM}, kNothing},
@@ -64,7 +64,6 @@ const Row kRows[] = {
     {"epoll_create1", {EMFILE}, kNothing},
     {"epoll_ctl", {ENOSPC, ENOMEM}, kNothing},
     {"epoll_wait", {EBADF}, kNothing},
-    {"fcntl64", {EMFILE}, kNothing},
 };
 
 class CallFailure : public FaultTest, public ::testing::WithParamInterface<Row> {
