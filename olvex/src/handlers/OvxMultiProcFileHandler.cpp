@@ -31,7 +31,10 @@ CxResult openSemaphore(OvxFileHandlerVars &vars)
 {
     const CxResult opened = CxSemOpen(&vars.sem, vars.semKey);
     vars.semOpen = ok(opened);
-    if (vars.semOpen) useOnce(vars.sem);
+    if (vars.semOpen)
+        useOnce(vars.sem);
+    else
+        vars.sem = -1; // the next event asks anew, and does not lock what was never ready
     vars.state.size = kUnknownSize;
     return opened;
 }

@@ -18,7 +18,8 @@ using namespace olvex;
 namespace {
 
 constexpr int kRetries = 10;
-constexpr int kSecondsUntilReady = 9;
+constexpr int kPatience = 9000;      // milliseconds, until a new set is ready
+constexpr int kLittlePatience = 100; // where that was in vain before
 constexpr int kSecondsUntilAbandoned = 10;
 constexpr int kTriesWithoutWaiting = 50;
 constexpr int kTriesToOpen = 20; // while sets are removed as they are opened
@@ -63,7 +64,7 @@ CxResult makeReady(CxSem sem)
 // signals do not shorten it.
 class Rest {
   public:
-    explicit Rest(int seconds) : end_(now() + seconds * kSecond) {}
+    explicit Rest(int milliseconds) : end_(now() + milliseconds * kMillisecond) {}
 
     bool isOver() const { return now() >= end_; }
     static void step(long milliseconds)
@@ -73,32 +74,44 @@ class Rest {
     }
 
   private:
-    static constexpr long long kSecond = 1000000000;
+    static constexpr long long kMillisecond = 1000000;
 
     static long long now()
     {
         timespec time = {};
         clock_gettime(CLOCK_MONOTONIC, &time);
-        return time.tv_sec * kSecond + time.tv_nsec;
+        return time.tv_sec * 1000 * kMillisecond + time.tv_nsec;
     }
 
     long long end_;
 };
 
-// The sets that were waited for in vain; a set's number is not used again soon.
-std::atomic<CxSem> waitedFor[8] = {-1, -1, -1, -1, -1, -1, -1, -1};
+// What was waited for in vain. A set's number is not used again soon, and a key whose set was not
+// made ready in time has others that come to nothing.
+struct Wait {
+    std::atomic<CxSem> sem = -1;
+    std::atomic<std::int32_t> key = 0;
+};
+Wait vainWaits[8];
 std::atomic<unsigned> waits = 0;
 
-bool wasWaitedFor(CxSem sem)
+// In milliseconds.
+int patienceFor(CxSem sem, std::int32_t key)
 {
-    for (const auto &set : waitedFor)
-        if (set == sem) return true;
-    return false;
+    int patience = kPatience;
+    for (const Wait &wait : vainWaits) {
+        if (wait.sem == sem) return 0;
+        if (wait.sem >= 0 && wait.key == key) patience = kLittlePatience;
+    }
+    return patience;
 }
 
-CxResult giveUp(CxSem sem)
+CxResult giveUp(CxSem sem, std::int32_t key)
 {
-    if (!wasWaitedFor(sem)) waitedFor[waits++ % std::size(waitedFor)] = sem;
+    if (patienceFor(sem, key) == 0) return failure(CX_ETIME);
+    Wait &wait = vainWaits[waits++ % std::size(vainWaits)];
+    wait.key = key;
+    wait.sem = sem;
     return failure(CX_ETIME);
 }
 
@@ -137,24 +150,24 @@ CxResult takeOver(CxSem sem)
 }
 
 // Waits until the set was locked or unlocked for the first time, so that its maker is done with it;
-// once in a process for each set. A set of several semaphores is not one of ours.
-CxResult waitUntilReady(CxSem sem)
+// for long only once in a process for each key. A set of several semaphores is not one of ours.
+CxResult waitUntilReady(CxSem sem, std::int32_t key)
 {
-    const Rest patience(wasWaitedFor(sem) ? 0 : kSecondsUntilReady);
+    const Rest patience(patienceFor(sem, key));
     for (;; Rest::step(10)) {
         semid_ds status = {};
         const bool isLast = patience.isOver();
         const CxResult read = readStatus(sem, status);
         if (!ok(read) || status.sem_otime != 0) return read;
         if (isAbandoned(status)) return takeOver(sem);
-        if (isLast) return giveUp(sem);
+        if (isLast) return giveUp(sem, key);
     }
 }
 
 CxResult openExisting(CxSem *sem, int32_t key)
 {
     *sem = semget(key, 1, 0);
-    return *sem < 0 ? failure(errno) : waitUntilReady(*sem);
+    return *sem < 0 ? failure(errno) : waitUntilReady(*sem, key);
 }
 
 CxResult tryToOpen(CxSem *sem, int32_t key)
@@ -177,7 +190,7 @@ bool takeWithoutWaiting(CxSem sem)
 // Lets a second pass before the next waiting try, in which the semaphore is taken if it is free.
 bool takeWithinASecond(CxSem sem)
 {
-    for (const Rest rest(1); !rest.isOver(); Rest::step(1)) {
+    for (const Rest rest(1000); !rest.isOver(); Rest::step(1)) {
         if (operate(sem, -1, SEM_UNDO | IPC_NOWAIT) == 0) return true;
         if (errno != EAGAIN && errno != EINTR && errno != ENOSPC) return false;
     }

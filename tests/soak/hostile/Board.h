@@ -49,6 +49,7 @@ struct Board {
     std::atomic<Time> emptied;         // when a log was last reported to have been emptied uncopied
     std::atomic<unsigned> removedSets; // semaphore sets
     std::atomic<bool> copiesMayFail;
+    std::atomic<bool> hasUnusedSet; // each host waits for it once, nine seconds
     Host hosts[kMostHosts];
 };
 
