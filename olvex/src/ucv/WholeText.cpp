@@ -30,7 +30,7 @@ bool isSecond(CodePoint lead, CodePoint second)
 }
 
 // The bytes of the character at `in`, which is not ASCII; 0 for what is no character.
-std::size_t characterSize(const char *in, std::size_t left)
+inline std::size_t characterSize(const char *in, std::size_t left)
 {
     const CodePoint lead = byteOf(in[0]);
     if (lead < 0xC2 || lead > 0xF4) return 0;
@@ -39,6 +39,20 @@ std::size_t characterSize(const char *in, std::size_t left)
     for (std::size_t i = 2; i < size; ++i)
         if (!isFollowing(in[i])) return 0;
     return size;
+}
+
+// The first byte that is not ASCII.
+inline const char *skipAscii(const char *text, const char *end)
+{
+    while (end - text >= std::ptrdiff_t{kLongBlock} && isAsciiBlock<kLongBlock>(text))
+        text += kLongBlock;
+    for (std::uint64_t word; end - text >= std::ptrdiff_t{sizeof word}; text += sizeof word) {
+        std::memcpy(&word, text, sizeof word);
+        if ((word & kNotAscii<char>) != 0) break;
+    }
+    while (text < end && isAscii(*text))
+        ++text;
+    return text;
 }
 
 // A leading byte and those that follow it, as far as they can belong to it.
@@ -70,18 +84,15 @@ std::size_t malformedSize(const char *in, std::size_t left)
 
 const char *findMalformed(const char *text, const char *end)
 {
-    while (text < end) {
-        while (end - text >= std::ptrdiff_t{kLongBlock} && isAsciiBlock<kLongBlock>(text))
-            text += kLongBlock;
-        // After a character that is not ASCII, others are likely.
-        for (std::size_t count = kShortBlock; count > 0 && text < end; --count) {
-            const auto left = static_cast<std::size_t>(end - text);
-            const std::size_t size = isAscii(*text) ? 1 : characterSize(text, left);
+    for (;;) {
+        text = skipAscii(text, end);
+        while (text < end && !isAscii(*text)) {
+            const std::size_t size = characterSize(text, static_cast<std::size_t>(end - text));
             if (size == 0) return text;
             text += size;
         }
+        if (text == end) return end;
     }
-    return end;
 }
 
 int encodeText(uc_ch_t *handle, const char *source, int length, char *target, int size)
@@ -91,8 +102,11 @@ int encodeText(uc_ch_t *handle, const char *source, int length, char *target, in
     const bool terminated = length < 0;
     const char *end =
         source + (terminated ? std::strlen(source) : static_cast<std::size_t>(length));
-    if (copiesUtf8(*handle) || findMalformed(source, end) == end) [[likely]]
-        return ucv_from_utf8(handle, source, length, target, size);
+    if (copiesUtf8(*handle) || findMalformed(source, end) == end) [[likely]] {
+        // Valid UTF-8 stays as it is, which is quicker to copy than to take apart.
+        return ucv_from_utf8(handle->type == kUtf8 ? &osHandle : handle, source, length, target,
+                             size);
+    }
     char *out = encodePieces(*handle, source, end, target,
                              static_cast<std::size_t>(size) - (terminated ? 1 : 0));
     if (terminated) *out++ = '\0';
