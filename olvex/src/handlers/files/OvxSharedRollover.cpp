@@ -1,11 +1,51 @@
-// A rollover can be cut short by the death of its process at any place. Its trace is the passing
-// file into which the active one is copied: while that exists, the shift of the numbered files goes
-// on from the gap that it had reached, and a copy that the active file does not begin with any more
-// is one whose active file was emptied already: only its last name is missing.
+// The rollover of a log that several processes write.
 //
-// The active file is emptied even when its copy failed, and the shift goes on after a file that
-// could not be moved, unless the property emptyUncopied is false: then the rollover ends there and
-// is tried again at the next event.
+// FILES. The active file keeps its inode, since every process has it open: it is copied and
+// emptied, never renamed. Older files are numbered: 1 is the newest, maxFiles - 1 the oldest. The
+// temporary copy has the log's name with ".ovx-roll" behind it; while it exists, a rollover is
+// under way or was cut short.
+//
+// LOCKS. The caller holds the semaphore of the log and the rollover lock (OvxRolloverLock.h). The
+// kernel gives both back when a process dies, so the next writer goes on at once.
+//
+// STEPS, with the rolloverPoint() at which tests end a process:
+//
+//   1  look at the temporary copy; create or empty it         "begun"
+//   2  remove the oldest file and give each other one the     "removed", "renamed"
+//      next number, highest first: number 1 is free then
+//   3  copy the active file; flush the copy, and again when   "copying"
+//      records came meanwhile
+//   4  empty the active file                                  "copied" before, "truncated" after
+//   5  rename the temporary copy to number 1
+//
+// A PROCESS THAT DIES leaves one of these, which the next writer of a record repairs first:
+//
+//   died in  left behind                         whatIsLeft  repair
+//   1, 2     empty copy, full active file, a     kBeginning  a new rollover, whose step 2 begins
+//            gap where step 2 stopped                        below the gap: files above have moved
+//   3        part of a copy, full active file,   kBeginning  the same, which makes the copy anew
+//            number 1 free
+//   3 to 4   whole copy, full active file        kBeginning  the same
+//   4 to 5   whole copy, empty active file       kRest       finishCutRollover(): step 5
+//   after 5  nothing                             kNothing    none
+//
+// Full and emptied are told apart by bytes: the active file begins with what is in the copy, or it
+// does not. A full active file leads to a new rollover by its size. An emptied one is looked for
+// when the log is shorter than at this process's last record, and at the first record after opening
+// it: so step 5 comes before any record is written to the emptied file. A process may die in a
+// repair as well, and leaves one of the same states.
+//
+// Directories are not flushed: after a crash of the machine, the file system decides which renames
+// are there. The copy is flushed before the active file is emptied.
+//
+// FAILURES. While emptyUncopied is true, which is the default, they end nothing: a file that cannot
+// be moved stays, and the active file is emptied even when its copy failed. While it is false, the
+// rollover asks the disk for room before step 2, ends at the first step that fails, and is tried
+// again at the next record; the temporary copy stays meanwhile, empty, once files may have moved.
+//
+// Without a temporary copy, or with a number 1 that could not be moved, step 3 writes to number 1
+// itself and there is no step 5; a process that dies then may leave records twice. What has the
+// temporary copy's name but is no regular file or cannot be read (kForeign) is left alone.
 #include "handlers/files/OvxSharedRollover.h"
 
 #include <olvex/StringBuff.h>
@@ -24,15 +64,15 @@ using namespace olvex;
 
 namespace {
 
-// What files are copied and compared in, off the stack, which may be small in a host. The API mutex
-// is held.
+// The buffer for copying and comparing; not on the stack, which may be small in a host. Used with
+// the API mutex held.
 char block[8192];
 constexpr std::size_t kHalfBlock = sizeof block / 2;
 
-// The passing file's name is the log's with this behind it.
+// What the temporary copy's name has behind the log's.
 constexpr char kPassing[] = ".ovx-roll";
 
-// How often a copy is flushed, since records came while it was.
+// How often a copy is flushed at most: records may come while it is.
 constexpr int kMostFlushes = 3;
 
 bool exists(const char *path)
@@ -41,7 +81,7 @@ bool exists(const char *path)
     return path && lstat(path, &status) == 0;
 }
 
-// The name under which the active file is copied; none when memory ran out.
+// The path of the temporary copy; none when memory ran out.
 Text passingPath(const OvxFileHandlerVars &vars)
 {
     CxStringBuff path = {};
@@ -52,7 +92,7 @@ Text passingPath(const OvxFileHandlerVars &vars)
     return nullptr;
 }
 
-// A file for the length of a scope; without a path it is not open and has not failed.
+// A file that is open for one scope. Without a path it is neither open nor failed.
 class OpenFile {
   public:
     OpenFile(const char *path, int flags, std::uint32_t mode)
@@ -79,7 +119,7 @@ class OpenFile {
     CxResult result_ = success();
 };
 
-// What stands under the passing name.
+// What is found under the temporary copy's name.
 enum class Left {
     kNothing,
     kBeginning, // a copy of what the active file begins with, to be made anew
@@ -113,8 +153,8 @@ Left whatIsLeft(const OvxFileHandlerVars &vars, const char *passingName)
     return copy.isOpen() ? compare(vars.file, *copy.get()) : Left::kForeign;
 }
 
-// Makes room at number 1: the last file goes, each other one moves up. Ends at the first file that
-// cannot be moved, or goes on. Both functions tell whether all were moved.
+// Step 2: removes the oldest file and moves each other one up. A file that cannot be moved ends it,
+// unless it `goesOn`. Both functions return whether all were moved.
 class Shift {
   public:
     Shift(const OvxFileHandlerVars &vars, bool goesOn, Failures &failures)
@@ -130,7 +170,7 @@ class Shift {
         return isMoved;
     }
 
-    // Goes on with a shift that was cut short: what lies above the gap has been moved.
+    // Finishes a shift that was cut short: files above the first free number have been moved.
     bool rest()
     {
         std::int32_t gap = 1;
@@ -159,8 +199,8 @@ class Shift {
     Failures &failures_;
 };
 
-// Copies the active file from where it was read to on; read and write failures end the copy and are
-// noted. How many bytes, or -1.
+// Copies what follows the active file's position. Returns the number of bytes, or -1 after a
+// failure, which is noted.
 std::int64_t copyOn(OvxFileHandlerVars &vars, CxFile *backup, Failures &failures)
 {
     for (std::int64_t copied = 0;;) {
@@ -174,8 +214,8 @@ std::int64_t copyOn(OvxFileHandlerVars &vars, CxFile *backup, Failures &failures
     }
 }
 
-// Copies the active file and flushes the copy. A process whose semaphore was removed under it may
-// write a record meanwhile, which is copied too. False when something failed, which is noted.
+// Step 3. A process whose semaphore was removed while it waited may write a record meanwhile, which
+// is copied too. False after a failure, which is noted.
 bool copyActive(OvxFileHandlerVars &vars, OpenFile &backup, Failures &failures)
 {
     if (!ok(CxFileSeek(&vars.file, 0, SEEK_SET))) return failures.addRead(), false;
@@ -198,7 +238,7 @@ bool emptyActive(OvxFileHandlerVars &vars, Failures &failures)
     return ok(emptied);
 }
 
-// Copies the active file, as far as that goes, and empties it.
+// Steps 3 and 4 for emptyUncopied=true: empties the active file even if copying failed.
 void moveContent(OvxFileHandlerVars &vars, OpenFile &backup, Failures &failures)
 {
     if (!backup.isOpen()) {
@@ -211,8 +251,8 @@ void moveContent(OvxFileHandlerVars &vars, OpenFile &backup, Failures &failures)
     vars.state.size = 0;
 }
 
-// The copy gets its number when it is whole and the active file is empty. Where there is no passing
-// file, or something stands at number 1 that could not be moved away, number 1 is written itself.
+// Steps 3 to 5. Without a temporary copy, or when number 1 could not be moved away, the copy is
+// written to number 1 itself.
 void ovxMultiProcFileHandlerRollActiveLog(OvxFileHandlerVars &vars, OpenFile &passing,
                                           const char *passingName, Failures &failures)
 {
@@ -228,14 +268,14 @@ void ovxMultiProcFileHandlerRollActiveLog(OvxFileHandlerVars &vars, OpenFile &pa
     if (hasPassing) failures.add(removeIfThere(passingName));
 }
 
-// A rollover that leaves everything as it is unless the copy can be made.
+// The rollover for emptyUncopied=false: it empties the active file only after a whole copy.
 class CarefulRollover {
   public:
     CarefulRollover(OvxFileHandlerVars &vars, OpenFile &passing, const char *passingName)
         : vars_(vars), passing_(passing), passingName_(passingName)
     {}
 
-    // Failures are told once, however often it is tried.
+    // Failures are reported once, however often it is tried.
     void run(bool wasCutShort, Failures &failures)
     {
         const bool isDone = hasRoom() ? roll(wasCutShort) : giveUpEarly(wasCutShort);
@@ -244,8 +284,8 @@ class CarefulRollover {
     }
 
   private:
-    // Whether there is a passing file, and room on the disk for what goes into it. A file system
-    // that cannot say so is believed to have it.
+    // Whether the temporary copy is open, and the disk has room for it. A file system that cannot
+    // reserve room is taken to have it.
     bool hasRoom()
     {
         if (!passing_.isOpen()) {
@@ -271,7 +311,7 @@ class CarefulRollover {
         return true;
     }
 
-    // The passing file stays, as a mark that files have been moved, but takes no room.
+    // The temporary copy stays, empty, as the mark that files have been moved.
     bool giveUp()
     {
         if (passing_.isOpen()) noted_.add(resultOf(ftruncate(*passing_.get(), 0)));
