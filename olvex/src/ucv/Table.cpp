@@ -1,5 +1,41 @@
-// Finding and reading table files. They are not trusted: nothing is read beyond their size, and
-// chains of aliases end.
+// Finding and reading table files.
+//
+// LAYOUT, as `olvex codeset make` writes it (tools/codeset). Numbers are in the machine's byte
+// order and have 16 bits where nothing is said; "row" is the number of a row: its offset from the
+// beginning of the mapping, divided by 4. 0xFFFF is no character, no code, no row.
+//
+//      0   offset of the mapping in the file, 32 bits
+//      8   "ucv", by which a table is known
+//     16   name of the code set, 32 bytes
+//     38   GB18030 only, inside the name's place: offset of the section of ranges (Gb18030.h)
+//     48   family (Handle.h)
+//     50   0x1100 says single-byte EBCDIC, whatever the family
+//     56   this, the value at 62 and the 16 bytes at 64 are copied into handles and not used
+//     58   the character that the substitute stands for
+//     60   the substitute of single-byte families, 1 byte
+//    224   256 rows, by the high byte of a character: the codes of the 256 characters
+//    736   single-byte: 256 characters, by code. Otherwise 256 rows, by the leading byte; row 0 has
+//          the characters of one byte
+//   1248   256 bytes: how long the character is that begins with this byte; 0 or 255 for none
+//   1760   end of the header, where the mapping begins
+//
+// The rows of the mapping, by family:
+//
+//                 character to code (224)             code to character (736)
+//   single-byte   256 bytes; the substitute for none  no rows
+//   double-byte   256 numbers                         256 numbers, by the second byte
+//   multibyte     256 pairs: a prefix, and the last   a node: how many bytes may come next, the
+//                 two bytes of the code as a number   first of them, and for each the character or
+//                                                     the row of the next node
+//
+// A prefix is counted in units of 16 bytes from the beginning of the mapping: up to 14 bytes that
+// come before the last two, and how many they are. Codes of one byte have the prefix 0.
+//
+// A file without "ucv" is an alias: the name of another file in the same directory, at most 32
+// bytes, blanks and control characters left out. At most five files are followed.
+//
+// Files are not trusted: they have at most 16 MiB, nothing is read beyond their size (Lookup.h),
+// and an alias never leaves its directory.
 #include "ucv/Handle.h"
 
 #include <olvex/File.h>

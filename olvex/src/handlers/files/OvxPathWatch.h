@@ -1,18 +1,38 @@
 // Whether a path still leads where it led when it was last looked at. Looking at a path costs more
-// than the write that follows; a path that many records went to is watched instead, and then one
-// question that reads no path tells that nothing has happened to any part of it. Whatever happens
-// is known at the very next question: nothing here depends on time.
+// than the write that follows. A path that many records went to is watched instead: then one system
+// call that reads no path tells that nothing has happened to any part of it. What happens is known
+// at the next question; nothing depends on time. Called with the API mutex held.
 //
-// The watch hears of the log's descriptor as well: a file that was open for writing tells when it
-// is closed. So while the path is quiet, the descriptor is the log's, whatever a host that closes
-// all descriptors has put in other places; unless a child that was forked without starting another
-// program holds it open, too. Such a host closes the watch itself, which then cannot be asked.
+// WATCHED are, by one inotify instance for the process, every part of the path and of what its
+// symbolic links lead to:
 //
-// What cannot be watched is looked at every time: relative paths, which a change of the working
-// directory leads elsewhere; directories that must not be read; file systems that others can change
-// behind the kernel's back, such as network ones; and everything once the system's inotify
-// instances or watches are used up. A file system mounted over a part of a watched path is noticed
-// when the file is next opened. Called with the API mutex held.
+//   directories         for being moved or deleted
+//   links and the log   for that, for the removal of a link to it (IN_ATTRIB), as when another file
+//                       is renamed over it, and for a descriptor for writing being closed
+//                       (IN_CLOSE_WRITE)
+//
+// Any event ends the quiet of all watched paths: PathEvents::now moves on. Each is looked at again,
+// and watched again when it has been looked at kLooksBetweenWatches times (but see expectQuiet).
+//
+// THE LOG'S DESCRIPTOR is covered, too: when a host closes all descriptors and opens its own, the
+// closing of the log is an event. It is none while a child that was forked without starting another
+// program holds the log open. Other processes that close a shared log only cause a look.
+//
+// THE WATCH'S OWN DESCRIPTORS may be closed by such a host as well, and replaced by others:
+//
+//   closed, or replaced by anything but an epoll   the question fails, which counts as an event
+//   replaced by an epoll of the host's             found by the mark at every kQuestionsTrusted-th
+//                                                  question and at every look that would watch
+//
+// The mark is a signal number set by F_SETSIG, since inotify instances and epolls have no inode of
+// their own. What does not bear it is neither read, changed nor closed. A forked child closes its
+// copies, which share events with the parent, and starts anew.
+//
+// NOT WATCHED, but looked at every time, are relative paths, which a change of the working
+// directory leads elsewhere; paths over directories that must not be read; file systems that others
+// can change behind the kernel's back, such as network ones; and everything once the system's
+// inotify instances or watches are used up. A file system mounted over a part of a watched path is
+// noticed when the file is next opened.
 #pragma once
 
 #include <cstdint>

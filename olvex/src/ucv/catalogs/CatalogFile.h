@@ -1,6 +1,35 @@
-// One catalog file: its opening, the loading of its sets, the look-up of a message. What the file
-// says is not trusted: sizes are checked against the file's, chains are bounded, and memory is a
-// small multiple of the file's size. No locks: see <olvex/Catalog.h>.
+// One catalog file: opening it, loading its sets, looking a message up. No locks: see
+// <olvex/Catalog.h>, which also declares the records.
+//
+// LAYOUT. All numbers have 32 bits, the most significant byte first.
+//
+//   header, 28 bytes at the beginning (MCHeaderT)
+//      0   "*nazgul*"
+//      8   major version, 1         12   minor version, without effect
+//     16   flags, without effect    20   how many valid sets there are, at least 1
+//     24   offset of the first set record
+//
+//   set record, 28 bytes anywhere (MCSetTDisk)
+//      0   number of the set         4   offset of the next set record
+//      8   offset of its messages   12   offset of its block of texts
+//     16   length of that block     20   how many messages
+//     24   0 for a valid set; others are skipped
+//
+//   message records of a set, 12 bytes each, one behind the other (MCMsgTDisk)
+//      0   number of the message     4   offset of its text in the block
+//      8   without effect
+//
+//   block of texts: UTF-8, each text with a 0 behind it. Messages may have the same text, or the
+//   end of another one's.
+//
+// Offsets count from the beginning of the file, but those of texts. The chain of set records ends
+// with the last valid one, whose next offset is not read. Sets by their place in the chain, and
+// messages in their set, stand in ascending order of their numbers: they are found by halving.
+//
+// The file is not trusted: nothing is read beyond its size, a chain has at most as many records as
+// would fit into the file, a text whose offset lies outside its block is none, the last text ends
+// with the block, and memory is a small multiple of the file's size. A descriptor that a host has
+// replaced by another file's is neither read nor closed: device and inode must be the same.
 #pragma once
 
 #include <olvex/Catalog.h>
