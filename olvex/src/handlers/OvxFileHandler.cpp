@@ -1,6 +1,6 @@
 // The file handler: records in a file that is rolled over when it is full. The path of one event is
-// OvxFileHandlerFProcess: one question about the file, one write. The size is counted, and asked
-// for when the path had to be looked at and when the limit is near.
+// OvxFileHandlerFProcess: one check that the file is still the log, one write. The size is counted;
+// the system is asked for it after the path had to be looked at, and when the limit is near.
 #include "handlers/OvxFileHandler.h"
 
 #include <olvex/Ucv.h>
@@ -29,7 +29,7 @@ constexpr char kDefaultName[] = "default.log";
 // Where texts in other code sets are made; one at a time, each written before the next is made.
 CxStringBuff encoding = {};
 
-// Buffers that a huge record has blown up are not kept.
+// The buffer is freed when it has grown above 64 KiB.
 constexpr std::uint32_t kLargestKept = 64 * 1024;
 
 OVX_ALWAYS_INLINE CxResult writeText(OvxFileHandlerVars &vars, const char *utf8, std::size_t size)
@@ -45,7 +45,7 @@ int flagsOf(const OvxFileHandlerVars &vars)
     return O_CREAT | O_RDWR | (vars.appending ? O_APPEND : O_TRUNC);
 }
 
-// What says that there is no such path, rather than that one must not ask.
+// Whether the error means that nothing is there, rather than that access is denied.
 bool isGone(int error)
 {
     return error == ENOENT || error == ENOTDIR || error == ELOOP;
@@ -61,8 +61,8 @@ bool isOnlyOpenHere(const OvxFileHandlerVars &vars)
     return now.isSameFile(vars.state) && faccessat(AT_FDCWD, path, R_OK | W_OK, AT_EACCESS) != 0;
 }
 
-// The files are renamed before the active one is closed: when that failed and it could not be
-// opened again, since the process has changed its user, it stays open. False then.
+// The files are renamed before the active one is closed. A process that has changed its user may
+// neither be able to rename the active file nor to open it again: then it stays open. False then.
 bool rollOver(OvxObject *handler, OvxFileHandlerVars &vars)
 {
     ovxFileHandlerDoRollover(vars);
@@ -92,8 +92,8 @@ constexpr std::uint64_t kNearLimit = 4096;
 // A file that takes so much before it is rolled over is watched from its beginning.
 constexpr std::uint64_t kWorthWatching = 16 * kNearLimit;
 
-// Whether all that is known of the open file needs no asking: nothing has happened to its path, and
-// its size as counted is far from the limit.
+// Whether a record can be written without asking the system about the file: nothing has happened to
+// its path, and its size as counted is far from the limit.
 OVX_ALWAYS_INLINE bool isCertain(const OvxFileHandlerVars &vars)
 {
     return !isLogFull(vars, vars.state.size + kNearLimit) && vars.watch.isQuiet();
@@ -127,7 +127,7 @@ OVX_ALWAYS_INLINE CxResult writeRecord(OvxObject *handler, OvxFileHandlerVars &v
     return writeText(vars, text.get(), text.size());
 }
 
-// Asks the descriptor what it is, and its size; EBADF when it is not the log.
+// Reads which file the descriptor is, and its size; EBADF when it is not the log.
 int askDescriptor(OvxFileHandlerVars &vars)
 {
     FileState now;
@@ -206,7 +206,8 @@ CxResult measure(OvxFileHandlerVars &vars)
     return resultOfCode(error);
 }
 
-// A descriptor of the log that cannot be written is one that the host has opened in the place.
+// EBADF from the log's own inode: the host has opened the log itself, for reading only, under the
+// number of our descriptor.
 CxResult measureAfter(OvxFileHandlerVars &vars, CxResult written)
 {
     vars.isDoubtful = true;

@@ -2,17 +2,17 @@
 // same variables and configuration. Called with the API mutex held.
 //
 // A descriptor is the log's only while device and inode say so: a host may have closed all
-// descriptors, as programs do that go into the background, and put its own files in their places.
-// What is not the log is neither written, emptied, copied nor closed; the record goes into the file
-// opened anew. That costs no system call where all is well:
+// descriptors, as daemons do, and opened its own files under the same numbers. A file that is not
+// the log is neither written, emptied, copied nor closed; the log is opened anew for the record. As
+// long as nothing of the kind happens, the check costs no system call of its own:
 //
-//   path looked at      the descriptor is asked as well, which tells the size, too
-//   path watched        the watch knows that the descriptor is the log's (see OvxPathWatch.h), and
-//                       the size, where it is asked for, is a cheaper question
-//   a failed write, a rollover, a trailer, closing      the descriptor is asked
+//   the path was looked at   one statx of the descriptor gives its identity and its size
+//   the path is watched      the watch vouches for the descriptor (see OvxPathWatch.h); where the
+//                            size is needed, one lseek gives it
+//   after a failed write, and before a rollover, a trailer and closing: statx
 //
-// A path that cannot be asked about, since the process has given up its rights to a directory, does
-// not say that the file is gone: the descriptor is written on.
+// A path that must not be looked at, since the process has dropped its privileges, does not mean
+// that the file is gone: writing goes on.
 #pragma once
 
 #include <olvex/Process.h>
@@ -25,7 +25,7 @@
 struct OvxFileHandlerVars {
     CxFile file = -1;
     bool isOpen = false;
-    bool isDoubtful = false; // whether `file` still is the log has to be asked
+    bool isDoubtful = false; // it has to be checked whether `file` still is the log
     olvex::FileState state;  // of the open file: which it is, and its size as last measured
     olvex::PathWatch watch;  // whether the path still leads to it
     std::int32_t maxFileBytes = 1048576;
@@ -47,13 +47,13 @@ namespace olvex {
 
 OvxFileHandlerVars *fileVarsOf(const OvxObject *handler);
 
-// Whether the next record needs a fresh file.
+// Whether a file of that size must be rolled over before the next record.
 bool isLogFull(const OvxFileHandlerVars &vars, std::uint64_t size);
 
 // Makes the directory and opens the active file, without more; reports what fails.
 bool openLogFile(OvxFileHandlerVars &vars, int flags);
 
-// Whether the open file is what stands under its path; hidden: the system does not tell.
+// Whether the path still leads to the open file; hidden: the path must not be looked at.
 enum class Presence { kThere, kGone, kHidden };
 
 // The second form asks the file system in any case.

@@ -25,8 +25,8 @@ constexpr std::uint64_t kUnknownSize = UINT64_MAX;
 // How often the lock is sought in a new set when the one before was removed.
 constexpr int kMostSets = 20;
 
-// What is written under a set for the first time waits for a rollover that another process may
-// still make under a set that was removed.
+// The unknown size makes the first record under a new set take the rollover lock: another process
+// may still be in a rollover under the set that was removed.
 CxResult openSemaphore(OvxFileHandlerVars &vars)
 {
     const CxResult opened = CxSemOpen(&vars.sem, vars.semKey);
@@ -64,7 +64,7 @@ bool ovxMultiProcFileHandlerLockSem(OvxFileHandlerVars &vars, Failures &failures
     return ok(locked);
 }
 
-// Tried twice: a semaphore that is not given back stops everybody, this process at its next record.
+// Tried twice: a semaphore that stays locked stops every process, this one at its next record.
 void ovxMultiProcFileHandlerUnlockSem(OvxFileHandlerVars &vars, Failures &failures)
 {
     const CxResult unlocked = CxSemUnlock(&vars.sem);
@@ -72,11 +72,11 @@ void ovxMultiProcFileHandlerUnlockSem(OvxFileHandlerVars &vars, Failures &failur
     if (!ok(unlocked)) CxSemUnlock(&vars.sem);
 }
 
-// What comes before the record when the file is full, or is shorter than at the last one or newly
-// opened, which is when a rollover that another process did not finish may have left something
-// behind. While a process waits its file may be moved away; that one is not rolled over, the file
-// under the name is not its file. Nor does a process roll over whose semaphore was removed: others
-// meet in another one. The lock is kept for the record.
+// Runs before a record when the file is full; and when it is shorter than at the last record or
+// newly opened, since a process may have died in a rollover then. The caller keeps the lock until
+// its record is written. There is no rollover when the file was moved away while this process
+// waited, since the path leads to another file; nor when this process's semaphore was removed,
+// since other processes use a new one.
 [[gnu::cold]] void tendRollovers(OvxFileHandlerVars &vars, RolloverLock &lock, Failures &failures)
 {
     lock.take(vars.file);
@@ -88,8 +88,8 @@ void ovxMultiProcFileHandlerUnlockSem(OvxFileHandlerVars &vars, Failures &failur
     if (isLogFull(vars, vars.state.size)) ovxMultiProcFileHandlerDoRollover(vars, failures);
 }
 
-// Leaves the handler closed and the record unwritten when the file's size cannot be read, or what
-// was asked or written is not the log.
+// Leaves the handler closed and the record unwritten when the size cannot be read or the descriptor
+// is not the log's.
 OVX_ALWAYS_INLINE void writeRecord(OvxFileHandlerVars &vars, const EncodedText &text,
                                    Failures &failures)
 {

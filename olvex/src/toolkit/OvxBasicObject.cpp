@@ -30,8 +30,8 @@ void reportNoListeners(const OvxObject *logger)
     reportingNoListeners = false;
 }
 
-// Whether nothing of the object's class runs any more behind its passing an event on. Of a class of
-// a host's own that cannot be known, unless it has the basic functions.
+// Whether passing the event on is the last thing that the class's function does. For a class of the
+// host's this is not known, unless it has the basic functions.
 bool passesOnLast(const OvxObject *object)
 {
     const ClassSlots &slots = object->cls->slots;
@@ -39,16 +39,18 @@ bool passesOnLast(const OvxObject *object)
     return slots.passesOnLast;
 }
 
-// The object whose passing on is noted here instead of being done, as it is the last act.
+// Set while an object's function runs whose last act is to pass the event on. Passing on then only
+// clears this, and the caller serves the listeners when the function has returned.
 OvxObject *passingOnLast = nullptr;
 
-// An object on the way of an event through deep chains, and how far its listeners have had it.
+// One level of a chain that is too deep for the stack: an object, and which of its listeners the
+// event has reached. Levels are linked on the heap.
 struct Descent {
     Descent(OvxObject *object, Descent *deliveringTo)
         : above(deliveringTo), reference(ObjectRef::to(object)), running(object)
     {}
 
-    // Calls the class's function; whether the listeners are to have the event then.
+    // Calls the class's function. Returns whether the caller is to pass the event to the listeners.
     bool process(OvxEvent *event)
     {
         OvxObject *object = reference.get();
@@ -66,8 +68,8 @@ struct Descent {
     std::optional<ListenerGroup::Walk> listeners;
 };
 
-// Goes down to the object; the descent that is the deepest one then. Without memory for another one
-// the object's listeners are served on the stack.
+// Hands the event to the object and returns the level to go on with: a new one if the object has
+// listeners to serve, else `above`. Without memory for it the listeners are served on the stack.
 Descent *descend(Descent *above, OvxObject *object, OvxEvent *event)
 {
     auto *descent = Memory().make<Descent>(object, above);

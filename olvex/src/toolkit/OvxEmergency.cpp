@@ -18,12 +18,13 @@ namespace {
 
 constexpr int kFlags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
-// Where a host that closes all descriptors and opens its own seldom comes, and above the standard
-// ones in any case; the first that the limit on descriptors allows.
+// The descriptor gets the first of these numbers, or one above it, that the limit on descriptors
+// allows: high, where a host that closes all descriptors and opens its own seldom comes, and above
+// the standard ones in any case.
 constexpr int kLeastDescriptors[] = {512, 128, STDERR_FILENO + 1};
 
-// An open emergency file. It is open while anybody uses it: its being the current one counts as one
-// use, each write as another. The last one closes it, so no other file takes its descriptor before.
+// An open emergency file, with a count of its uses: one for being the current file, one for each
+// write under way. Who drops the last one closes it, so the descriptor is not used again before.
 struct OpenFile {
     std::atomic<int> uses{0}; // 0: this place is free
     int descriptor = -1;      // what follows is written only while the place is free
@@ -31,8 +32,8 @@ struct OpenFile {
     ino_t inode = 0;
 };
 
-// As many as can be in use at once. Only writes that hang in an old file keep a place from being
-// free again.
+// As many files as can be in use at once. A former file keeps its place only while a write to it
+// hangs.
 OpenFile files[16];
 std::atomic<OpenFile *> current{nullptr};
 static_assert(std::atomic<int>::is_always_lock_free &&
@@ -58,8 +59,8 @@ bool isOurs(int descriptor, dev_t device, ino_t inode)
     return fstat(descriptor, &status) == 0 && status.st_dev == device && status.st_ino == inode;
 }
 
-// The current file, in use until it is dropped; null when there is none. One whose last use has
-// ended is not the current one any more.
+// The current file with one more use, for drop() to give back; null when there is none. If its last
+// use has ended meanwhile, another file has become the current one, or none.
 OpenFile *useCurrent()
 {
     while (OpenFile *file = current.load()) {
@@ -70,7 +71,7 @@ OpenFile *useCurrent()
     return nullptr;
 }
 
-// What belongs to the place is read before it becomes free.
+// The fields are read before the count can reach 0, from when on the place may be filled anew.
 void drop(OpenFile *file)
 {
     if (!file) return;

@@ -7,8 +7,8 @@
 
 namespace olvex {
 
-// How many deliveries run inside each other. Beyond the most, an event goes on without taking more
-// of the stack: see deliverDeep.
+// The depth of nested deliveries. From kMostNested on, an event is passed on by deliverDeep, which
+// does not recurse.
 inline unsigned nestedDeliveries = 0;
 inline constexpr unsigned kMostNested = 8;
 
@@ -18,12 +18,12 @@ inline bool mayDeliver(const OvxObject *listener)
            listener->cls->slots.process;
 }
 
-// Hands the event to a listener that may have it, and on along the chains behind that one, at the
-// same depth of the stack however long they are.
+// Hands the event to a listener, and along the chains behind it, without recursion. The caller has
+// checked mayDeliver().
 void deliverDeep(OvxObject *listener, OvxEvent *event);
 
-// Hands the event to one listener, unless it is at work already: an event that comes back to an
-// object in a circle, or a report of its own failure, ends here.
+// Hands the event to one listener, unless its function is running already: an event that comes back
+// to an object in a circle, or a report of its own failure, ends here.
 OVX_ALWAYS_INLINE void deliver(OvxObject *listener, OvxEvent *event)
 {
     if (!mayDeliver(listener)) return;

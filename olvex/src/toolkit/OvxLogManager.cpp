@@ -44,7 +44,8 @@ void moveChild(OvxObjCfg &from, OvxObjCfg *to, const char *name)
     from.removeChildName(name);
 }
 
-// Those children of the parent among which all that lie below the name are found, in their order.
+// The first node of a list that holds, in order, all children of the parent that lie below the
+// name.
 const StringGroupNode *mayLieBelow(const char *name, const OvxObjCfg &parent)
 {
     const NameGapsNode *gap = parent.gaps.find(name);

@@ -20,8 +20,8 @@ using namespace olvex;
 
 namespace {
 
-// So many names between a configuration and its child are kept: the memory for them would grow with
-// the square of the child's name.
+// How many names between a configuration and its child are kept at most: the memory for all of them
+// would grow with the square of the length of the child's name.
 constexpr std::ptrdiff_t kMostGaps = 8;
 
 bool isDeep(const OvxObjCfg &cfg, const char *child)

@@ -39,7 +39,7 @@ struct OvxObjCfg {
     olvex::Text name;
     olvex::Text parentName;
     StringGroup children;
-    NameGaps gaps;            // who would lose which children to a newcomer between
+    NameGaps gaps;            // which children a configuration entered in between takes over
     StringGroup deepChildren; // those that lie so far below that they are not in the gaps
     StringToStringMap properties;
     bool fromFile = false;
@@ -56,8 +56,8 @@ namespace olvex {
 // Says whether `name` lies anywhere below `ancestor` in the tree of names.
 bool isBelow(const char *name, const char *ancestor);
 
-// One way up from configuration to configuration. Parents may be set in a circle: who goes up stops
-// where a walk has been before.
+// One walk from configuration to parent. Parents may be set in a circle, so a walk ends at the
+// first configuration that it has visited already.
 class CfgWalk {
   public:
     bool isFirstVisit(const OvxObjCfg *cfg)

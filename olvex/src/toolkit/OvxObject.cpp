@@ -156,8 +156,8 @@ void tearDown(OvxObject *object)
     object->dying = false;
 }
 
-// Ending an object releases its listeners, which may end too. Beyond so many inside each other the
-// rest waits for the outermost one, so that a long chain does not need a deep stack.
+// Ending an object releases its listeners, which may end too. Beyond this depth of recursion,
+// releases are postponed until the outermost one is done, so that a long chain needs no deep stack.
 constexpr unsigned kMostNestedEnds = 8;
 unsigned nestedEnds = 0;
 OvxObject *postponed = nullptr;
@@ -167,7 +167,7 @@ bool endsWithRelease(const OvxObject *object)
     return object->cls && !object->dying && object->references == (object->registered ? 2u : 1u);
 }
 
-// The reference stays counted meanwhile, so nobody else's release can end the object.
+// The reference stays counted until then, so that no other release ends the object.
 void postponeRelease(OvxObject *object)
 {
     object->nextPostponed = std::exchange(postponed, object);
@@ -224,8 +224,8 @@ OvxObject *ovxIntlAcquireObject(OvxObject *object)
     return object;
 }
 
-// An object ends when only the registry is left to know it, or nobody. What the closing toolkit
-// left as a shell ends with its last reference.
+// An object ends when the registry's reference is the only one left, or none. A shell, which the
+// closing toolkit has left, ends with its last reference.
 void ovxIntlReleaseObject(OvxObject *object)
 {
     expectLocked();

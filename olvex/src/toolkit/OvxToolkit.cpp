@@ -177,9 +177,9 @@ void ovxToolkitRemObjInstance(OvxObject *object)
     if (node && node->value() == object) ovxIntlStringToObjMapRemNode(instances, node);
 }
 
-// Private variables go first and links second, so that no object is reached through another one
-// that is gone already; what the functions of the classes make meanwhile goes in another round. A
-// class that makes objects without end is not called again: what it has left becomes shells.
+// In each round all variables are freed before all links, so that no object is reached through one
+// that has ended. Functions of classes may make new objects meanwhile, which the next round frees.
+// After the last round what is left becomes shells, for a class that makes objects without end.
 void ovxFreeInstancesMap()
 {
     constexpr int kRounds = 8;

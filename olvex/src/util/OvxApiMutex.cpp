@@ -26,16 +26,16 @@ bool isMine()
     return holder.load(std::memory_order_relaxed) == pthread_self();
 }
 
-// A thread that waits goes on looking, more and more rarely so as not to disturb the holder, for
-// the time of some events; then it takes naps. Only at last it sleeps until it is woken: while
-// somebody does so, each release of the mutex costs a system call, mostly in vain since the running
-// thread has the mutex again before the woken one is there.
+// A waiting thread spins for the time of some events and backs off exponentially, so as not to
+// disturb the holder's cache line. Then it sleeps for fixed times, spinning between them. Only then
+// it blocks in the mutex: while a thread is blocked, each release costs a system call to wake it,
+// mostly for nothing, since the running thread takes the mutex again before the other one runs.
 constexpr int kLongestRest = 64;  // pauses between two looks, about a microsecond
-constexpr int kMostPauses = 1024; // between two naps
-constexpr useconds_t kNap = 50;   // microseconds
+constexpr int kMostPauses = 1024; // pauses between two sleeps
+constexpr useconds_t kNap = 50;   // length of a sleep in microseconds
 constexpr int kMostNaps = 20;
 
-// A moment in which the processor does something else.
+// The processor's hint for spin loops.
 void pause()
 {
 #if defined(__x86_64__) || defined(__i386__)
@@ -43,7 +43,7 @@ void pause()
 #endif
 }
 
-// With one processor nobody can give the mutex back while another thread looks.
+// With one processor the holder cannot run, and release the mutex, while another thread spins.
 bool hasProcessors()
 {
     static std::atomic<int> several{-1};

@@ -1,5 +1,5 @@
-// What the file handlers ask about their files, as narrowly as the kernel allows. Times are not
-// asked for: the kernel would have to stamp the file anew at the next write.
+// What the file handlers ask the kernel about their files, and no more. Times are not read: reading
+// them makes some file systems update the time stamp again at the next write.
 #pragma once
 
 #include <cstdint>

@@ -5,11 +5,11 @@
 
 namespace olvex {
 
-// The numbers of the older files, highest first. Few possible numbers are all handed out, whether
-// there is such a file or not; of many, those that the log's directory holds, so that a limit that
-// is never reached costs nothing. A directory that cannot be listed is probed from number 1 on
-// until 64 numbers in a row have no file; files beyond that stay where they are, but for the last
-// one that may be.
+// The numbers of the older files, highest first. If at most 32 numbers are possible, all of them
+// are returned, whether there is such a file or not. Of more, only those that the log's directory
+// holds, so that a limit that is never reached costs nothing. If the directory cannot be listed,
+// numbers are probed from 1 on until 64 in a row have no file; files beyond that stay where they
+// are, except that the highest possible number is always returned.
 class OlderFiles {
   public:
     OlderFiles(const LogName &name, std::int32_t highest);
@@ -26,8 +26,8 @@ class OlderFiles {
     Owned<std::int32_t> found_; // ascending, taken from the end
     std::size_t count_ = 0;
     std::size_t capacity_ = 0;
-    std::int32_t beforeAll_ = 0; // the last number that may be, when it was not looked for
-    std::int32_t nextOfAll_ = 0; // all from here down, whether there are files or not
+    std::int32_t beforeAll_ = 0; // returned first: the highest number, when probing ended below it
+    std::int32_t nextOfAll_ = 0; // then all from here down, whether there are files or not
 };
 
 } // namespace olvex

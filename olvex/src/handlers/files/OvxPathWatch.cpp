@@ -1,6 +1,5 @@
-// One inotify instance for the process, made when the first path is worth it. Every event, whatever
-// it is about, moves the process's watch on in time, and every path that was watched before is
-// looked at and watched again: events are rare, and so nothing has to be told apart.
+// See OvxPathWatch.h. One inotify instance for the process, made when the first path is to be
+// watched. Events are rare, so they are not told apart: each of them ends the quiet of all paths.
 #include "handlers/files/OvxPathWatch.h"
 
 #include "util/Descriptors.h"
@@ -26,11 +25,11 @@ using namespace olvex;
 namespace {
 
 constexpr std::uint32_t kDirectoryEvents = IN_MOVE_SELF | IN_DELETE_SELF | IN_DONT_FOLLOW;
-// The last link's removal, and the end of a descriptor that the file was written through.
+// Also the removal of a link to the file, and the closing of a descriptor for writing.
 constexpr std::uint32_t kFileEvents = kDirectoryEvents | IN_ATTRIB | IN_CLOSE_WRITE;
 constexpr int kMostLinks = 8;
 
-// Where no other machine and no other kernel makes changes of its own.
+// File systems that only this kernel changes, so that inotify reports every change.
 constexpr unsigned long kWatchableFileSystems[] = {
     EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC,       BTRFS_SUPER_MAGIC, F2FS_SUPER_MAGIC,
     TMPFS_MAGIC,      OVERLAYFS_SUPER_MAGIC, RAMFS_MAGIC,
@@ -40,9 +39,9 @@ int instance = -1;
 int users = 0;
 int looks = 0;
 
-// A host that closes all descriptors may have put others in the places of ours, which must be
-// neither read nor changed nor closed. All that watch and poll are one inode to the system, so ours
-// bear a mark: the signal that would be sent if anybody had asked for one.
+// A host that closes all descriptors may have opened others under the numbers of ours; those must
+// be neither read, changed nor closed. Inotify instances and epolls all share one inode, so ours
+// are marked by the signal for asynchronous notification, which nobody has asked for.
 constexpr int kMark = SIGPWR;
 
 int marked(int descriptor)

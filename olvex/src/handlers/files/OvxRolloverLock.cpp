@@ -1,5 +1,6 @@
-// The lock belongs to the process, which a child that inherits the descriptor is not, and ends with
-// it. It covers a byte where no log has one, by which it is told from the locks of other programs.
+// A POSIX record lock: it belongs to the process, not to children that inherit the descriptor, and
+// ends with it. It covers one byte beyond the end of any log, which tells it from the locks of
+// other programs.
 #include "handlers/files/OvxRolloverLock.h"
 
 #include <cerrno>
@@ -24,7 +25,7 @@ struct flock markOf(short type)
     return mark;
 }
 
-// Whether what stands in the way is a rollover, or has just ended.
+// Whether the conflicting lock is that of a rollover, or is gone already.
 bool isRollover(CxFile file)
 {
     struct flock other = markOf(F_WRLCK);

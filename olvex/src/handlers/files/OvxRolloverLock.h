@@ -18,8 +18,8 @@ class RolloverLock {
     RolloverLock(const RolloverLock &) = delete;
     RolloverLock &operator=(const RolloverLock &) = delete;
 
-    // Waits for the rollover of another process. Where files cannot be locked, or another program
-    // has locked the log for its own purposes, it is done without.
+    // Waits for the rollover of another process. Goes on without the lock where files cannot be
+    // locked, or another program has locked the log for its own purposes.
     void take(CxFile file);
 
     // The descriptor has been closed, or is not the log's any more: nothing is to be released.
