@@ -68,7 +68,7 @@ void add(CxStringBuff *buffer, std::string_view text)
     appendBytes(buffer, text.data(), text.size());
 }
 
-// What has a value only perhaps.
+// Appends an optional value.
 void addText(CxStringBuff *buffer, const char *text)
 {
     if (text) add(buffer, text);

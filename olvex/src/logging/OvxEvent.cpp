@@ -120,9 +120,9 @@ class ParameterReader {
         return true;
     }
 
-    // The value behind a value marker, in the form in which the list carries it. It is put where it
-    // belongs piece by piece: a whole that is copied right after its pieces were written makes the
-    // processor wait.
+    // The value behind a value marker, in the form in which the list carries it. Its fields are
+    // written where they belong: copying a whole right after writing its parts costs a
+    // store-forwarding stall.
     void readValue(int marker, OvxParm &parm)
     {
         parm.type = marker;

@@ -16,8 +16,7 @@ using namespace olvex;
 
 namespace {
 
-// Where events of logging calls find room for more, one inside the other when a report is logged on
-// the way.
+// The memory of events under way, one nested in the other when a report is logged inside a call.
 Arena eventArena;
 
 // Hands the event to the logger. A logger that is at work already, because it or one of its

@@ -26,8 +26,8 @@ constexpr char kInitialPatterns[] = "*W *I";
 
 enum Mode : std::int32_t { kBlock = 1, kPassThru = 2 };
 
-// Up to here identifiers are kept for good. Since they come from texts of any origin, they may be
-// without end.
+// Up to this number identifiers are never removed. There may be any number of them, since they come
+// from texts of any origin.
 constexpr std::size_t kFewIdentifiers = 4096;
 
 struct MsgIdFilterVars {
@@ -36,7 +36,7 @@ struct MsgIdFilterVars {
     OvxObject *messageIdFormatter = nullptr;
     std::int64_t repeatTime = 0;             // milliseconds, 0 for no holding back
     StringToStringMap *lastPassed = nullptr; // identifier to the decimal time of its last event
-    std::size_t sweepAt = kFewIdentifiers;   // how many of these there are at the next clearing up
+    std::size_t sweepAt = kFewIdentifiers;   // at this size, expired entries are removed next
 };
 
 MsgIdFilterVars *varsOf(const OvxObject *filter)
@@ -65,7 +65,7 @@ bool endsWith(std::string_view text, std::string_view piece)
     return text.size() >= piece.size() && hasAt(text, text.size() - piece.size(), piece);
 }
 
-// Goes behind the leftmost place of a piece; false when there is none.
+// Removes the text up to the end of the first occurrence of a piece; false when there is none.
 bool skipPast(std::string_view &text, std::string_view piece)
 {
     for (std::size_t at = 0; at + piece.size() <= text.size(); ++at) {
@@ -139,7 +139,7 @@ bool isHeldBack(const MsgIdFilterVars &vars, const StringToStringMapNode *last, 
     return time < saturatedSum(ovxPropStrToInt64(last->value(), nullptr), vars.repeatTime);
 }
 
-// Forgets identifiers that hold nothing back any more, each time that their number has doubled.
+// Removes identifiers whose repeat time is over, each time that their number has doubled.
 [[gnu::cold]] void sweep(MsgIdFilterVars &vars, std::int64_t time)
 {
     StringToStringMap &passed = *vars.lastPassed;

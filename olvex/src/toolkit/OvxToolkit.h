@@ -1,5 +1,5 @@
-// The toolkit's process-wide state: open flag, API mutex, the registries of classes and objects,
-// the error logger. All but the open flag is used with the API mutex held.
+// The toolkit's process-wide state: open flag, the registries of classes and objects, the error
+// logger. All but the open flag is used with the API mutex held.
 #pragma once
 
 #include <olvex/Toolkit.h>

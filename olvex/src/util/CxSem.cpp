@@ -60,8 +60,8 @@ CxResult makeReady(CxSem sem)
     return result;
 }
 
-// A stretch of time that passes in small steps, so that what is waited for is seen when it comes;
-// signals do not shorten it.
+// A wait of limited time in short sleeps, so that its condition can be checked between them.
+// Signals do not shorten it.
 class Rest {
   public:
     explicit Rest(int milliseconds) : end_(now() + milliseconds * kMillisecond) {}
@@ -86,8 +86,7 @@ class Rest {
     long long end_;
 };
 
-// What was waited for in vain. A set's number is not used again soon, and a key whose set was not
-// made ready in time has others that come to nothing.
+// A set that was not ready in time, and its key: no later wait for either of them is a long one.
 struct Wait {
     std::atomic<CxSem> sem = -1;
     std::atomic<std::int32_t> key = 0;

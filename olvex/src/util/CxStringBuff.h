@@ -83,9 +83,9 @@ inline std::uint64_t magnitudeOf(std::int64_t value)
     return value < 0 ? 0 - bits : bits;
 }
 
-// Appends piece after piece to a buffer, whose end it keeps to itself until suspend() or its own
-// end: so the buffer's record is not read and written again for every piece. What else appends to
-// the buffer meanwhile stands between suspend() and resume().
+// Appends piece after piece to a buffer. It keeps the buffer's end in a register, not in memory,
+// until suspend() or its destruction; anything else that appends to the buffer meanwhile must be
+// called between suspend() and resume().
 class Appender {
   public:
     explicit Appender(CxStringBuff *buffer) : buffer_(buffer) { resume(); }

@@ -1,6 +1,6 @@
 // The toolkit's one lock, as every public function takes it. A public function is one line:
-// `return locked([&] { return ovxIntl...(...); });`. The lock itself lives with the toolkit's
-// lifecycle; this file only knows the way to use it, and is the only place that does.
+// `return locked([&] { return ovxIntl...(...); });`. The lock itself is in
+// OvxApiMutex.cpp; all other files use it through this one.
 #pragma once
 
 #include <type_traits>
@@ -15,7 +15,7 @@ bool ovxAPIMutexIsHeld();
 
 namespace olvex {
 
-// States that the calling thread holds the API mutex. Every internal twin begins with it; it costs
+// Asserts that the calling thread holds the API mutex. Every internal twin begins with it; it costs
 // nothing in release builds.
 inline void expectLocked()
 {

@@ -1,6 +1,6 @@
-// A string buffer that is handed from event to event, so that a steady state allocates nothing. It
-// is freed when it has grown above 64 KiB. Whoever asks for it while it is in use, one event inside
-// the other, gets a buffer of its own. Called with the API mutex held.
+// A string buffer that is reused from event to event, so that a steady state allocates nothing. It
+// is freed when it has grown above 64 KiB. While it is in use, an event that is logged inside the
+// first one gets a buffer of its own. Called with the API mutex held.
 #pragma once
 
 #include "util/CxStringBuff.h"
