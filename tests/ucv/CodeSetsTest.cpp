@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cerrno>
 #include <cstring>
 #include <functional>
@@ -19,6 +20,9 @@ namespace {
 
 using namespace olvex::ucv;
 using Bytes = std::string;
+
+constexpr const char *kCodePoints =
+    std::endian::native == std::endian::little ? "UTF-32LE" : "UTF-32BE";
 
 // Sanitized and unoptimised code is slow: a part of the characters has to do there.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
@@ -153,7 +157,7 @@ class Comparison {
     explicit Comparison(const CodeSet &codeSet)
         : codeSet_(codeSet),
           handle_(ucv_cs_new(codeSet.name)),
-          decoder_("UTF-32LE", codeSet.source),
+          decoder_(kCodePoints, codeSet.source),
           encoder_(codeSet.source, "UTF-16LE")
     {
         EXPECT_NE(handle_, nullptr) << codeSet.name;

@@ -1,6 +1,7 @@
 #include "codeset/Mapping.h"
 
 #include <algorithm>
+#include <bit>
 #include <stdexcept>
 #include <string_view>
 
@@ -15,6 +16,10 @@ namespace {
 
 constexpr char kShiftOut = 0x0E;
 constexpr char kShiftIn = 0x0F;
+
+// Code points as the machine keeps them.
+constexpr bool kIsLittleEndian = std::endian::native == std::endian::little;
+constexpr const char *kCodePoints = kIsLittleEndian ? "UTF-32LE" : "UTF-32BE";
 
 class Converter {
   public:
@@ -52,7 +57,7 @@ enum class Outcome { kValue, kLost, kIncomplete, kInvalid };
 
 class Decoder {
   public:
-    explicit Decoder(const char *source) : converter_("UTF-32LE", source) {}
+    explicit Decoder(const char *source) : converter_(kCodePoints, source) {}
 
     Outcome decode(std::string_view code, char16_t &value)
     {
