@@ -1,6 +1,6 @@
 // Lists: repeats, positions, sorting that moves elements between places, and the parameters of one
 // event in an arena.
-#include "util/collections/OvxParmList.h"
+#include "logging/OvxParmList.h"
 #include "util/collections/OvxStringList.h"
 
 #include <olvex/ClassCollections.h>

@@ -1,7 +1,7 @@
 // Maps: order, values replaced in their place, what is released when, the index over many names,
 // and life in an arena.
 #include "toolkit/OvxObjConfig.h"
-#include "util/collections/OvxStringToObjCfgMap.h"
+#include "toolkit/collections/OvxStringToObjCfgMap.h"
 #include "util/collections/OvxStringToStringMap.h"
 
 #include <olvex/ClassCollections.h>

@@ -11,13 +11,12 @@
 #include "formatters/OvxBasicFormatter.h"
 #include "logging/OvxEvent.h"
 #include "logging/OvxI18Msg.h"
+#include "logging/OvxParmList.h"
 #include "logging/OvxPrintf.h"
 #include "logging/OvxProblemProps.h"
 #include "messages/Messages.h"
 #include "toolkit/OvxProps.h"
 #include "util/CxStringBuff.h"
-#include "util/ReusedBuffer.h"
-#include "util/collections/OvxParmList.h"
 
 using namespace olvex;
 
@@ -177,15 +176,6 @@ void addOrigin(CxStringBuff *buffer, const OvxEvent *event, const ProblemProps &
     addIds(buffer, props);
 }
 
-// What texts are bound into, since a text stands in two places of a record.
-ReusedBuffer boundText;
-
-void bindInto(ReusedBuffer::Use &text, const OvxEvent *event)
-{
-    if (event->locale) ovxSetI18MsgLocale(event->message, event->locale);
-    bindMessage(event->message, text.get());
-}
-
 } // namespace
 
 bool ovxPDXMLCheckKey(const char *key)
@@ -257,20 +247,7 @@ char *ovxPDXMLGetMessageID(const char *text)
     return info.length > 0 ? BaxStringDup(info.id) : nullptr;
 }
 
-void ovxPDXMLFormatterCacheMessageID(OvxObject *, OvxEvent *event)
-{
-    if (!event || event->messageId) return;
-    ReusedBuffer::Use text(boundText);
-    bindInto(text, event);
-    OvxSetEventMessageId(event, CxParseZMSID(text.text()).id);
-}
-
 namespace olvex {
-
-void discardXmlText()
-{
-    boundText.discard();
-}
 
 bool appendXmlRecord(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer)
 {
@@ -282,8 +259,7 @@ bool appendXmlRecord(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer
                                 vars->singleProductId, vars->singleServer);
     const bool isMessage = isMessageRecord(*vars, event);
     if (formatter->locale) ovxSetEventLocale(event, formatter->locale);
-    ReusedBuffer::Use text(boundText);
-    bindInto(text, event);
+    BoundText text(event); // which stands in two places of a record
     if (isMessage)
         addMessageTag(buffer, event, text.text());
     else

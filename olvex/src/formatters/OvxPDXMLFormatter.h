@@ -1,5 +1,5 @@
-// The problem-determination XML formatter, the pieces of its records, and the finding of an event's
-// identifier in its text. Called with the API mutex held.
+// The problem-determination XML formatter and the pieces of its records. Called with the API mutex
+// held.
 #pragma once
 
 #include <olvex/StringBuff.h>
@@ -29,15 +29,10 @@ void ovxPDXMLEmitTranslationInfo(CxStringBuff *buffer, const OvxEvent *event, co
 
 // The identifier at the start of a text; yours, none without one.
 char *ovxPDXMLGetMessageID(const char *text);
-// Gives an event that has no identifier the one its bound text begins with, or the empty one.
-void ovxPDXMLFormatterCacheMessageID(OvxObject *formatter, OvxEvent *event);
 
 namespace olvex {
 
 // Appends the event's record; false when the formatter cannot format.
 bool appendXmlRecord(OvxObject *formatter, OvxEvent *event, CxStringBuff *buffer);
-
-// Gives back the buffer that texts are bound into.
-void discardXmlText();
 
 } // namespace olvex

@@ -4,7 +4,8 @@
 #include <utility>
 
 #include "formatters/OvxBasicFormatter.h"
-#include "formatters/OvxPDXMLFormatter.h"
+#include "logging/OvxEvent.h"
+#include "toolkit/OvxToolkit.h"
 #include "util/HotPath.h"
 #include "util/Locked.h"
 
@@ -53,7 +54,7 @@ OVX_HOT EventText::EventText(OvxObject *handler, OvxEvent *event) : buffer_(shar
 void discardEventText()
 {
     shared.discard();
-    discardXmlText();
+    discardBoundText();
     discardTimestamp();
 }
 

@@ -29,7 +29,4 @@ class EventText {
     ReusedBuffer::Use buffer_;
 };
 
-// Gives back the reused buffer, between events.
-void discardEventText();
-
 } // namespace olvex

@@ -1,15 +1,16 @@
 // Events: their record, its accessors, and the reading of the typed parameter list.
 #include "logging/OvxEvent.h"
 
+#include <olvex/MsgId.h>
 #include <olvex/Props.h>
 #include <olvex/System.h>
 
 #include <charconv>
 #include <utility>
 
+#include "logging/OvxParmList.h"
 #include "messages/Messages.h"
 #include "util/HotPath.h"
-#include "util/collections/OvxParmList.h"
 #include "util/collections/OvxStringToStringMap.h"
 
 using namespace olvex;
@@ -343,4 +344,32 @@ char *OvxBindEventMsg(OvxEvent *event, OvxFBindMsg bind)
     if (!event || !bind) return nullptr;
     if (event->locale) ovxSetI18MsgLocale(event->message, event->locale);
     return bind(event->message);
+}
+
+namespace olvex {
+
+namespace {
+
+ReusedBuffer boundText;
+
+} // namespace
+
+BoundText::BoundText(const OvxEvent *event) : buffer_(boundText)
+{
+    if (event->locale) ovxSetI18MsgLocale(event->message, event->locale);
+    bindMessage(event->message, buffer_.get());
+}
+
+void discardBoundText()
+{
+    boundText.discard();
+}
+
+} // namespace olvex
+
+void ovxPDXMLFormatterCacheMessageID(OvxObject *, OvxEvent *event)
+{
+    if (!event || event->messageId) return;
+    BoundText text(event);
+    OvxSetEventMessageId(event, CxParseZMSID(text.text()).id);
 }

@@ -7,6 +7,7 @@
 
 #include "logging/OvxI18Msg.h"
 #include "util/Memory.h"
+#include "util/ReusedBuffer.h"
 
 namespace olvex {
 
@@ -71,4 +72,24 @@ StringToStringMap *propertiesOf(const OvxEvent *event);
 // A property's value, borrowed, or null.
 const char *peekProperty(const OvxEvent *event, const char *name);
 
+// The text of an event, bound in its locale into a buffer that is reused from event to event. Lives
+// for one scope, with the API mutex held.
+class BoundText {
+  public:
+    explicit BoundText(const OvxEvent *event);
+
+    const char *text() { return buffer_.text(); }
+    std::size_t size() { return buffer_.size(); }
+
+  private:
+    ReusedBuffer::Use buffer_;
+};
+
+// Gives back that buffer, between events.
+void discardBoundText();
+
 } // namespace olvex
+
+// Gives an event that has no identifier the one its bound text begins with, or the empty one.
+// Called with the API mutex held; the formatter is not used.
+void ovxPDXMLFormatterCacheMessageID(OvxObject *formatter, OvxEvent *event);

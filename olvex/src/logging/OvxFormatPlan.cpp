@@ -2,9 +2,9 @@
 // everything else goes through the formatted-output engine's table of arguments.
 #include "logging/OvxFormatPlan.h"
 
+#include "logging/OvxParmList.h"
 #include "util/CxStringBuff.h"
 #include "util/HotPath.h"
-#include "util/collections/OvxParmList.h"
 #include "util/print/CxPrintUtil.h"
 
 #include <new>

@@ -4,12 +4,12 @@
 
 #include <utility>
 
+#include "logging/OvxParmList.h"
 #include "messages/Messages.h"
 #include "ucv/WholeText.h"
 #include "ucv/catalogs/CatalogSearch.h"
 #include "util/HotPath.h"
 #include "util/Locked.h"
-#include "util/collections/OvxParmList.h"
 #include "util/collections/OvxStringGroup.h"
 
 using namespace olvex;

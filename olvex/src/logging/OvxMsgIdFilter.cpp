@@ -7,7 +7,6 @@
 #include <string_view>
 #include <utility>
 
-#include "formatters/OvxPDXMLFormatter.h"
 #include "logging/OvxEvent.h"
 #include "messages/Messages.h"
 #include "toolkit/OvxPropertyTable.h"

@@ -6,7 +6,7 @@
 #include <olvex/System.h>
 #include <olvex/Thread.h>
 
-#include "formatters/OvxPDXMLFormatter.h"
+#include "logging/OvxEvent.h"
 #include "messages/Messages.h"
 #include "util/CxResult.h"
 #include "util/Memory.h"

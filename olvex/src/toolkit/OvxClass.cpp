@@ -2,7 +2,6 @@
 // the API mutex held.
 #include "toolkit/OvxObject.h"
 
-#include "formatters/OvxBasicFormatter.h"
 #include "messages/Messages.h"
 #include "toolkit/OvxToolkit.h"
 #include "util/Locked.h"
@@ -12,28 +11,25 @@ using namespace olvex;
 
 namespace {
 
+// What stands in the slots that a class leaves empty.
+constexpr ClassSlots kLogger = {.log = OvxBasicObjectFLog};
+constexpr ClassSlots kFilter = {.log = OvxBasicObjectFLog,
+                                .process = OvxBasicFilterFProcess,
+                                .isLoggable = OvxLevelFilterFIsLoggable};
+constexpr ClassSlots kHandler = {.process = OvxBasicHandlerFProcess,
+                                 .open = OvxBasicHandlerFOpen,
+                                 .close = OvxBasicHandlerFClose};
+
 struct CategoryDefaults {
     int category;
-    ClassSlots slots;
+    const ClassSlots &slots;
 };
 
-// What stands in the slots that a class leaves empty.
 constexpr CategoryDefaults kDefaults[] = {
-    {OVX_CLASS_LOGGER, {.log = OvxBasicObjectFLog}},
-    {OVX_CLASS_FILTER,
-     {.log = OvxBasicObjectFLog,
-      .process = OvxBasicFilterFProcess,
-      .isLoggable = OvxLevelFilterFIsLoggable}},
-    {OVX_CLASS_HANDLER,
-     {.process = OvxBasicHandlerFProcess,
-      .open = OvxBasicHandlerFOpen,
-      .close = OvxBasicHandlerFClose}},
-    {OVX_CLASS_FORMATTER,
-     {.format = OvxBasicFormatterFFormat,
-      .getHeader = OvxBasicFormatterFGetHeader,
-      .getTrailer = OvxBasicFormatterFGetTrailer,
-      .bindMsg = ovxIntlBindI18Msg,
-      .append = appendBasicFormat}},
+    {OVX_CLASS_LOGGER, kLogger},
+    {OVX_CLASS_FILTER, kFilter},
+    {OVX_CLASS_HANDLER, kHandler},
+    {OVX_CLASS_FORMATTER, slots::ovx_basicformatter},
 };
 
 template <class Slot>

@@ -6,8 +6,8 @@
 #include "messages/Messages.h"
 #include "schema/Property.h"
 #include "toolkit/OvxObject.h"
+#include "toolkit/collections/OvxStringToObjClassMap.h"
 #include "util/collections/OvxStringGroup.h"
-#include "util/collections/OvxStringToObjClassMap.h"
 
 using namespace olvex;
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "toolkit/OvxObject.h"
+#include "toolkit/collections/OvxListenerGroup.h"
 #include "util/HotPath.h"
-#include "util/collections/OvxListenerGroup.h"
 
 namespace olvex {
 

@@ -7,8 +7,8 @@
 
 #include <olvex/class.h>
 
+#include "toolkit/collections/OvxStringToObjCfgMap.h"
 #include "util/Locked.h"
-#include "util/collections/OvxStringToObjCfgMap.h"
 
 #include <cstring>
 #include <utility>

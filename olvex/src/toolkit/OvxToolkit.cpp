@@ -4,14 +4,13 @@
 
 #include <utility>
 
-#include "handlers/OvxHandler.h"
 #include "logging/OvxI18Msg.h"
 #include "logging/OvxLogger.h"
 #include "messages/Messages.h"
 #include "toolkit/OvxClassRegistry.h"
 #include "toolkit/OvxLogManager.h"
 #include "toolkit/OvxReadProps.h"
-#include "util/collections/OvxStringToObjMap.h"
+#include "toolkit/collections/OvxStringToObjMap.h"
 
 #include <ctime>
 

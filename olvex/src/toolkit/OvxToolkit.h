@@ -19,5 +19,13 @@ OvxObject *ovxToolkitGetObjInstance(const char *name);
 void ovxToolkitRemObjInstance(OvxObject *object);
 void ovxFreeInstancesMap();
 
+namespace olvex {
+
+// Gives back the buffers that handlers and formatters reuse from event to event, when the toolkit
+// closes. Handlers define it, whom the toolkit does not know otherwise.
+void discardEventText();
+
+} // namespace olvex
+
 // The logger for the toolkit's own reports while the toolkit is open; borrowed.
 OvxObject *ovxToolkitLogger();

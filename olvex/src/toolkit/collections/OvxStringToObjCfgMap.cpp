@@ -1,6 +1,6 @@
 // Maps from names to configurations. Callers of the internal functions hold the API mutex or own
 // the collection alone.
-#include "util/collections/OvxStringToObjCfgMap.h"
+#include "toolkit/collections/OvxStringToObjCfgMap.h"
 
 #include "util/shapes/Define.h"
 

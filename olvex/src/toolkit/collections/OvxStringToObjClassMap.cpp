@@ -1,6 +1,6 @@
 // Maps from names to classes. Callers of the internal functions hold the API mutex or own the
 // collection alone.
-#include "util/collections/OvxStringToObjClassMap.h"
+#include "toolkit/collections/OvxStringToObjClassMap.h"
 
 #include "util/shapes/Define.h"
 

@@ -1,6 +1,6 @@
 // Maps from names to objects. Callers of the internal functions hold the API mutex or own the
 // collection alone.
-#include "util/collections/OvxStringToObjMap.h"
+#include "toolkit/collections/OvxStringToObjMap.h"
 
 #include "util/shapes/Define.h"
 

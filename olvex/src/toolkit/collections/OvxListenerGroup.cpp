@@ -1,6 +1,6 @@
 // Groups of listeners. Callers of the internal functions hold the API mutex or own the
 // collection alone.
-#include "util/collections/OvxListenerGroup.h"
+#include "toolkit/collections/OvxListenerGroup.h"
 
 #include "util/shapes/Define.h"
 

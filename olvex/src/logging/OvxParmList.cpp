@@ -1,6 +1,6 @@
 // Lists of parameters. Callers of the internal functions hold the API mutex or own the
 // collection alone.
-#include "util/collections/OvxParmList.h"
+#include "logging/OvxParmList.h"
 
 #include "util/shapes/Define.h"
 
