@@ -1,23 +1,14 @@
 #!/usr/bin/env bash
-# Checks that no include of the library points upward, and that programs see the public headers only.
-# Layers, lowest first: util/shapes with the two headers that everything rests on, util, ucv, the
-# toolkit. Run from the top of the tree.
+# Checks that no include points to a higher layer, that front end and programs see the public headers
+# only (and the command the schema), and that every source has a folder with a layer. Run from the top
+# of the tree.
 set -euo pipefail
+# shellcheck source=tools/lint/layer.sh
+source "$(dirname "${BASH_SOURCE[0]}")/layer.sh"
 
 readonly source_root=olvex/src
+readonly front_end=5
 failures=0
-
-layer_of() {
-    case $1 in
-    "$source_root"/util/shapes/* | "$source_root"/util/Memory.h | "$source_root"/util/Locked.h)
-        echo 0
-        ;;
-    "$source_root"/util/*) echo 1 ;;
-    "$source_root"/ucv/*) echo 2 ;;
-    "$source_root"/*) echo 3 ;;
-    *) echo 4 ;; # the tracing front end, programs
-    esac
-}
 
 fail() {
     echo "$1: $2" >&2
@@ -33,17 +24,20 @@ resolve() {
     echo "$folder/$2"
 }
 
+is_internal() { [[ $2 == "$source_root"/* && ! ($1 == tools/* && $2 == "$source_root"/schema/*) ]]; }
+
 check_file() {
     local file=$1 own number name target
     own=$(layer_of "$file")
+    [[ $own -ge 0 ]] || fail "$file" "stands in no folder of tools/lint/layer.sh"
     while IFS=: read -r number name; do
         target=$(resolve "$file" "$name")
         if [[ ! -e $target ]]; then
             fail "$file:$number" "includes \"$name\", which does not exist"
-        elif [[ $own -lt 4 && $(layer_of "$target") -gt $own ]]; then
-            fail "$file:$number" "includes \"$name\" of a higher layer"
-        elif [[ $own -eq 4 && $target == "$source_root"/* ]]; then
+        elif [[ $own -ge $front_end ]] && is_internal "$file" "$target"; then
             fail "$file:$number" "includes \"$name\", which is internal to the library"
+        elif [[ $(layer_of "$target") -gt $own ]]; then
+            fail "$file:$number" "includes \"$name\" of a higher layer"
         fi
     done < <(sed -nE '/^#include "/{=;s/^#include "([^"]+)".*/\1/p}' "$file" | paste -d: - -)
 }

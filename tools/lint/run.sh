@@ -4,6 +4,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 build=build/lint
+built=build/release
 jobs=${OLVEX_JOBS:-$(nproc)}
 failed=()
 
@@ -37,12 +38,24 @@ check_tidy() {
         xargs -P "$jobs" -n 1 tools/lint/tidy.sh "$build" "$version"
 }
 
+# Checks of what is built read the build that tests use, so that nothing is compiled for them alone.
+check_built() {
+    if [[ ! -e $built/build.ninja ]]; then
+        cmake --preset release -DOLVEX_BUILD_BENCH=OFF >/dev/null || return
+    fi
+    cmake --build "$built" -j "$jobs" --target olvex_objects olvex_tool >"$build/built.log" 2>&1 ||
+        { tail -n 30 "$build/built.log" >&2 && return 1; }
+}
+
 if [[ ${1:-} == --fresh ]]; then rm -rf "$build/clean"; fi
 cmake --preset debug -B "$build" -DOLVEX_BUILD_BENCH=OFF >/dev/null
 check "Format, by clang-format" check_format
 check "Layers of includes" tools/lint/layers.sh
 check "Public headers: alone as C11 and C++17, documented" tools/lint/headers.sh
 check "Pages: the links, files and tests that they name" tools/lint/docs.sh
+check "The library and the command, built in $built" check_built
+check "Layers of symbols" tools/lint/symbols.sh "$built"
+check "Classes in docs/configuration.md" tools/lint/classes.sh "$built/tools/olvex"
 check "Scripts, by shellcheck" check_scripts
 check "Sources, by cppcheck" check_cppcheck
 check "Sources, by clang-tidy with the profile of .clang-tidy" check_tidy

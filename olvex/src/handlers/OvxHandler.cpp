@@ -62,14 +62,12 @@ void discardEventText()
 
 OvxObject *ovxIntlHandlerGetFormatter(OvxObject *handler)
 {
-    expectLocked();
     return isHandler(handler) ? ovxIntlAcquireObject(handler->formatter) : nullptr;
 }
 
 // The new formatter is stored before the old one is released, which may end it.
 void ovxIntlHandlerSetFormatter(OvxObject *handler, OvxObject *formatter)
 {
-    expectLocked();
     if (!isHandler(handler)) return;
     ovxIntlAcquireObject(formatter);
     ovxIntlReleaseObject(std::exchange(handler->formatter, formatter));
@@ -77,19 +75,16 @@ void ovxIntlHandlerSetFormatter(OvxObject *handler, OvxObject *formatter)
 
 char *ovxIntlHandlerGetFmtHeader(OvxObject *handler)
 {
-    expectLocked();
     return callFormatter(handler, &ClassSlots::getHeader);
 }
 
 char *ovxIntlHandlerGetFmtTrailer(OvxObject *handler)
 {
-    expectLocked();
     return callFormatter(handler, &ClassSlots::getTrailer);
 }
 
 char *ovxIntlHandlerDoFmt(OvxObject *handler, OvxEvent *event)
 {
-    expectLocked();
     return callFormatter(handler, &ClassSlots::format, event);
 }
 

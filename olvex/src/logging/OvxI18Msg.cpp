@@ -130,13 +130,11 @@ const char *keepLocaleName(const char *name)
 
 OvxI18Msg *ovxIntlAllocI18Msg(const char *catalog, int set, int key, const char *text)
 {
-    expectLocked();
     return makeMessage(catalog, set, key, text);
 }
 
 OvxI18Msg *ovxIntlCopyI18Msg(const OvxI18Msg *msg)
 {
-    expectLocked();
     if (!msg) return nullptr;
     OvxI18Msg *copy = ovxIntlAllocI18Msg(msg->catalog, msg->set, msg->key, msg->text);
     if (!copy) return nullptr;
@@ -148,7 +146,6 @@ OvxI18Msg *ovxIntlCopyI18Msg(const OvxI18Msg *msg)
 
 void ovxIntlFreeI18Msg(OvxI18Msg *msg)
 {
-    expectLocked();
     if (!msg) return;
     const Memory memory = msg->memory;
     memory.release(const_cast<char *>(msg->catalog));
@@ -169,43 +166,36 @@ ParmList *ovxGetI18MsgParmList(OvxI18Msg *msg)
 
 bool ovxIntlAddI18MsgParmBool(OvxI18Msg *msg, bool value)
 {
-    expectLocked();
     return addParameter(msg, {OVX_PARM_BOOL, {.boolean = value}});
 }
 
 bool ovxIntlAddI18MsgParmChar(OvxI18Msg *msg, char value)
 {
-    expectLocked();
     return addParameter(msg, {OVX_PARM_CHAR, {.character = static_cast<signed char>(value)}});
 }
 
 bool ovxIntlAddI18MsgParmInt(OvxI18Msg *msg, int value)
 {
-    expectLocked();
     return addParameter(msg, {OVX_PARM_INT, {.integer = value}});
 }
 
 bool ovxIntlAddI18MsgParmLong(OvxI18Msg *msg, long value)
 {
-    expectLocked();
     return addParameter(msg, {OVX_PARM_LONG, {.longInteger = value}});
 }
 
 bool ovxIntlAddI18MsgParmFloat(OvxI18Msg *msg, float value)
 {
-    expectLocked();
     return addParameter(msg, {OVX_PARM_FLOAT, {.floating = value}});
 }
 
 bool ovxIntlAddI18MsgParmDouble(OvxI18Msg *msg, double value)
 {
-    expectLocked();
     return addParameter(msg, {OVX_PARM_DOUBLE, {.doubleFloating = value}});
 }
 
 bool ovxIntlAddI18MsgParmString(OvxI18Msg *msg, const char *value)
 {
-    expectLocked();
     return addParameter(msg, {OVX_PARM_STRING, {.string = const_cast<char *>(value)}});
 }
 
@@ -218,7 +208,6 @@ const char *ovxSetI18MsgLocale(OvxI18Msg *msg, const char *locale)
 
 char *ovxIntlBindI18Msg(OvxI18Msg *msg)
 {
-    expectLocked();
     CxStringBuff buffer = {};
     bindMessage(msg, &buffer);
     char *text = CxStringBuffTakeStr(&buffer);

@@ -97,13 +97,11 @@ bool OvxIsLoggable(const OvxObject *logger, int level)
 
 bool ovxIntlIsLoggable()
 {
-    expectLocked();
     return false;
 }
 
 OvxFLog ovxIntlLoggerGetFLog(OvxObject *logger)
 {
-    expectLocked();
     return logFunctionOf(logger);
 }
 
@@ -126,7 +124,6 @@ void ovxLogDebugEntry(OvxObject *logger, int level, const char *srcFile, const c
 
 void ovxIntlLogVA(int level, int key, const char *text, ...)
 {
-    expectLocked();
     OvxObject *logger = ovxToolkitLogger();
     if (!OvxIsLoggable(logger, level)) return;
     va_list parameters;

@@ -208,14 +208,12 @@ ListenerGroup *ovxFetchListenerGroup(OvxObject *object, bool create)
 
 void ovxIntlAddListener(OvxObject *object, OvxObject *listener)
 {
-    expectLocked();
     if (listener && listener->cls)
         ovxIntlListenerGroupAdd(ovxFetchListenerGroup(object, true), listener);
 }
 
 void ovxIntlRemListener(OvxObject *object, OvxObject *listener)
 {
-    expectLocked();
     ovxIntlListenerGroupRem(ovxFetchListenerGroup(object, false), listener);
 }
 

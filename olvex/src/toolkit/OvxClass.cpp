@@ -90,7 +90,6 @@ void ovxFreeObjClass(OvxObjClass *cls)
 void ovxIntlAddClass(const char *name, int category, const OvxI18Msg *description,
                      const ClassSlots &slots)
 {
-    expectLocked();
     ovxToolkitInitObjClasses();
     OvxObjClass *cls = ovxInitObjectClass(name, category, description, slots);
     if (!cls) return;
@@ -101,7 +100,6 @@ void ovxIntlAddClass(const char *name, int category, const OvxI18Msg *descriptio
 void ovxIntlAddLoggerClass(const char *name, const OvxI18Msg *description, OvxFAllocVars allocVars,
                            OvxFFreeVars freeVars, OvxFCfgChange cfgChange, OvxFLog log)
 {
-    expectLocked();
     ovxIntlAddClass(
         name, OVX_CLASS_LOGGER, description,
         {.allocVars = allocVars, .freeVars = freeVars, .cfgChange = cfgChange, .log = log});
@@ -111,7 +109,6 @@ void ovxIntlAddFilterClass(const char *name, const OvxI18Msg *description, OvxFA
                            OvxFFreeVars freeVars, OvxFCfgChange cfgChange, OvxFProcess process,
                            OvxFIsLoggable isLoggable, OvxFLog log)
 {
-    expectLocked();
     ovxIntlAddClass(name, OVX_CLASS_FILTER, description,
                     {.allocVars = allocVars,
                      .freeVars = freeVars,
@@ -125,7 +122,6 @@ void ovxIntlAddHandlerClass(const char *name, const OvxI18Msg *description, OvxF
                             OvxFFreeVars freeVars, OvxFCfgChange cfgChange, OvxFProcess process,
                             OvxFOpen open, OvxFClose close)
 {
-    expectLocked();
     ovxIntlAddClass(name, OVX_CLASS_HANDLER, description,
                     {.allocVars = allocVars,
                      .freeVars = freeVars,
@@ -140,7 +136,6 @@ void ovxIntlAddFormatterClass(const char *name, const OvxI18Msg *description,
                               OvxFCfgChange cfgChange, OvxFFormat format, OvxFGetHeader getHeader,
                               OvxFGetTrailer getTrailer, OvxFBindMsg bindMsg)
 {
-    expectLocked();
     ovxIntlAddClass(name, OVX_CLASS_FORMATTER, description,
                     {.allocVars = allocVars,
                      .freeVars = freeVars,

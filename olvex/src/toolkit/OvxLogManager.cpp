@@ -127,7 +127,6 @@ void ovxCloseLogMgr()
 
 void ovxIntlLogMgrAddCfg(OvxObjCfg *cfg)
 {
-    expectLocked();
     if (!configurations || !cfg) return;
     const char *name = cfg->name.get();
     if (isRoot(name) || configurations->find(name) || !configurations->put(name, cfg)) return;
@@ -137,7 +136,6 @@ void ovxIntlLogMgrAddCfg(OvxObjCfg *cfg)
 
 void ovxIntlLogMgrRemCfg(OvxObjCfg *cfg)
 {
-    expectLocked();
     const CfgHandle registered = findCfg(cfg ? cfg->name.get() : nullptr);
     if (!registered) return;
     const char *name = registered->name.get();
@@ -148,7 +146,6 @@ void ovxIntlLogMgrRemCfg(OvxObjCfg *cfg)
 
 void ovxIntlLogMgrUpdateCfg(OvxObjCfg *cfg)
 {
-    expectLocked();
     const CfgHandle held(ovxIntlAcquireObjCfg(cfg));
     if (!cfg || !ovxIntlLogMgrHasCfg(cfg->name.get())) return;
     ovxIntlLogMgrRemCfg(cfg);
@@ -157,7 +154,6 @@ void ovxIntlLogMgrUpdateCfg(OvxObjCfg *cfg)
 
 OvxObjCfg *ovxIntlLogMgrGetCfg(const char *name)
 {
-    expectLocked();
     if (!configurations || !name || isRoot(name)) return nullptr;
     CfgHandle cfg = findCfg(name);
     if (cfg) return cfg.release();
@@ -168,13 +164,11 @@ OvxObjCfg *ovxIntlLogMgrGetCfg(const char *name)
 
 bool ovxIntlLogMgrHasCfg(const char *name)
 {
-    expectLocked();
     return ovxIntlStringToObjCfgMapHasKey(configurations, name);
 }
 
 bool ovxIntlLogMgrApplyCfg(OvxObject *object, const char *name)
 {
-    expectLocked();
     if (!object) return false;
     StringToObjCfgMap lineage;
     collectLineage(name, lineage);

@@ -128,7 +128,6 @@ void OvxObjCfg::removeChildName(const char *child)
 
 OvxObjCfg *ovxIntlAllocObjCfg(const char *name)
 {
-    expectLocked();
     CfgHandle cfg(name ? Memory().make<OvxObjCfg>() : nullptr);
     if (!cfg) return nullptr;
     cfg->name.reset(Memory().duplicate(name));
@@ -137,44 +136,37 @@ OvxObjCfg *ovxIntlAllocObjCfg(const char *name)
 
 OvxObjCfg *ovxIntlAcquireObjCfg(OvxObjCfg *cfg)
 {
-    expectLocked();
     if (cfg) ++cfg->references;
     return cfg;
 }
 
 void ovxIntlReleaseObjCfg(OvxObjCfg *cfg)
 {
-    expectLocked();
     if (cfg && --cfg->references == 0) Memory().destroy(cfg);
 }
 
 char *ovxIntlObjCfgGetName(const OvxObjCfg *cfg)
 {
-    expectLocked();
     return cfg ? Memory().duplicate(cfg->name.get()) : nullptr;
 }
 
 void ovxIntlObjCfgSetFromFile(OvxObjCfg *cfg, bool fromFile)
 {
-    expectLocked();
     if (cfg) cfg->fromFile = fromFile;
 }
 
 OvxObjCfg *ovxIntlObjCfgGetParent(const OvxObjCfg *cfg)
 {
-    expectLocked();
     return cfg ? ovxIntlLogMgrGetCfg(cfg->parentName.get()) : nullptr;
 }
 
 void ovxIntlObjCfgSetParent(OvxObjCfg *cfg, const OvxObjCfg *parent)
 {
-    expectLocked();
     if (cfg && parent) cfg->setParentName(parent->name.get());
 }
 
 void ovxIntlObjCfgAddChild(OvxObjCfg *cfg, OvxObjCfg *child)
 {
-    expectLocked();
     if (!cfg || !child) return;
     cfg->addChildName(child->name.get());
     child->setParentName(cfg->name.get());
@@ -182,7 +174,6 @@ void ovxIntlObjCfgAddChild(OvxObjCfg *cfg, OvxObjCfg *child)
 
 void ovxIntlObjCfgRemChild(OvxObjCfg *cfg, OvxObjCfg *child)
 {
-    expectLocked();
     if (!cfg || !child || !cfg->children.first()) return;
     child->setParentName(nullptr);
     cfg->removeChildName(child->name.get());
@@ -190,19 +181,16 @@ void ovxIntlObjCfgRemChild(OvxObjCfg *cfg, OvxObjCfg *child)
 
 StringGroupNode *ovxIntlObjCfgChildrenNames(const OvxObjCfg *cfg)
 {
-    expectLocked();
     return cfg ? cfg->children.first() : nullptr;
 }
 
 StringToStringMapNode *ovxIntlObjCfgProperties(const OvxObjCfg *cfg)
 {
-    expectLocked();
     return cfg ? cfg->properties.first() : nullptr;
 }
 
 char *ovxIntlGetInheritedObjCfgProp(const OvxObjCfg *cfg, const char *name, bool *found)
 {
-    expectLocked();
     CfgWalk walk;
     CfgHandle ancestor;
     const StringToStringMapNode *node = nullptr;
@@ -216,7 +204,6 @@ char *ovxIntlGetInheritedObjCfgProp(const OvxObjCfg *cfg, const char *name, bool
 
 void ovxIntlSetObjCfgProp(OvxObjCfg *cfg, const char *name, const char *value)
 {
-    expectLocked();
     OvxSetMapProp(ovxFetchObjCfgPropMap(cfg), name, value);
 }
 

@@ -209,7 +209,6 @@ void setThreshold(OvxObject *object, int level)
 
 OvxObject *ovxIntlGetObject(const char *name, const char *className)
 {
-    expectLocked();
     if (!name) return nullptr;
     if (OvxObject *object = ovxToolkitGetObjInstance(name))
         return checkClass(object, name, className);
@@ -219,7 +218,6 @@ OvxObject *ovxIntlGetObject(const char *name, const char *className)
 
 OvxObject *ovxIntlAcquireObject(OvxObject *object)
 {
-    expectLocked();
     if (object) ++object->references;
     return object;
 }
@@ -228,7 +226,6 @@ OvxObject *ovxIntlAcquireObject(OvxObject *object)
 // closing toolkit has left, ends with its last reference.
 void ovxIntlReleaseObject(OvxObject *object)
 {
-    expectLocked();
     if (!object || object->references == 0) return;
     const bool ends = endsWithRelease(object);
     if (ends && nestedEnds >= kMostNestedEnds) return postponeRelease(object);
@@ -241,37 +238,31 @@ void ovxIntlReleaseObject(OvxObject *object)
 
 const char *ovxIntlGetObjectName(const OvxObject *object)
 {
-    expectLocked();
     return object && object->cls ? object->name : nullptr;
 }
 
 void *ovxIntlGetObjectVars(const OvxObject *object)
 {
-    expectLocked();
     return object ? object->variables : nullptr;
 }
 
 int ovxIntlGetObjectCategory(const OvxObject *object)
 {
-    expectLocked();
     return object && object->cls ? object->cls->category : 0;
 }
 
 char *ovxIntlGetObjectDesc(const OvxObject *object)
 {
-    expectLocked();
     return object && object->cls ? ovxIntlBindI18Msg(object->cls->description) : nullptr;
 }
 
 bool ovxIntlIsObjectEnabled(const OvxObject *object)
 {
-    expectLocked();
     return object && object->enabled;
 }
 
 void ovxIntlSetObjectEnabled(OvxObject *object, bool enabled)
 {
-    expectLocked();
     if (!object || !object->cls) return;
     object->enabled = enabled;
     adjustGate(object);

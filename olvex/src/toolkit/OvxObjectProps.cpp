@@ -55,73 +55,61 @@ void ovxNotifyObjCfgChange(OvxObject *object, const char *name)
 
 char *ovxIntlGetObjProp(const OvxObject *object, const char *name, bool *found)
 {
-    expectLocked();
     return OvxGetMapProp(mapOf(object), name, found);
 }
 
 bool ovxIntlGetObjPropBool(const OvxObject *object, const char *name, bool *found)
 {
-    expectLocked();
     return OvxGetMapPropBool(mapOf(object), name, found);
 }
 
 int32_t ovxIntlGetObjPropInt(const OvxObject *object, const char *name, bool *found)
 {
-    expectLocked();
     return OvxGetMapPropInt(mapOf(object), name, found);
 }
 
 int64_t ovxIntlGetObjPropLong(const OvxObject *object, const char *name, bool *found)
 {
-    expectLocked();
     return OvxGetMapPropLong(mapOf(object), name, found);
 }
 
 float ovxIntlGetObjPropFloat(const OvxObject *object, const char *name, bool *found)
 {
-    expectLocked();
     return OvxGetMapPropFloat(mapOf(object), name, found);
 }
 
 double ovxIntlGetObjPropDouble(const OvxObject *object, const char *name, bool *found)
 {
-    expectLocked();
     return OvxGetMapPropDouble(mapOf(object), name, found);
 }
 
 void ovxIntlSetObjProp(OvxObject *object, const char *name, const char *value)
 {
-    expectLocked();
     setProperty(object, name, value, OvxSetMapProp);
 }
 
 void ovxIntlSetObjPropBool(OvxObject *object, const char *name, bool value)
 {
-    expectLocked();
     setProperty(object, name, value, OvxSetMapPropBool);
 }
 
 void ovxIntlSetObjPropInt(OvxObject *object, const char *name, int32_t value)
 {
-    expectLocked();
     setProperty(object, name, value, OvxSetMapPropInt);
 }
 
 void ovxIntlSetObjPropLong(OvxObject *object, const char *name, int64_t value)
 {
-    expectLocked();
     setProperty(object, name, value, OvxSetMapPropLong);
 }
 
 void ovxIntlSetObjPropFloat(OvxObject *object, const char *name, float value)
 {
-    expectLocked();
     setProperty(object, name, value, OvxSetMapPropFloat);
 }
 
 void ovxIntlSetObjPropDouble(OvxObject *object, const char *name, double value)
 {
-    expectLocked();
     setProperty(object, name, value, OvxSetMapPropDouble);
 }
 

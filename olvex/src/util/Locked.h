@@ -5,22 +5,12 @@
 
 #include <type_traits>
 
-#include <cassert>
-
 bool ovxAPIMutexLock();
 // Takes the mutex unless the calling thread has it; true when the caller is to give it back.
 bool ovxAPIMutexLockUnlessHeld();
 void ovxAPIMutexUnlock();
-bool ovxAPIMutexIsHeld();
 
 namespace olvex {
-
-// Asserts that the calling thread holds the API mutex. Every internal twin begins with it; it costs
-// nothing in release builds.
-inline void expectLocked()
-{
-    assert(ovxAPIMutexIsHeld());
-}
 
 // Runs `work` with the API mutex held; the type's empty value when the mutex cannot be taken.
 template <class Work>

@@ -140,11 +140,6 @@ bool ovxAPIMutexLockUnlessHeld()
     return take();
 }
 
-bool ovxAPIMutexIsHeld()
-{
-    return isMine();
-}
-
 OVX_HOT void ovxAPIMutexUnlock()
 {
     if (!isMine()) return OvxReportPlatformErr('p', EPERM);

@@ -54,19 +54,16 @@ constexpr bool isFraction(double value)
 
 void ovxIntlFFDCTriggerHandlerSetBaseDir(OvxObject *handler, const char *dir)
 {
-    expectLocked();
     if (dir) withVars(handler, [&](auto &vars) { vars.baseDir = nativePath(dir); });
 }
 
 void ovxIntlFFDCTriggerHandlerSetMaxDisk(OvxObject *handler, std::int64_t bytes)
 {
-    expectLocked();
     if (bytes > 0) withVars(handler, [&](auto &vars) { vars.maxDiskSpace = bytes; });
 }
 
 void ovxIntlFFDCTriggerHandlerSetFilter(OvxObject *handler, OvxObject *filter)
 {
-    expectLocked();
     OvxFFDCHandlerVars *vars = filter ? ffdcVarsOf(handler) : nullptr;
     if (!vars) return;
     ovxIntlAcquireObject(filter);
@@ -75,19 +72,16 @@ void ovxIntlFFDCTriggerHandlerSetFilter(OvxObject *handler, OvxObject *filter)
 
 void ovxIntlFFDCTriggerHandlerSetFilterName(OvxObject *handler, const char *name)
 {
-    expectLocked();
     if (name) withVars(handler, [&](auto &vars) { vars.filterName.reset(BaxStringDup(name)); });
 }
 
 void ovxIntlFFDCTriggerHandlerSetInterval(OvxObject *handler, std::int64_t milliseconds)
 {
-    expectLocked();
     if (milliseconds > 0) withVars(handler, [&](auto &vars) { vars.repeatTime = milliseconds; });
 }
 
 void ovxIntlFFDCTriggerHandlerSetQuotaPolicy(OvxObject *handler, const char *policy)
 {
-    expectLocked();
     for (const PolicyName &entry : kPolicies)
         if (policy && BaxStringCmp(policy, entry.name) == 0)
             withVars(handler, [&](auto &vars) { vars.quotaPolicy = entry.policy; });
@@ -95,13 +89,11 @@ void ovxIntlFFDCTriggerHandlerSetQuotaPolicy(OvxObject *handler, const char *pol
 
 void ovxIntlFFDCTriggerHandlerSetFirstWarning(OvxObject *handler, double fraction)
 {
-    expectLocked();
     if (isFraction(fraction)) withVars(handler, [&](auto &vars) { vars.firstWarning = fraction; });
 }
 
 void ovxIntlFFDCTriggerHandlerSetSecondWarning(OvxObject *handler, double fraction)
 {
-    expectLocked();
     if (isFraction(fraction)) withVars(handler, [&](auto &vars) { vars.secondWarning = fraction; });
 }
 

@@ -13,7 +13,6 @@
 #include "messages/Messages.h"
 #include "toolkit/OvxPropertyTable.h"
 #include "toolkit/OvxProps.h"
-#include "util/Locked.h"
 #include "util/Sums.h"
 
 using namespace olvex;
@@ -196,7 +195,6 @@ bool ovxShouldFFDCActionOccur(OvxObject *handler, OvxEvent *event)
 // A filter of a host's own may change the handler's filter meanwhile, so it is held.
 bool ovxIntlIsTriggerLoggable(OvxObject *filter, OvxEvent *event)
 {
-    expectLocked();
     const ObjectRef reference(ovxIntlAcquireObject(filter));
     return OvxIsLoggableByFilter(filter, event);
 }

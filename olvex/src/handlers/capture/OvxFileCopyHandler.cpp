@@ -154,20 +154,17 @@ void OvxFileCopyHandlerFProcess(OvxObject *handler, OvxEvent *event)
 
 void ovxIntlFileCopyHandlerSetFiles(OvxObject *handler, const char *files)
 {
-    expectLocked();
     if (files) store(handler, &OvxFileCopySettings::filesToCopy, Text(BaxStringDup(files)));
 }
 
 void ovxIntlFileCopyHandlerSetZipFile(OvxObject *handler, const char *name)
 {
-    expectLocked();
     if (name)
         store(handler, &OvxFileCopySettings::zipFile, *name ? withZipExtension(name) : nullptr);
 }
 
 void ovxIntlFileCopyHandlerSetZipCmdPath(OvxObject *handler, const char *path)
 {
-    expectLocked();
     if (!path || !settingsOf(handler)) return;
     if (!ovxIsFilenameUnsafe(path) && ovxFileExists(path))
         store(handler, &OvxFileCopySettings::zipCmdPath, Text(BaxStringDup(path)));

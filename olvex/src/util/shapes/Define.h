@@ -13,7 +13,6 @@
 #define OVX_DEFINE_LIFE(Name)                                                                      \
     Name *ovxIntlAlloc##Name()                                                                     \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return olvex::Memory().make<Name>();                                                       \
     }                                                                                              \
     Name *OvxAlloc##Name()                                                                         \
@@ -22,7 +21,6 @@
     }                                                                                              \
     void ovxIntlFree##Name(Name *collection)                                                       \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         if (collection) collection->memory().destroy(collection);                                  \
     }                                                                                              \
     void OvxFree##Name(Name *collection)                                                           \
@@ -33,7 +31,6 @@
 #define OVX_DEFINE_COPY(Name)                                                                      \
     Name *ovxIntlCopy##Name(const Name *collection)                                                \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return collection ? collection->copy() : nullptr;                                          \
     }                                                                                              \
     Name *OvxCopy##Name(const Name *collection)                                                    \
@@ -44,7 +41,6 @@
 #define OVX_DEFINE_WALK(Name)                                                                      \
     Name##Node *ovxIntl##Name##Iterator(const Name *collection)                                    \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return collection ? collection->first() : nullptr;                                         \
     }                                                                                              \
     Name##Node *Ovx##Name##Iterator(const Name *collection)                                        \
@@ -53,7 +49,6 @@
     }                                                                                              \
     bool ovxIntl##Name##IterHasNext(const Name##Node *iterator)                                    \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return iterator;                                                                           \
     }                                                                                              \
     bool Ovx##Name##IterHasNext(const Name##Node *iterator)                                        \
@@ -62,7 +57,6 @@
     }                                                                                              \
     Name##Node *ovxIntl##Name##IterNext(const Name##Node *iterator)                                \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return iterator ? iterator->next() : nullptr;                                              \
     }                                                                                              \
     Name##Node *Ovx##Name##IterNext(const Name##Node *iterator)                                    \
@@ -73,7 +67,6 @@
 #define OVX_DEFINE_ELEMENTS(Name, Given, HandedOut)                                                \
     HandedOut ovxIntl##Name##IterGet(const Name##Node *iterator)                                   \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return iterator ? iterator->handOut() : nullptr;                                           \
     }                                                                                              \
     HandedOut Ovx##Name##IterGet(const Name##Node *iterator)                                       \
@@ -82,7 +75,6 @@
     }                                                                                              \
     Name##Node *ovxIntl##Name##IterRem(Name##Node *iterator)                                       \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return iterator ? iterator->remove() : nullptr;                                            \
     }                                                                                              \
     Name##Node *Ovx##Name##IterRem(Name##Node *iterator)                                           \
@@ -100,7 +92,6 @@
     OVX_DEFINE_ELEMENTS(Name, Given, HandedOut)                                                    \
     bool ovxIntl##Name##Add(Name *group, Given element)                                            \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return group && group->add(element);                                                       \
     }                                                                                              \
     bool Ovx##Name##Add(Name *group, Given element)                                                \
@@ -109,7 +100,6 @@
     }                                                                                              \
     bool ovxIntl##Name##Rem(Name *group, Given element)                                            \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return group && group->remove(element);                                                    \
     }                                                                                              \
     bool Ovx##Name##Rem(Name *group, Given element)                                                \
@@ -123,7 +113,6 @@
     OVX_DEFINE_WALK(Name)                                                                          \
     bool ovxIntl##Name##Put(Name *map, const char *key, Given value)                               \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return map && map->put(key, value);                                                        \
     }                                                                                              \
     bool Ovx##Name##Put(Name *map, const char *key, Given value)                                   \
@@ -132,7 +121,6 @@
     }                                                                                              \
     HandedOut ovxIntl##Name##Get(const Name *map, const char *key)                                 \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return map ? map->get(key) : nullptr;                                                      \
     }                                                                                              \
     HandedOut Ovx##Name##Get(const Name *map, const char *key)                                     \
@@ -141,7 +129,6 @@
     }                                                                                              \
     void ovxIntl##Name##Rem(Name *map, const char *key)                                            \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         if (map) map->remove(key);                                                                 \
     }                                                                                              \
     void Ovx##Name##Rem(Name *map, const char *key)                                                \
@@ -150,7 +137,6 @@
     }                                                                                              \
     bool ovxIntl##Name##HasKey(const Name *map, const char *key)                                   \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return map && map->find(key);                                                              \
     }                                                                                              \
     bool Ovx##Name##HasKey(const Name *map, const char *key)                                       \
@@ -159,7 +145,6 @@
     }                                                                                              \
     char *ovxIntl##Name##IterGetKey(const Name##Node *iterator)                                    \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return iterator ? iterator->handOutKey() : nullptr;                                        \
     }                                                                                              \
     char *Ovx##Name##IterGetKey(const Name##Node *iterator)                                        \
@@ -168,7 +153,6 @@
     }                                                                                              \
     HandedOut ovxIntl##Name##IterGetVal(const Name##Node *iterator)                                \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return iterator ? iterator->handOut() : nullptr;                                           \
     }                                                                                              \
     HandedOut Ovx##Name##IterGetVal(const Name##Node *iterator)                                    \
@@ -177,12 +161,10 @@
     }                                                                                              \
     Name##Node *ovxIntl##Name##GetNode(const Name *map, const char *key)                           \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return map ? map->find(key) : nullptr;                                                     \
     }                                                                                              \
     void ovxIntl##Name##RemNode(Name *map, Name##Node *node)                                       \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         if (map && node) map->remove(node);                                                        \
     }
 
@@ -193,7 +175,6 @@
     OVX_DEFINE_ELEMENTS(Name, Given, HandedOut)                                                    \
     bool ovxIntl##Name##Append(Name *list, Given element)                                          \
     {                                                                                              \
-        olvex::expectLocked();                                                                     \
         return list && list->append(element);                                                      \
     }                                                                                              \
     bool Ovx##Name##Append(Name *list, Given element)                                              \
