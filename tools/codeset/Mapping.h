@@ -1,5 +1,6 @@
-// A code set: the value of each code, and the code of each value of the Basic Multilingual Plane. What
-// the platform says, read through iconv one character at a time, corrected by codesets/published.def.
+// A code set: the value of each code, and the code of each value of the Basic Multilingual Plane.
+// What the platform says, read through iconv one character at a time, corrected by
+// codesets/published.def.
 #pragma once
 
 #include <array>

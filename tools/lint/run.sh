@@ -58,7 +58,9 @@ check "Layers of symbols" tools/lint/symbols.sh "$built"
 check "Classes in docs/configuration.md" tools/lint/classes.sh "$built/tools/olvex"
 check "Scripts, by shellcheck" check_scripts
 check "Sources, by cppcheck" check_cppcheck
-check "Sources, by clang-tidy with the profile of .clang-tidy" check_tidy
+if [[ ${1:-} != --quick ]]; then
+    check "Sources, by clang-tidy with the profile of .clang-tidy" check_tidy
+fi
 
 if [[ ${#failed[@]} -gt 0 ]]; then
     printf '\nThese checks failed:\n'

@@ -22,9 +22,9 @@ typedef struct CxProcessStatus {
 
 /**
  * Opens the semaphore set of a System V key, or makes it, free and with mode 0666. A set that
- * another process made is waited for until it was used once, for up to 9 seconds; then CX_ETIME, and
- * at once when this process tries again. This user's own set that nobody has used for ten seconds is
- * taken over. A set of several semaphores is another program's: CX_EINVAL.
+ * another process made is waited for until it was used once, for up to 9 seconds; then CX_ETIME,
+ * and at once when this process tries again. This user's own set that nobody has used for ten
+ * seconds is taken over. A set of several semaphores is another program's: CX_EINVAL.
  */
 OVX_API CxResult CxSemOpen(CxSem *sem, int32_t key);
 /**

@@ -236,8 +236,8 @@ void apply<"locale">(OvxObject *formatter, const char *value)
     formatter->locale = keepLocaleName(value);
 }
 
-constexpr auto kProperties =
-    rowsOf<schema::kBasicFormatter>([]<schema::Name name> { return &apply<name>; });
+constexpr auto kProperties = rowsOf<schema::kBasicFormatter>(
+    []<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
 
 } // namespace
 

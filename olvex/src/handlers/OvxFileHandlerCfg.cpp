@@ -200,10 +200,11 @@ void apply<"dirPermission">(OvxObject *handler, const char *value, OvxFileHandle
 }
 
 constexpr auto kFileHandler =
-    rowsOf<schema::kFileHandler>([]<schema::Name name> { return &apply<name>; });
-constexpr auto kOwnFile = rowsOf<schema::kOwnFile>([]<schema::Name name> { return &apply<name>; });
+    rowsOf<schema::kFileHandler>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
+constexpr auto kOwnFile =
+    rowsOf<schema::kOwnFile>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
 constexpr auto kSharedFile =
-    rowsOf<schema::kSharedFile>([]<schema::Name name> { return &apply<name>; });
+    rowsOf<schema::kSharedFile>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
 
 // The trailer is that of the formatter that wrote the records. The new one is made first, since its
 // making may log.

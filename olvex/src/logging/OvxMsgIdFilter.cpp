@@ -131,7 +131,7 @@ void apply<"msgIdRepeatTime">(OvxObject *, const char *value, MsgIdFilterVars &v
 }
 
 constexpr auto kProperties =
-    rowsOf<schema::kIdFilter>([]<schema::Name name> { return &apply<name>; });
+    rowsOf<schema::kIdFilter>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
 
 bool isHeldBack(const MsgIdFilterVars &vars, const StringToStringMapNode *last, std::int64_t time)
 {

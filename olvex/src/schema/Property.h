@@ -74,4 +74,11 @@ struct Name {
     }
 };
 
+// A value for each name, by which functions are told apart.
+template <Name name>
+struct Tag {};
+
+template <const auto &group, std::size_t index>
+inline constexpr Tag<Name(group[index].name)> tagOf;
+
 } // namespace olvex::schema

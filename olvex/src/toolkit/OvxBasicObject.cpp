@@ -161,9 +161,9 @@ void apply<"listenerNames">(OvxObject *object, const char *names)
 }
 
 constexpr auto kDescription =
-    rowsOf<schema::kDescription>([]<schema::Name name> { return &apply<name>; });
+    rowsOf<schema::kDescription>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
 constexpr auto kListeners =
-    rowsOf<schema::kListeners>([]<schema::Name name> { return &apply<name>; });
+    rowsOf<schema::kListeners>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
 
 } // namespace
 

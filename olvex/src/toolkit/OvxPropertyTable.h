@@ -6,7 +6,8 @@
 //     template <>
 //     void apply<"mode">(OvxObject *filter, const char *value, FilterVars &vars) { ... }
 //     constexpr auto kProperties =
-//         rowsOf<schema::kIdFilter>([]<schema::Name name> { return &apply<name>; });
+//         rowsOf<schema::kIdFilter>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
+//         });
 //
 // A property without such a function does not compile. Called with the API mutex held.
 #pragma once
@@ -33,8 +34,7 @@ constexpr auto rowsOf(FunctionOf functionOf)
     return [&]<std::size_t... I>(std::index_sequence<I...>)
     {
         return std::array{
-            PropertyRow{properties[I].name,
-                        functionOf.template operator()<schema::Name(properties[I].name)>()}...};
+            PropertyRow{properties[I].name, functionOf(schema::tagOf<properties, I>)}...};
     }
     (std::make_index_sequence<std::size(properties)>());
 }

@@ -113,7 +113,7 @@ void apply<"warnOnDiskSpace">(OvxObject *handler, const char *value)
 }
 
 constexpr auto kProperties =
-    rowsOf<schema::kTriggered>([]<schema::Name name> { return &apply<name>; });
+    rowsOf<schema::kTriggered>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
 
 } // namespace
 

@@ -116,7 +116,7 @@ void apply<"zipCmdPath">(OvxObject *handler, const char *value)
 }
 
 constexpr auto kProperties =
-    rowsOf<schema::kFileCopy>([]<schema::Name name> { return &apply<name>; });
+    rowsOf<schema::kFileCopy>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
 
 } // namespace
 
