@@ -7,7 +7,6 @@
 //     void apply<"mode">(OvxObject *filter, const char *value, FilterVars &vars) { ... }
 //     constexpr auto kProperties =
 //         rowsOf<schema::kIdFilter>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
-//         });
 //
 // A property without such a function does not compile. Called with the API mutex held.
 #pragma once
