@@ -246,6 +246,7 @@ namespace olvex {
 void discardTimestamp()
 {
     zoneWatch.forget();
+    lastTimestamp = {};
 }
 
 bool appendDate(const OvxObject *formatter, std::int64_t milliseconds, CxStringBuff *buffer)
