@@ -5,8 +5,8 @@
 //     void apply(OvxObject *filter, const char *value, FilterVars &vars) = delete;
 //     template <>
 //     void apply<"mode">(OvxObject *filter, const char *value, FilterVars &vars) { ... }
-//     constexpr auto kProperties =
-//         rowsOf<schema::kIdFilter>([]<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
+//     constexpr auto kProperties = rowsOf<schema::kIdFilter>(
+//         []<schema::Name name>(schema::Tag<name>) { return &apply<name>; });
 //
 // A property without such a function does not compile. Called with the API mutex held.
 #pragma once
